@@ -1,0 +1,31 @@
+# Language level, warnings and the switches that every target of the project shares.
+set(CMAKE_CXX_STANDARD 23)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_AUTOMOC ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+  set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+add_library(vantle_options INTERFACE)
+target_compile_options(vantle_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast)
+target_compile_definitions(vantle_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_KEYWORDS
+  QT_STRICT_ITERATORS)
+target_include_directories(vantle_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+
+option(VANTLE_WERROR "Treat warnings as errors" OFF)
+if(VANTLE_WERROR)
+  target_compile_options(vantle_options INTERFACE -Werror)
+endif()
+
+set(VANTLE_SANITIZE "" CACHE STRING "Sanitizers, comma separated: address,undefined or thread")
+if(VANTLE_SANITIZE)
+  target_compile_options(vantle_options INTERFACE -fsanitize=${VANTLE_SANITIZE} -fno-omit-frame-pointer -g)
+  target_link_options(vantle_options INTERFACE -fsanitize=${VANTLE_SANITIZE})
+endif()

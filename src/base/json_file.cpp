@@ -1,0 +1,81 @@
+#include "base/json_file.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <filesystem>
+#include <system_error>
+
+namespace {
+
+constexpr auto kFolderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+constexpr auto kFileMode = QFile::ReadOwner | QFile::WriteOwner;
+
+QString freeCorruptName(const QString& path) {
+  const QString first = path + QStringLiteral(".corrupt");
+  QString name = first;
+  for (int number = 2; QFileInfo::exists(name); ++number) name = first + QStringLiteral("-%1").arg(number);
+  return name;
+}
+
+/// Makes the missing part of `folder` with mode 0700; folders that exist keep theirs.
+bool makeFolder(const QString& folder) {
+  if (QFileInfo(folder).isDir()) return true;
+  const QString parent = QFileInfo(folder).path();
+  if (parent == folder || !makeFolder(parent)) return false;
+  return QDir().mkdir(folder, kFolderMode) || QFileInfo(folder).isDir();
+}
+
+}  // namespace
+
+JsonFile::JsonFile(QString path) : path_(std::move(path)) {}
+
+std::expected<QJsonDocument, FileError> JsonFile::read() {
+  const QFileInfo info(path_);
+  if (!info.exists() && !info.isSymLink()) return QJsonDocument();
+
+  keepOld_ = true;
+  const auto bytes = readBytes();
+  if (!bytes) return std::unexpected(bytes.error());
+  QJsonParseError parsing;
+  const QJsonDocument document = QJsonDocument::fromJson(*bytes, &parsing);
+  if (document.isNull()) return std::unexpected(FileError{path_, parsing.errorString()});
+  keepOld_ = false;
+  return document;
+}
+
+std::expected<QByteArray, FileError> JsonFile::readBytes() {
+  const QFileInfo info(path_);
+  if (!info.isFile()) return std::unexpected(FileError{path_, QStringLiteral("not a regular file")});
+  if (info.size() > kMaximumSize) return std::unexpected(FileError{path_, QStringLiteral("too large")});
+  QFile file(path_);
+  if (!file.open(QIODevice::ReadOnly)) return std::unexpected(FileError{path_, file.errorString()});
+  return file.read(kMaximumSize);
+}
+
+std::expected<void, FileError> JsonFile::write(const QJsonDocument& document) {
+  if (!makeFolder(QFileInfo(path_).path()))
+    return std::unexpected(FileError{path_, QStringLiteral("the folder cannot be created")});
+  if (keepOld_) {
+    if (auto kept = setAside(); !kept) return kept;
+  }
+  QSaveFile file(path_);
+  if (!file.open(QIODevice::WriteOnly)) return std::unexpected(FileError{path_, file.errorString()});
+  file.setPermissions(kFileMode);
+  file.write(document.toJson(QJsonDocument::Indented));
+  if (!file.commit()) return std::unexpected(FileError{path_, file.errorString()});
+  return {};
+}
+
+std::expected<void, FileError> JsonFile::setAside() {
+  const QString aside = freeCorruptName(path_);
+  // A second name instead of a rename: the file is under its own name at every instant, whenever the process dies.
+  std::error_code error;
+  std::filesystem::create_hard_link(path_.toStdString(), aside.toStdString(), error);
+  if (error && QFileInfo::exists(path_) && !QFile::rename(path_, aside))
+    return std::unexpected(FileError{path_, QStringLiteral("the unreadable file cannot be set aside")});
+  keepOld_ = false;
+  return {};
+}

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "base/clock.h"
+#include "core/hotkeys/hotkey.h"
+#include "core/settings/app_settings.h"
+#include "platform/hotkey_backend.h"
+
+/// The window that draws the keyboard; it must be out of the way before a tool opens.
+class ShortcutsWindowGate {
+ public:
+  virtual ~ShortcutsWindowGate() = default;
+  /// Stops the live key monitoring and closes the window; false when it was not visible.
+  virtual bool closeIfVisible() = 0;
+};
+
+/// Registers the tools' and the application's key combinations, maps a press back to its owner, keeps the user's
+/// re-bindings and detects conflicts. Main thread only.
+class HotkeyCenter : public QObject {
+  Q_OBJECT
+
+ public:
+  /// What a tool brings to `bootstrap`.
+  struct BindableTool {
+    QString id;
+    std::optional<Hotkey> defaultHotkey;
+  };
+  /// A combination the system refused.
+  struct Refused {
+    /// Empty for an application shortcut.
+    QString toolID;
+    Hotkey hotkey;
+    HotkeyRefusal refusal;
+  };
+
+  HotkeyCenter(HotkeyBackend& backend, SettingsStore& settings, Clock& clock);
+  ~HotkeyCenter() override;
+
+  /// Who is told which tool's combination was pressed.
+  void setToolHandler(std::function<void(const QString& toolID)> handler) { summonTool_ = std::move(handler); }
+  /// The window that has to close before a tool opens; null for none.
+  void setShortcutsWindow(ShortcutsWindowGate* gate) { shortcutsWindow_ = gate; }
+
+  void bootstrap(const std::vector<BindableTool>& tools, const QStringList& disabledToolIDs);
+  /// An application shortcut: not stored, not re-bindable, not part of conflict checks.
+  void registerAction(Hotkey hotkey, std::function<void()> action);
+
+  const std::map<QString, Hotkey>& bindings() const { return bindings_; }
+  std::optional<Hotkey> binding(const QString& toolID) const;
+  bool isRegistered(const QString& toolID) const { return registrations_.contains(toolID); }
+  /// Combinations that are wanted now and that the system refused, for those who show them.
+  std::vector<Refused> refused() const;
+
+  /// Re-binds a tool; none removes its shortcut for good.
+  void setHotkey(std::optional<Hotkey> hotkey, const QString& toolID);
+  /// Forgets the user's re-binding, so that the tool has its default again.
+  void resetHotkey(const QString& toolID);
+  /// Another tool with the same combination; none when there is none.
+  std::optional<QString> conflictingToolID(const Hotkey& hotkey, const QString& excludedToolID) const;
+  void setEnabled(bool enabled, const QString& toolID);
+  /// Unregisters every tool while a combination is being recorded; the application's own stay.
+  void pauseAll();
+  void resumeAll();
+  void handlePress(std::uint32_t carbonID);
+
+ Q_SIGNALS:
+  /// Bindings or registrations have changed.
+  void changed();
+
+ private:
+  void installHandler();
+  std::uint32_t takeCarbonID();
+  void registerTool(const QString& toolID);
+  void unregisterTool(const QString& toolID);
+  void bind(const QString& toolID, std::optional<Hotkey> hotkey);
+
+  HotkeyBackend& backend_;
+  SettingsStore& settings_;
+  Clock& clock_;
+  std::function<void(const QString&)> summonTool_;
+  ShortcutsWindowGate* shortcutsWindow_ = nullptr;
+
+  std::vector<BindableTool> tools_;
+  std::set<QString> disabled_;
+  std::map<QString, Hotkey> bindings_;
+  std::map<QString, std::uint32_t> registrations_;
+  std::map<std::uint32_t, QString> toolForCarbonID_;
+  std::map<std::uint32_t, std::function<void()>> actionForCarbonID_;
+  std::map<QString, Refused> refusedTools_;
+  std::vector<Refused> refusedActions_;
+  std::uint32_t nextCarbonID_ = 1;
+  bool handlerInstalled_ = false;
+  bool paused_ = false;
+  Job handOver_;
+};

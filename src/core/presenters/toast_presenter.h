@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+
+/// One toast, as a value. Empty texts, invalid colours and null images mean "none".
+struct ToastContent {
+  /// Symbol name of the leading icon.
+  QString icon;
+  QColor iconColor;
+  /// Image asset used instead of a symbol.
+  QString assetIcon;
+  QString title;
+  QString detail;
+  /// The most lines the detail may wrap to.
+  int detailLineLimit = 2;
+  /// For commands and paths.
+  bool detailMonospaced = false;
+  /// A spinner in place of the icon, while work is under way.
+  bool showsSpinner = false;
+  /// Announces a finished task and plays the completion sound.
+  bool completes = false;
+  bool tall = false;
+  /// Key caps to draw, after `keysPrefix`.
+  QStringList keys;
+  QString keysPrefix;
+  /// Shown at the leading edge.
+  QImage thumbnail;
+  /// Runs when the card is clicked.
+  std::function<void()> onTap;
+};
+
+/// Shows toasts, one at a time. Main thread only.
+class ToastPresenter {
+ public:
+  virtual ~ToastPresenter() = default;
+
+  /// Shows `content` for `duration`, in place of the toast that is up.
+  virtual void show(ToastContent content, std::chrono::milliseconds duration) = 0;
+  virtual void dismiss(bool animated) = 0;
+};

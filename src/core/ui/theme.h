@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+/// The only place of colours, radii and sizes. Lengths in logical pixels, fonts in points.
+struct Theme {
+  bool dark = false;
+  QColor card;
+  QColor text;
+  QColor secondary;
+  QColor accent;
+  /// Text on the accent.
+  QColor onAccent;
+  QColor success;
+  QColor failure;
+  /// One-pixel separators and the card's edge.
+  QColor hairline;
+  /// Key caps and fields.
+  QColor raised;
+  /// A row under the pointer.
+  QColor hover;
+  QColor shadow;
+
+  static constexpr int kCardRadius = 14;
+  static constexpr int kRowRadius = 8;
+  static constexpr int kKeyCapRadius = 5;
+  static constexpr int kRowHeight = 44;
+  static constexpr int kIconTile = 28;
+  static constexpr int kGrid = 8;
+  /// Transparent margin around a panel's card, room for its shadow.
+  static constexpr int kPanelMargin = 48;
+
+  static const Theme& light();
+  static const Theme& darkTheme();
+
+  /// Inter where it is installed, else the system's font.
+  static QFont fieldFont();
+  static QFont rowFont();
+  static QFont detailFont();
+  static QFont monospacedFont();
+};

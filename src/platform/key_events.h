@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <variant>
+#include <vector>
+
+/// Types up to a chunk of text: one key-down and key-up pair that carries it.
+struct TypeText {
+  QString text;
+  bool operator==(const TypeText&) const = default;
+};
+
+/// Waits between two steps; measured from the end of the step before on an absolute clock.
+struct Pause {
+  std::chrono::milliseconds duration;
+  bool operator==(const Pause&) const = default;
+};
+
+/// Presses and releases one key with exactly the given Carbon modifiers held.
+struct PressKey {
+  /// macOS virtual key code.
+  std::uint32_t keyCode = 0;
+  std::uint32_t carbonModifiers = 0;
+  bool operator==(const PressKey&) const = default;
+};
+
+using KeyStep = std::variant<TypeText, Pause, PressKey>;
+using KeySequence = std::vector<KeyStep>;
+
+struct KeyEventError {
+  QString reason;
+  QString description() const { return reason; }
+};
+
+/// Synthetic keyboard events into whatever has the keyboard focus.
+class KeyEvents {
+ public:
+  using Done = std::function<void(std::expected<void, KeyEventError>)>;
+
+  virtual ~KeyEvents() = default;
+
+  /// Performs the steps in order off the main thread, sequences one after the other, and calls `done` on the main
+  /// thread. Modifiers that the user holds do not reach the typed text and are as they were afterwards. A step that
+  /// cannot be performed is skipped; the first such failure is what `done` gets.
+  virtual void perform(KeySequence steps, Done done) = 0;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QRect>
+#include <qnamespace.h>
+
+#include <functional>
+
+class QWindow;
+
+enum class PanelKind {
+  /// Takes the keyboard while the user's own application stays the active one.
+  palette,
+  /// Never takes the keyboard; stands above everything, full-screen applications included.
+  toast,
+};
+
+/// The native side of panels. The same calls are made at every show; main thread only.
+class PanelWindow {
+ public:
+  virtual ~PanelWindow() = default;
+
+  /// The flags the widget is created with.
+  virtual Qt::WindowFlags windowFlags(PanelKind kind) const = 0;
+  /// Level, spaces and activation; called right before each show, when the native window exists.
+  virtual void prepare(QWindow& window, PanelKind kind) = 0;
+  /// Directs the keyboard to the shown window without activating the application; false when another program holds it.
+  virtual bool takeKeyboard(QWindow& window) = 0;
+  virtual void releaseKeyboard(QWindow& window) = 0;
+  /// Calls `lost`, at most once, when the user presses a mouse button outside `card` (in window coordinates) or the
+  /// window loses the keyboard otherwise.
+  virtual void watchKeyboardLoss(QWindow& window, const QRect& card, std::function<void()> lost) = 0;
+  virtual void stopWatching(QWindow& window) = 0;
+  /// Whether transparent parts of a window show what is behind; without it panels are cut to their card.
+  virtual bool isTranslucencyAvailable() const = 0;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/hotkey_backend.h"
+#include "platform/key_events.h"
+#include "platform/network_path.h"
+#include "platform/panel_window.h"
+#include "platform/permissions.h"
+#include "platform/sounds.h"
+#include "platform/system_info.h"
+
+/// One implementation of every capability; each lives as long as the whole.
+struct Platform {
+  std::unique_ptr<HotkeyBackend> hotkeys;
+  std::unique_ptr<KeyEvents> keyEvents;
+  std::unique_ptr<PanelWindow> panelWindow;
+  std::unique_ptr<Permissions> permissions;
+  std::unique_ptr<NetworkPath> networkPath;
+  std::unique_ptr<Sounds> sounds;
+  std::unique_ptr<SystemInfo> systemInfo;
+};
+
+/// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).
+/// Needs a QGuiApplication for anything but the null ones.
+Platform makePlatform();
+/// Every capability "unavailable": the command line without a display.
+Platform makeNullPlatform();

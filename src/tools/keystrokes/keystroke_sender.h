@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+#include "platform/key_events.h"
+
+class Permissions;
+
+/// Types text and single Command chords into the focused application. Stateless; main thread only.
+///
+/// The pacing is what applications are known to take: 20 UTF-16 units an event, 3 ms between events, 80 ms before a
+/// Return so that a terminal has taken in the text.
+class KeystrokeSender {
+ public:
+  KeystrokeSender(KeyEvents& events, Permissions& permissions) : events_(events), permissions_(permissions) {}
+
+  /// Types `text`, then Return if asked. Without permission nothing is typed and the system's prompt is requested.
+  void send(const QString& text, bool pressReturn);
+  /// Posts one key press with only Command held (Ctrl on Linux).
+  void sendCommandKey(std::uint32_t keyCode);
+
+  /// The steps `send` performs.
+  static KeySequence sequence(const QString& text, bool pressReturn);
+
+ private:
+  bool mayType();
+
+  KeyEvents& events_;
+  Permissions& permissions_;
+};
