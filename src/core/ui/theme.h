@@ -40,3 +40,8 @@ struct Theme {
   static QFont detailFont();
   static QFont monospacedFont();
 };
+
+class QWidget;
+
+/// The theme in force for `widget`: dark when its palette is.
+const Theme& themeOf(const QWidget& widget);

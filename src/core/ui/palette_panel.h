@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+#include "core/hotkeys/key_press.h"
+#include "platform/panel_window.h"
+
+class CardFrame;
+class QScreen;
+
+/// The screen under the pointer, else the primary one; null without any.
+QScreen* activeScreen();
+
+/// The floating panel of every palette: takes the keyboard while the user's own application stays the active one.
+///
+/// Every key goes to the key handler first; text of input methods arrives there as a KeyPress of characters. A click
+/// elsewhere or the loss of the keyboard emits `resignedKey()`; the controller then hides the panel.
+class PalettePanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  using KeyHandler = std::function<bool(const KeyPress&)>;
+
+  /// `size` includes the transparent margin of Theme::kPanelMargin on every side.
+  PalettePanel(PanelWindow& native, QSize size, QWidget* parent = nullptr);
+
+  /// The panel takes ownership of `content` and fills its card with it.
+  void setContent(QWidget* content);
+  void setKeyHandler(KeyHandler handler) { handleKey_ = std::move(handler); }
+
+  /// Centres the panel on the active screen's vertical centre line, its own centre at 62 % of the available height
+  /// measured from the bottom. Does nothing when there is no screen.
+  void positionOnActiveScreen();
+  /// Shows the panel and directs the keyboard to it.
+  void present();
+  /// Gives the keyboard back and hides.
+  void dismiss();
+
+ Q_SIGNALS:
+  void resignedKey();
+  /// The user has dragged the panel; only for panels that may be moved.
+  void moved(QPoint origin);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+
+ private:
+  PanelWindow& native_;
+  CardFrame* card_;
+  KeyHandler handleKey_;
+};

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <vector>
+
+#include "core/hotkeys/hotkey.h"
+#include "platform/hotkey_backend.h"
+#include "platform/key_events.h"
+#include "platform/network_path.h"
+#include "platform/permissions.h"
+#include "platform/sounds.h"
+
+/// Remembers registrations; refuses the combinations in `taken`.
+class FakeHotkeys final : public HotkeyBackend {
+ public:
+  void install(Pressed pressed) override {
+    ++installs;
+    pressed_ = std::move(pressed);
+  }
+  std::expected<void, HotkeyRefusal> registerHotkey(std::uint32_t id, std::uint32_t keyCode,
+                                                    std::uint32_t carbonModifiers) override {
+    const Hotkey hotkey{keyCode, carbonModifiers};
+    if (std::ranges::find(taken, hotkey) != taken.end())
+      return std::unexpected(HotkeyRefusal{HotkeyRefusal::Reason::taken});
+    registered[id] = hotkey;
+    return {};
+  }
+  void unregisterHotkey(std::uint32_t id) override { registered.erase(id); }
+
+  /// Presses a combination as the user would; nothing happens when nobody has it.
+  void press(const Hotkey& hotkey) {
+    for (const auto& [id, owned] : std::map(registered))
+      if (owned == hotkey) pressed_(id);
+  }
+  bool isRegistered(const Hotkey& hotkey) const {
+    return std::ranges::any_of(registered, [&](const auto& entry) { return entry.second == hotkey; });
+  }
+
+  std::vector<Hotkey> taken;
+  std::map<std::uint32_t, Hotkey> registered;
+  int installs = 0;
+
+ private:
+  Pressed pressed_;
+};
+
+/// Records what would be typed.
+class FakeKeyEvents final : public KeyEvents {
+ public:
+  void perform(KeySequence steps, Done done) override {
+    sequences.push_back(std::move(steps));
+    if (done) done({});
+  }
+  std::vector<KeySequence> sequences;
+};
+
+class FakePermissions final : public Permissions {
+ public:
+  bool isAccessibilityTrusted() const override { return trusted; }
+  void promptForAccessibility() override { ++prompts; }
+  bool trusted = true;
+  int prompts = 0;
+};
+
+/// Reports what `report` is called with.
+class FakeNetworkPath final : public NetworkPath {
+ public:
+  void start(Report report) override { this->report = std::move(report); }
+  Report report;
+};
+
+class FakeSounds final : public Sounds {
+ public:
+  void playCompletion() override { ++completions; }
+  void beep() override { ++beeps; }
+  int completions = 0;
+  int beeps = 0;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QStringList>
+
+#include <utility>
+#include <vector>
+
+#include "core/presenters/launcher_opener.h"
+#include "core/presenters/settings_opener.h"
+#include "core/presenters/toast_presenter.h"
+
+class FakeToasts final : public ToastPresenter {
+ public:
+  void show(ToastContent content, std::chrono::milliseconds duration) override {
+    shown.emplace_back(std::move(content), duration);
+  }
+  void dismiss(bool) override { ++dismissals; }
+  std::vector<std::pair<ToastContent, std::chrono::milliseconds>> shown;
+  int dismissals = 0;
+};
+
+class FakeSettingsOpener final : public SettingsOpener {
+ public:
+  void openSettings() override { opened.append(QStringLiteral("settings")); }
+  void openSettings(SettingsTab tab) override { opened.append(QStringLiteral("tab %1").arg(static_cast<int>(tab))); }
+  void openToolSettings(const QString& toolID) override { opened.append(toolID); }
+  void openCommandSettings(const QUuid& commandID) override { opened.append(commandID.toString(QUuid::WithoutBraces)); }
+  QStringList opened;
+};
+
+class FakeLauncherOpener final : public LauncherOpener {
+ public:
+  void showLauncher(const QString& selectedToolID) override { shown.append(selectedToolID); }
+  bool takeStartedFromLauncher() override { return std::exchange(startedFromLauncher, false); }
+  QStringList shown;
+  bool startedFromLauncher = false;
+};
