@@ -20,7 +20,8 @@ class JsonFile {
 
   const QString& path() const { return path_; }
 
-  /// The parsed document; a null document when there is no file. Errors: unreadable, too large, not a regular file, not JSON.
+  /// The parsed document; a null document when there is no file. Errors: unreadable, too large, not a regular file, not
+  /// JSON.
   std::expected<QJsonDocument, FileError> read();
   /// Says that the contents, though JSON, were not understood whole: the next write sets the file aside first.
   void keepBeforeOverwriting() { keepOld_ = true; }

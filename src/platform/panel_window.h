@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QRect>
 #include <qnamespace.h>
+#include <QRect>
 
 #include <functional>
 

@@ -44,6 +44,4 @@ constexpr std::array kTools = {
 
 std::span<const ToolInfo> toolTable() { return kTools; }
 
-const ToolInfo& toolInfo(QLatin1StringView id) {
-  return *std::ranges::find(kTools, id, &ToolInfo::id);
-}
+const ToolInfo& toolInfo(QLatin1StringView id) { return *std::ranges::find(kTools, id, &ToolInfo::id); }

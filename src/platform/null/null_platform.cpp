@@ -63,7 +63,7 @@ class NullSystemInfo final : public SystemInfo {
 }  // namespace
 
 Platform makeNullPlatform() {
-  return {std::make_unique<NullHotkeys>(),     std::make_unique<NullKeyEvents>(),  std::make_unique<NullPanelWindow>(),
+  return {std::make_unique<NullHotkeys>(),     std::make_unique<NullKeyEvents>(),   std::make_unique<NullPanelWindow>(),
           std::make_unique<NullPermissions>(), std::make_unique<NullNetworkPath>(), std::make_unique<NullSounds>(),
           std::make_unique<NullSystemInfo>()};
 }

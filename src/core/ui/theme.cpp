@@ -1,0 +1,69 @@
+#include "core/ui/theme.h"
+
+#include <QFontDatabase>
+#include <QWidget>
+
+namespace {
+
+Theme makeDark() {
+  return {.dark = true,
+          .card = QColor(0x1E1F24),
+          .text = QColor(0xF2F3F5),
+          .secondary = QColor(0x9BA1AA),
+          .accent = QColor(0x4C8DFF),
+          .onAccent = QColor(Qt::white),
+          .success = QColor(0x3FB950),
+          .failure = QColor(0xF85149),
+          .hairline = QColor(255, 255, 255, 26),
+          .raised = QColor(0x2A2C32),
+          .hover = QColor(255, 255, 255, 14),
+          .shadow = QColor(0, 0, 0, 150)};
+}
+
+Theme makeLight() {
+  return {.dark = false,
+          .card = QColor(0xFCFCFD),
+          .text = QColor(0x1B1D21),
+          .secondary = QColor(0x6A707A),
+          .accent = QColor(0x2F6FED),
+          .onAccent = QColor(Qt::white),
+          .success = QColor(0x1A7F37),
+          .failure = QColor(0xCF222E),
+          .hairline = QColor(0, 0, 0, 28),
+          .raised = QColor(0xEEF0F3),
+          .hover = QColor(0, 0, 0, 10),
+          .shadow = QColor(0, 0, 0, 70)};
+}
+
+QFont sized(QFont font, qreal points, QFont::Weight weight = QFont::Normal) {
+  font.setPointSizeF(points);
+  font.setWeight(weight);
+  return font;
+}
+
+QFont interface() {
+  QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+  font.setFamilies({QStringLiteral("Inter"), font.family()});
+  return font;
+}
+
+}  // namespace
+
+const Theme& Theme::light() {
+  static const Theme theme = makeLight();
+  return theme;
+}
+
+const Theme& Theme::darkTheme() {
+  static const Theme theme = makeDark();
+  return theme;
+}
+
+QFont Theme::fieldFont() { return sized(interface(), 17); }
+QFont Theme::rowFont() { return sized(interface(), 13.5, QFont::Medium); }
+QFont Theme::detailFont() { return sized(interface(), 11.5); }
+QFont Theme::monospacedFont() { return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), 11.5); }
+
+const Theme& themeOf(const QWidget& widget) {
+  return widget.palette().color(QPalette::Window).lightness() < 128 ? Theme::darkTheme() : Theme::light();
+}
