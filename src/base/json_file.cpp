@@ -1,6 +1,5 @@
 #include "base/json_file.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -8,9 +7,10 @@
 #include <filesystem>
 #include <system_error>
 
+#include "base/folder.h"
+
 namespace {
 
-constexpr auto kFolderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 constexpr auto kFileMode = QFile::ReadOwner | QFile::WriteOwner;
 
 QString freeCorruptName(const QString& path) {
@@ -18,14 +18,6 @@ QString freeCorruptName(const QString& path) {
   QString name = first;
   for (int number = 2; QFileInfo::exists(name); ++number) name = first + QStringLiteral("-%1").arg(number);
   return name;
-}
-
-/// Makes the missing part of `folder` with mode 0700; folders that exist keep theirs.
-bool makeFolder(const QString& folder) {
-  if (QFileInfo(folder).isDir()) return true;
-  const QString parent = QFileInfo(folder).path();
-  if (parent == folder || !makeFolder(parent)) return false;
-  return QDir().mkdir(folder, kFolderMode) || QFileInfo(folder).isDir();
 }
 
 }  // namespace
@@ -56,7 +48,7 @@ std::expected<QByteArray, FileError> JsonFile::readBytes() {
 }
 
 std::expected<void, FileError> JsonFile::write(const QJsonDocument& document) {
-  if (!makeFolder(QFileInfo(path_).path()))
+  if (!makePrivateFolder(QFileInfo(path_).path()))
     return std::unexpected(FileError{path_, QStringLiteral("the folder cannot be created")});
   if (keepOld_) {
     if (auto kept = setAside(); !kept) return kept;

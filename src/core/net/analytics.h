@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+#include "core/net/event_endpoint.h"
+#include "core/net/http_client.h"
+#include "core/net/install_identity.h"
+#include "core/settings/app_preferences.h"
+
+class NetworkMonitor;
+class SystemInfo;
+
+/// The usage events there are.
+enum class UsageEvent { appLaunched, toolActivated };
+
+/// Reports which tools are opened, with the user's consent only, never while offline, and with nothing in it but an
+/// anonymous install id, two versions and the tool's id. Events are neither queued nor retried. Main thread only.
+class Analytics {
+ public:
+  struct Services {
+    const AppPreferences& preferences;
+    const NetworkMonitor& network;
+    HttpClient& http;
+    InstallIdentity& identity;
+    const SystemInfo& system;
+    /// Asked before every event, so that a change of the service holds at once.
+    std::function<std::optional<EventEndpoint>()> endpoint;
+  };
+
+  explicit Analytics(Services services) : services_(std::move(services)) {}
+
+  /// Returns at once and never fails to the caller. `toolID` is empty for events of the application.
+  void track(UsageEvent event, const QString& toolID = {});
+
+ private:
+  Services services_;
+};
