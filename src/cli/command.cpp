@@ -1,0 +1,78 @@
+#include "cli/command.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::array kCommands = {
+    Command{"summon"_L1, "<tool-id>|launcher|settings"_L1, "start a tool in the running application"_L1, runSummon},
+    Command{"tools"_L1, "[--json]"_L1, "list the tools in the grid's order"_L1, runTools},
+    Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
+    Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
+    Command{"version"_L1, ""_L1, "print the version"_L1, runVersion},
+};
+
+const Command* findCommand(const QString& name) {
+  const auto found = std::ranges::find(kCommands, name, &Command::name);
+  return found == kCommands.end() ? nullptr : &*found;
+}
+
+void printUsage(const Command& command, QTextStream& stream) {
+  stream << "usage: vantle " << command.name;
+  if (!command.arguments.isEmpty()) stream << ' ' << command.arguments;
+  stream << '\n';
+}
+
+void printOverview(QTextStream& out) {
+  out << "Fourteen small tools for people who work with terminal coding agents.\n\n"
+         "usage: vantle                start the application, or bring it forward\n";
+  for (const Command& command : kCommands) {
+    const QString call = u"vantle %1 %2"_s.arg(command.name, command.arguments).trimmed();
+    out << "       " << call.leftJustified(44) << ' ' << command.summary << '\n';
+  }
+}
+
+}  // namespace
+
+std::span<const Command> commands() { return kCommands; }
+
+int usageError(const Command& command, const QString& message, CommandContext& context) {
+  context.err << "vantle: " << message << '\n';
+  printUsage(command, context.err);
+  return exit_code::kUsage;
+}
+
+int runCommandLine(const QStringList& arguments, CommandContext& context) {
+  QString name = arguments.value(0);
+  if (name == "--version"_L1) name = u"version"_s;
+  if (name == "--help"_L1 || name == "-h"_L1) name = u"help"_s;
+  if (const Command* command = findCommand(name)) return command->run(arguments.mid(1), context);
+  context.err << "vantle: there is no command '" << name << "'; 'vantle help' lists them\n";
+  return exit_code::kUsage;
+}
+
+int runHelp(const QStringList& arguments, CommandContext& context) {
+  if (arguments.isEmpty()) {
+    printOverview(context.out);
+    return exit_code::kSuccess;
+  }
+  const Command* command = findCommand(arguments.first());
+  if (!command) {
+    context.err << "vantle: there is no command '" << arguments.first() << "'; 'vantle help' lists them\n";
+    return exit_code::kUsage;
+  }
+  printUsage(*command, context.out);
+  context.out << command->summary << '\n';
+  return exit_code::kSuccess;
+}
+
+int runVersion(const QStringList& arguments, CommandContext& context) {
+  if (!arguments.isEmpty()) return usageError(*findCommand(u"version"_s), u"it takes no arguments"_s, context);
+  context.out << "vantle " << QCoreApplication::applicationVersion() << '\n';
+  return exit_code::kSuccess;
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+#include <functional>
+#include <span>
+
+#include "core/settings/folders.h"
+#include "platform/platform.h"
+
+/// What a subcommand runs with. Results go to `out`, errors to `err`.
+struct CommandContext {
+  QTextStream& out;
+  QTextStream& err;
+  Folders folders;
+  /// Starts the application in the background; false when that fails.
+  std::function<bool()> startApplication;
+  /// Makes the backends of a display connection; the null ones where there is none.
+  std::function<Platform()> makePlatform;
+};
+
+/// Exit codes of every subcommand.
+namespace exit_code {
+inline constexpr int kSuccess = 0;
+inline constexpr int kFailure = 1;
+inline constexpr int kUsage = 2;
+}  // namespace exit_code
+
+/// One subcommand.
+struct Command {
+  QLatin1StringView name;
+  /// What follows the name in the usage line.
+  QLatin1StringView arguments;
+  QLatin1StringView summary;
+  int (*run)(const QStringList& arguments, CommandContext& context);
+};
+
+std::span<const Command> commands();
+/// Runs "vantle <arguments>"; empty arguments are not for here, they start the application.
+int runCommandLine(const QStringList& arguments, CommandContext& context);
+/// Prints "vantle: <message>" and the usage line; the exit code for it.
+int usageError(const Command& command, const QString& message, CommandContext& context);
+
+/// One file each.
+int runSummon(const QStringList& arguments, CommandContext& context);
+int runTools(const QStringList& arguments, CommandContext& context);
+int runDoctor(const QStringList& arguments, CommandContext& context);
+int runHelp(const QStringList& arguments, CommandContext& context);
+int runVersion(const QStringList& arguments, CommandContext& context);

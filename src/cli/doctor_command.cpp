@@ -1,0 +1,170 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <semaphore>
+
+#include "base/clock.h"
+#include "cli/command.h"
+#include "core/hotkeys/app_shortcuts.h"
+#include "core/hotkeys/hotkey_center.h"
+#include "core/hotkeys/refused_shortcuts.h"
+#include "core/net/app_channel.h"
+#include "core/tools/tool.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// One line of the report.
+struct Finding {
+  QString subject;
+  bool isFine = true;
+  QString text;
+};
+
+/// Ids for trying combinations out, far from those of registrations.
+constexpr std::uint32_t kProbeID = 0x7FFF0000;
+constexpr auto kNetworkPatience = 500ms;
+
+bool isDisplayThere(const Platform& platform) { return platform.permissions->isAccessibilityTrusted(); }
+
+/// What the application would register now, tools first.
+struct Wanted {
+  QString owner;
+  Hotkey hotkey;
+};
+
+std::vector<Wanted> wantedShortcuts(const AppSettings& settings) {
+  std::vector<Wanted> wanted;
+  for (const ToolInfo& info : toolTable()) {
+    if (settings.disabledTools.contains(info.id)) continue;
+    const auto own = settings.hotkeys.find(info.id);
+    const std::optional<Hotkey> hotkey = own == settings.hotkeys.end() ? info.defaultHotkey : own->second;
+    if (hotkey) wanted.push_back({info.name, *hotkey});
+  }
+  for (const AppShortcut& shortcut : kAppShortcuts) wanted.push_back({shortcut.name, shortcut.hotkey});
+  return wanted;
+}
+
+/// Asks the system for each combination and gives it back; for when the application is not running.
+std::vector<RefusedShortcut> tryOut(HotkeyBackend& backend, const std::vector<Wanted>& wanted) {
+  std::vector<RefusedShortcut> refused;
+  for (const auto& [owner, hotkey] : wanted) {
+    const auto taken = backend.registerHotkey(kProbeID, hotkey.keyCode, hotkey.carbonModifiers);
+    if (taken)
+      backend.unregisterHotkey(kProbeID);
+    else
+      refused.push_back({owner, hotkey, taken.error().description()});
+  }
+  return refused;
+}
+
+std::vector<RefusedShortcut> decodeRefused(const QJsonObject& answer) {
+  std::vector<RefusedShortcut> refused;
+  for (const QJsonValue& entry : answer.value("refused"_L1).toArray()) {
+    RefusedShortcut shortcut;
+    if (!decode(entry["hotkey"_L1], shortcut.hotkey)) continue;
+    shortcut.owner = entry["owner"_L1].toString();
+    shortcut.reason = entry["reason"_L1].toString();
+    refused.push_back(shortcut);
+  }
+  return refused;
+}
+
+void reportShortcuts(const std::vector<Wanted>& wanted, const std::vector<RefusedShortcut>& refused,
+                     const Platform& platform, std::vector<Finding>& findings) {
+  if (refused.empty()) {
+    findings.push_back({u"Shortcuts"_s, true, u"all %1 are ours"_s.arg(wanted.size())});
+    return;
+  }
+  std::vector<Hotkey> used;
+  for (const Wanted& entry : wanted) used.push_back(entry.hotkey);
+  const QString hint = platform.systemInfo->shortcutOwnerHint();
+  for (const RefusedShortcut& shortcut : refused) {
+    QString text = u"%1 %2: %3"_s.arg(shortcut.hotkey.display(), shortcut.owner, shortcut.reason);
+    if (!hint.isEmpty()) text += u" (perhaps %1 or your desktop)"_s.arg(hint);
+    if (const auto free = freeCombination(*platform.hotkeys, used, kProbeID)) {
+      text += u"; %1 is free"_s.arg(free->display());
+      used.push_back(*free);
+    }
+    findings.push_back({u"Shortcuts"_s, false, text});
+  }
+}
+
+Finding networkFinding(NetworkPath& path) {
+  struct Report {
+    std::binary_semaphore arrived{0};
+    std::atomic<bool> satisfied{false};
+  };
+  const auto report = std::make_shared<Report>();
+  path.start([report](bool satisfied) {
+    report->satisfied = satisfied;
+    report->arrived.release();
+  });
+  if (!report->arrived.try_acquire_for(kNetworkPatience)) return {u"Network"_s, true, u"not known yet"_s};
+  return report->satisfied ? Finding{u"Network"_s, true, u"online"_s}
+                           : Finding{u"Network"_s, false, u"offline: the nine tools that need it wait"_s};
+}
+
+Finding dataFinding(const Folders& folders) {
+  const QFileInfo folder(folders.vantle());
+  if (!folder.exists()) return {u"Data"_s, true, folders.vantle() + u" (made at the first change)"_s};
+  if (!folder.isDir() || !folder.isWritable())
+    return {u"Data"_s, false, folders.vantle() + u" cannot be written; changes will be lost"_s};
+  return {u"Data"_s, true, folders.vantle()};
+}
+
+Finding agentFinding(const QString& name, const QString& relativePath) {
+  const QString path = QDir::home().filePath(relativePath);
+  return {u"Agents"_s, true, u"%1: %2%3"_s.arg(name, path, QFileInfo(path).isDir() ? QString() : u" (none yet)"_s)};
+}
+
+void print(const std::vector<Finding>& findings, QTextStream& out) {
+  for (const Finding& finding : findings)
+    out << (finding.isFine ? u"ok   "_s : u"!!   "_s) << finding.subject.leftJustified(13) << finding.text << '\n';
+}
+
+void printJson(const std::vector<Finding>& findings, QTextStream& out) {
+  QJsonArray rows;
+  for (const Finding& finding : findings)
+    rows.append(QJsonObject{{u"subject"_s, finding.subject}, {u"ok"_s, finding.isFine}, {u"text"_s, finding.text}});
+  out << QJsonDocument(rows).toJson(QJsonDocument::Indented);
+}
+
+}  // namespace
+
+int runDoctor(const QStringList& arguments, CommandContext& context) {
+  const bool json = arguments == QStringList{u"--json"_s};
+  if (!arguments.isEmpty() && !json) return usageError(commands()[2], u"it takes only --json"_s, context);
+
+  const Platform platform = context.makePlatform();
+  const SettingsStore settings(context.folders.file(u"settings.json"_s));
+  const auto running = AppClient::request({{u"do"_s, u"doctor"_s}});
+  std::vector<Finding> findings;
+  findings.push_back({u"Application"_s, true, running ? u"running"_s : u"not running"_s});
+  if (isDisplayThere(platform)) {
+    platform.hotkeys->install([](std::uint32_t) {});
+    const auto wanted = wantedShortcuts(settings.value());
+    findings.push_back({u"Display"_s, true, qEnvironmentVariable("DISPLAY", platform.systemInfo->systemName())});
+    reportShortcuts(wanted, running ? decodeRefused(*running) : tryOut(*platform.hotkeys, wanted), platform, findings);
+    findings.push_back({u"Typing"_s, true, u"allowed"_s});
+  } else {
+    findings.push_back({u"Display"_s, false, u"none: shortcuts, panels and typing need one"_s});
+  }
+  findings.push_back(networkFinding(*platform.networkPath));
+  findings.push_back(dataFinding(context.folders));
+  findings.push_back(agentFinding(u"Claude Code"_s, u".claude/projects"_s));
+  findings.push_back(agentFinding(u"Codex"_s, u".codex/sessions"_s));
+
+  if (json)
+    printJson(findings, context.out);
+  else
+    print(findings, context.out);
+  return std::ranges::all_of(findings, &Finding::isFine) ? exit_code::kSuccess : exit_code::kFailure;
+}
