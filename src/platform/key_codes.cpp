@@ -1,7 +1,5 @@
 #include "platform/key_codes.h"
 
-#include <qnamespace.h>
-
 #include <algorithm>
 #include <array>
 
@@ -103,4 +101,31 @@ const KeyCode* findKeyByQtKey(int qtKey) {
 
 const KeyCode* findKeyByPosition(std::uint32_t position) {
   return find([position](const KeyCode& key) { return key.position == position; });
+}
+
+std::optional<std::uint32_t> macKeyCode(const ReportedKey& key) {
+#ifdef Q_OS_MACOS
+  return key.virtualKey;
+#else
+  const KeyCode* found = findKeyByQtKey(key.qtKey);
+  if (!found && key.qtKey == Qt::Key_Backtab) found = findKeyByQtKey(Qt::Key_Tab);
+  if (!found && key.scanCode != 0) found = findKeyByPosition(key.scanCode);
+  return found ? std::optional(found->mac) : std::nullopt;
+#endif
+}
+
+std::uint32_t carbonModifiers(Qt::KeyboardModifiers modifiers) {
+  constexpr std::uint32_t kCommand = 0x0100, kShift = 0x0200, kOption = 0x0800, kControl = 0x1000;
+#ifdef Q_OS_MACOS
+  // Qt names the Command key Control there, and the Control key Meta.
+  constexpr std::uint32_t kQtControl = kCommand, kQtMeta = kControl;
+#else
+  constexpr std::uint32_t kQtControl = kControl, kQtMeta = kCommand;
+#endif
+  std::uint32_t bits = 0;
+  if (modifiers & Qt::ControlModifier) bits |= kQtControl;
+  if (modifiers & Qt::MetaModifier) bits |= kQtMeta;
+  if (modifiers & Qt::AltModifier) bits |= kOption;
+  if (modifiers & Qt::ShiftModifier) bits |= kShift;
+  return bits;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <qnamespace.h>
+
 #include <cstdint>
+#include <optional>
 #include <span>
 
 /// One key of the keyboard under its names on every side. macOS codes are positions on an ANSI keyboard.
@@ -23,3 +26,17 @@ std::span<const KeyCode> keyCodes();
 const KeyCode* findKeyCode(std::uint32_t mac);
 const KeyCode* findKeyByQtKey(int qtKey);
 const KeyCode* findKeyByPosition(std::uint32_t position);
+
+/// A key press as the toolkit reports it: its symbol, its position and the system's own number.
+struct ReportedKey {
+  int qtKey;
+  std::uint32_t scanCode;
+  std::uint32_t virtualKey;
+};
+
+/// The macOS code of a key: the system's own on macOS; elsewhere by the key's symbol, else by its position. Null when
+/// neither is in the table.
+std::optional<std::uint32_t> macKeyCode(const ReportedKey& key);
+/// Which of the keyboard's Control, Option, Shift and Command keys are held, as Carbon bits. On keyboards without those
+/// names they are Ctrl, Alt, Shift and Super.
+std::uint32_t carbonModifiers(Qt::KeyboardModifiers modifiers);

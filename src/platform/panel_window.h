@@ -2,6 +2,7 @@
 
 #include <qnamespace.h>
 #include <QRect>
+#include <QRegion>
 
 #include <functional>
 
@@ -30,6 +31,12 @@ class PanelWindow {
   /// window loses the keyboard otherwise.
   virtual void watchKeyboardLoss(QWindow& window, const QRect& card, std::function<void()> lost) = 0;
   virtual void stopWatching(QWindow& window) = 0;
+  /// Where the window takes clicks (window coordinates); the rest lets them through to what is behind. Nothing to do
+  /// where the system lets clicks through transparent pixels by itself.
+  virtual void setInputRegion(QWindow& window, const QRegion& region) {
+    Q_UNUSED(window)
+    Q_UNUSED(region)
+  }
   /// Whether transparent parts of a window show what is behind; without it panels are cut to their card.
   virtual bool isTranslucencyAvailable() const = 0;
 };

@@ -2,7 +2,10 @@
 
 #include <QWidget>
 
-/// A rounded card with a soft shadow in the transparent margin around it; children go inside `contentRect()`.
+class QPainter;
+struct Theme;
+
+/// A rounded card with a soft shadow in the transparent margin around it, filled by one content widget.
 class CardFrame : public QWidget {
   Q_OBJECT
 
@@ -12,7 +15,10 @@ class CardFrame : public QWidget {
 
   /// The card in this widget's coordinates.
   QRect cardRect() const;
-  /// Fills the card with `content`, which becomes a child.
+  /// The card's shape in this widget's coordinates, to cut a window to it. Jagged, but only where a pixel is less than
+  /// half covered.
+  QRegion cardRegion() const;
+  /// Fills the card with `content`, which becomes a child; an earlier one is deleted.
   void setContent(QWidget* content);
 
  protected:
@@ -24,3 +30,8 @@ class CardFrame : public QWidget {
   bool translucent_;
   QWidget* content_ = nullptr;
 };
+
+/// Paints a card as every panel and toast has it: shadow (where `translucent`), surface and edge.
+void paintCard(QPainter& painter, const QRectF& card, const Theme& theme, bool translucent);
+/// The shape of a rounded card.
+QRegion roundedRegion(const QRect& card, int radius);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 #include "core/hotkeys/key_press.h"
 #include "platform/panel_window.h"
@@ -15,8 +17,9 @@ QScreen* activeScreen();
 
 /// The floating panel of every palette: takes the keyboard while the user's own application stays the active one.
 ///
-/// Every key goes to the key handler first; text of input methods arrives there as a KeyPress of characters. A click
-/// elsewhere or the loss of the keyboard emits `resignedKey()`; the controller then hides the panel.
+/// Every key goes to the key handler first, whichever child has the focus; text of input methods arrives there as a
+/// KeyPress of characters. A click elsewhere or the loss of the keyboard emits `resignedKey()`; the controller then
+/// hides the panel.
 class PalettePanel : public QWidget {
   Q_OBJECT
 
@@ -25,10 +28,13 @@ class PalettePanel : public QWidget {
 
   /// `size` includes the transparent margin of Theme::kPanelMargin on every side.
   PalettePanel(PanelWindow& native, QSize size, QWidget* parent = nullptr);
+  ~PalettePanel() override;
 
   /// The panel takes ownership of `content` and fills its card with it.
   void setContent(QWidget* content);
   void setKeyHandler(KeyHandler handler) { handleKey_ = std::move(handler); }
+  /// Whether the user may drag the panel by its card.
+  void setMovable(bool movable) { movable_ = movable; }
 
   /// Centres the panel on the active screen's vertical centre line, its own centre at 62 % of the available height
   /// measured from the bottom. Does nothing when there is no screen.
@@ -44,12 +50,24 @@ class PalettePanel : public QWidget {
   void moved(QPoint origin);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   bool focusNextPrevChild(bool next) override;
 
  private:
+  bool offer(const KeyPress& press) { return handleKey_ && handleKey_(press); }
+  void cutToCard();
+
   PanelWindow& native_;
+  bool translucent_;
   CardFrame* card_;
   KeyHandler handleKey_;
+  bool movable_ = false;
+  /// Where the card was taken hold of, in panel coordinates.
+  std::optional<QPoint> grip_;
 };

@@ -1,6 +1,8 @@
 #include "core/ui/theme.h"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QWidget>
 
 namespace {
@@ -11,6 +13,7 @@ Theme makeDark() {
           .text = QColor(0xF2F3F5),
           .secondary = QColor(0x9BA1AA),
           .accent = QColor(0x4C8DFF),
+          .selection = QColor(0x2F6FED),
           .onAccent = QColor(Qt::white),
           .success = QColor(0x3FB950),
           .failure = QColor(0xF85149),
@@ -26,6 +29,7 @@ Theme makeLight() {
           .text = QColor(0x1B1D21),
           .secondary = QColor(0x6A707A),
           .accent = QColor(0x2F6FED),
+          .selection = QColor(0x2F6FED),
           .onAccent = QColor(Qt::white),
           .success = QColor(0x1A7F37),
           .failure = QColor(0xCF222E),
@@ -35,8 +39,12 @@ Theme makeLight() {
           .shadow = QColor(0, 0, 0, 70)};
 }
 
-QFont sized(QFont font, qreal points, QFont::Weight weight = QFont::Normal) {
-  font.setPointSizeF(points);
+/// Points of the design are logical pixels, as on macOS. Other systems count 96 of them to the inch, not 72; a desktop
+/// set to larger text still gets it.
+QFont sized(QFont font, qreal pixels, QFont::Weight weight = QFont::Normal) {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const bool pointIsPixel = screen && screen->logicalDotsPerInch() < 80;
+  font.setPointSizeF(pointIsPixel ? pixels : pixels * 72 / 96);
   font.setWeight(weight);
   return font;
 }

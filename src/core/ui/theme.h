@@ -3,14 +3,16 @@
 #include <QColor>
 #include <QFont>
 
-/// The only place of colours, radii and sizes. Lengths in logical pixels, fonts in points.
+/// The only place of colours, radii and sizes. Lengths and fonts in logical pixels.
 struct Theme {
   bool dark = false;
   QColor card;
   QColor text;
   QColor secondary;
   QColor accent;
-  /// Text on the accent.
+  /// The selected row and filled controls: an accent deep enough for white text.
+  QColor selection;
+  /// Text on `selection`.
   QColor onAccent;
   QColor success;
   QColor failure;

@@ -1,0 +1,117 @@
+#include "core/ui/palette_panel.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QWindow>
+
+#include <cmath>
+#include <utility>
+
+#include "core/ui/card_frame.h"
+#include "core/ui/key_event.h"
+#include "core/ui/theme.h"
+
+QScreen* activeScreen() {
+  const QPoint pointer = QCursor::pos();
+  for (QScreen* screen : QGuiApplication::screens())
+    if (screen->geometry().contains(pointer)) return screen;
+  return QGuiApplication::primaryScreen();
+}
+
+PalettePanel::PalettePanel(PanelWindow& native, QSize size, QWidget* parent)
+    : QWidget(parent, native.windowFlags(PanelKind::palette)),
+      native_(native),
+      translucent_(native.isTranslucencyAvailable()),
+      card_(new CardFrame(Theme::kPanelMargin, translucent_, this)) {
+  setAttribute(Qt::WA_TranslucentBackground, translucent_);
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_InputMethodEnabled);
+  setAttribute(Qt::WA_MacAlwaysShowToolWindow);
+  setFocusPolicy(Qt::StrongFocus);
+  resize(size);
+}
+
+PalettePanel::~PalettePanel() {
+  if (isVisible()) dismiss();
+}
+
+void PalettePanel::setContent(QWidget* content) { card_->setContent(content); }
+
+void PalettePanel::positionOnActiveScreen() {
+  const QScreen* screen = activeScreen();
+  if (!screen) return;
+  // A little above the middle: the eye rests there, and results grow downwards.
+  constexpr double kCentreFromTop = 1 - 0.62;
+  const QRectF available = screen->availableGeometry();
+  const double x = available.left() + available.width() * 0.5 - width() * 0.5;
+  const double y = available.top() + available.height() * kCentreFromTop - height() * 0.5;
+  move(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
+}
+
+void PalettePanel::present() {
+  winId();
+  QWindow& window = *windowHandle();
+  window.removeEventFilter(this);
+  window.installEventFilter(this);
+  native_.prepare(window, PanelKind::palette);
+  show();
+  raise();
+  if (!focusWidget()) setFocus();
+  cutToCard();
+  native_.watchKeyboardLoss(window, card_->cardRect(), [this] { Q_EMIT resignedKey(); });
+  if (!native_.takeKeyboard(window)) activateWindow();
+}
+
+void PalettePanel::dismiss() {
+  if (QWindow* window = windowHandle()) {
+    native_.stopWatching(*window);
+    native_.releaseKeyboard(*window);
+  }
+  grip_.reset();
+  hide();
+}
+
+void PalettePanel::cutToCard() {
+  if (!translucent_)
+    setMask(card_->cardRegion());
+  else if (windowHandle())
+    native_.setInputRegion(*windowHandle(), card_->cardRect());
+}
+
+// Keys meant for a child pass here first: a palette's own keys work wherever the cursor stands.
+bool PalettePanel::eventFilter(QObject* watched, QEvent* event) {
+  const bool forChild =
+      watched == windowHandle() && event->type() == QEvent::KeyPress && focusWidget() && focusWidget() != this;
+  return (forChild && offer(keyPress(*static_cast<QKeyEvent*>(event)))) || QWidget::eventFilter(watched, event);
+}
+
+void PalettePanel::keyPressEvent(QKeyEvent* event) {
+  if (!offer(keyPress(*event))) event->ignore();
+}
+
+void PalettePanel::inputMethodEvent(QInputMethodEvent* event) {
+  if (!event->commitString().isEmpty()) offer(textPress(event->commitString()));
+  event->accept();
+}
+
+void PalettePanel::mousePressEvent(QMouseEvent* event) {
+  if (movable_ && event->button() == Qt::LeftButton) grip_ = event->position().toPoint();
+}
+
+void PalettePanel::mouseMoveEvent(QMouseEvent* event) {
+  if (grip_) move(event->globalPosition().toPoint() - *grip_);
+}
+
+void PalettePanel::mouseReleaseEvent(QMouseEvent* event) {
+  const auto grip = std::exchange(grip_, std::nullopt);
+  if (grip && *grip != event->position().toPoint()) Q_EMIT moved(pos());
+}
+
+void PalettePanel::resizeEvent(QResizeEvent*) {
+  card_->setGeometry(rect());
+  cutToCard();
+}
+
+bool PalettePanel::focusNextPrevChild(bool) { return false; }
