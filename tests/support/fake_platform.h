@@ -66,7 +66,7 @@ class FakePermissions final : public Permissions {
 /// Reports what `report` is called with.
 class FakeNetworkPath final : public NetworkPath {
  public:
-  void start(Report report) override { this->report = std::move(report); }
+  void start(Report reporter) override { report = std::move(reporter); }
   Report report;
 };
 

@@ -15,9 +15,9 @@ struct KeyPress {
   bool option = false;
   bool shift = false;
   /// What the key types, dead keys and input methods applied.
-  QString characters;
+  QString characters = {};
   /// The same key's letter without modifiers, lower case; empty for keys that have none.
-  QString charactersIgnoringModifiers;
+  QString charactersIgnoringModifiers = {};
 
   static constexpr std::uint32_t kUnknownKey = 0xFFFF;
 
