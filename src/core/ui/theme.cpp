@@ -9,6 +9,7 @@ namespace {
 
 Theme makeDark() {
   return {.dark = true,
+          .window = QColor(0x18191D),
           .card = QColor(0x1E1F24),
           .text = QColor(0xF2F3F5),
           .secondary = QColor(0x9BA1AA),
@@ -20,11 +21,13 @@ Theme makeDark() {
           .hairline = QColor(255, 255, 255, 26),
           .raised = QColor(0x2A2C32),
           .hover = QColor(255, 255, 255, 14),
+          .switchOff = QColor(0x4A4D55),
           .shadow = QColor(0, 0, 0, 150)};
 }
 
 Theme makeLight() {
   return {.dark = false,
+          .window = QColor(0xF3F4F6),
           .card = QColor(0xFCFCFD),
           .text = QColor(0x1B1D21),
           .secondary = QColor(0x6A707A),
@@ -36,6 +39,7 @@ Theme makeLight() {
           .hairline = QColor(0, 0, 0, 28),
           .raised = QColor(0xEEF0F3),
           .hover = QColor(0, 0, 0, 10),
+          .switchOff = QColor(0xC4C8CE),
           .shadow = QColor(0, 0, 0, 70)};
 }
 
@@ -70,6 +74,7 @@ const Theme& Theme::darkTheme() {
 QFont Theme::fieldFont() { return sized(interface(), 17); }
 QFont Theme::rowFont() { return sized(interface(), 13.5, QFont::Medium); }
 QFont Theme::detailFont() { return sized(interface(), 11.5); }
+QFont Theme::keyCapFont() { return sized(interface(), 11.5, QFont::Medium); }
 QFont Theme::monospacedFont() { return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), 11.5); }
 
 const Theme& themeOf(const QWidget& widget) {

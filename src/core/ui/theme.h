@@ -6,6 +6,8 @@
 /// The only place of colours, radii and sizes. Lengths and fonts in logical pixels.
 struct Theme {
   bool dark = false;
+  /// Ground of ordinary windows.
+  QColor window;
   QColor card;
   QColor text;
   QColor secondary;
@@ -22,6 +24,8 @@ struct Theme {
   QColor raised;
   /// A row under the pointer.
   QColor hover;
+  /// The track of a switch that is off, the thumb of a scroll bar.
+  QColor switchOff;
   QColor shadow;
 
   static constexpr int kCardRadius = 14;
@@ -40,6 +44,7 @@ struct Theme {
   static QFont fieldFont();
   static QFont rowFont();
   static QFont detailFont();
+  static QFont keyCapFont();
   static QFont monospacedFont();
 };
 

@@ -1,0 +1,47 @@
+#include "core/ui/row_delegate.h"
+
+#include <QPainter>
+
+#include "core/ui/theme.h"
+
+void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+  const Theme& theme = option.widget ? themeOf(*option.widget) : Theme::light();
+  const bool selected = option.state.testFlag(QStyle::State_Selected);
+  const bool hovered = option.state.testFlag(QStyle::State_MouseOver);
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  if (selected || hovered) {
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(selected ? theme.selection : theme.hover);
+    painter->drawRoundedRect(option.rect, Theme::kRowRadius, Theme::kRowRadius);
+  }
+  RowLook look{.theme = theme,
+               .area = option.rect.adjusted(kPadding, 0, -kPadding, 0),
+               .selected = selected,
+               .text = selected ? theme.onAccent : theme.text,
+               .secondary = selected ? theme.onAccent : theme.secondary};
+  paintContents(*painter, index, look);
+  painter->restore();
+}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const { return {0, Theme::kRowHeight}; }
+
+void paintTitleAndDetail(QPainter& painter, const QRect& area, const QString& title, const QString& detail,
+                         const RowLook& look) {
+  const QFont titleFont = Theme::rowFont();
+  const QFont detailFont = Theme::detailFont();
+  const QFontMetrics titleMetrics(titleFont);
+  const QFontMetrics detailMetrics(detailFont);
+  constexpr int kLeading = 1;
+  const int detailHeight = detail.isEmpty() ? 0 : detailMetrics.height() + kLeading;
+  const int top = area.top() + (area.height() - titleMetrics.height() - detailHeight) / 2;
+  painter.setFont(titleFont);
+  painter.setPen(look.text);
+  painter.drawText(area.left(), top + titleMetrics.ascent(),
+                   titleMetrics.elidedText(title, Qt::ElideRight, area.width()));
+  if (detail.isEmpty()) return;
+  painter.setFont(detailFont);
+  painter.setPen(look.secondary);
+  painter.drawText(area.left(), top + titleMetrics.height() + kLeading + detailMetrics.ascent(),
+                   detailMetrics.elidedText(detail, Qt::ElideRight, area.width()));
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QColor>
+#include <QRect>
+#include <QStyledItemDelegate>
+
+struct Theme;
+
+/// The look of one row while it is painted.
+struct RowLook {
+  const Theme& theme;
+  /// Where the row's contents go.
+  QRect area;
+  bool selected;
+  QColor text;
+  QColor secondary;
+};
+
+/// Paints the ground of palette rows, 44 pixels high: the selected one in the accent with white text, the one under the
+/// pointer shaded. What stands on it is the derived class's.
+class RowDelegate : public QStyledItemDelegate {
+  Q_OBJECT
+
+ public:
+  /// Room left and right between the row's ground and its contents.
+  static constexpr int kPadding = 8;
+
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const final;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+ protected:
+  virtual void paintContents(QPainter& painter, const QModelIndex& index, const RowLook& look) const = 0;
+};
+
+/// Draws a title and, where there is one, a detail line under it, both cut short to fit `area`.
+void paintTitleAndDetail(QPainter& painter, const QRect& area, const QString& title, const QString& detail,
+                         const RowLook& look);

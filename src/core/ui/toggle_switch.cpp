@@ -1,0 +1,45 @@
+#include "core/ui/toggle_switch.h"
+
+#include <QPainter>
+
+#include "core/ui/theme.h"
+
+namespace {
+
+constexpr QSize kTrack(36, 20);
+/// Room around the track for the focus ring.
+constexpr int kRing = 2;
+
+}  // namespace
+
+ToggleSwitch::ToggleSwitch(const QString& name, QWidget* parent) : QCheckBox(parent) {
+  setAccessibleName(name);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize ToggleSwitch::sizeHint() const { return kTrack.grownBy(QMargins(kRing, kRing, kRing, kRing)); }
+
+bool ToggleSwitch::hitButton(const QPoint& position) const { return rect().contains(position); }
+
+void ToggleSwitch::paintEvent(QPaintEvent*) {
+  const Theme& theme = themeOf(*this);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setOpacity(isEnabled() ? 1.0 : 0.4);
+  const QRectF track(QPointF((width() - kTrack.width()) / 2.0, (height() - kTrack.height()) / 2.0), kTrack);
+  const double radius = track.height() / 2;
+  if (hasFocus()) {
+    painter.setPen(QPen(theme.accent, 1.5));
+    painter.drawRoundedRect(track.adjusted(-1.25, -1.25, 1.25, 1.25), radius + 1.25, radius + 1.25);
+  }
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(isChecked() ? theme.selection : theme.switchOff);
+  painter.drawRoundedRect(track, radius, radius);
+  QRectF knob = track.adjusted(2, 2, -2, -2);
+  knob.setWidth(knob.height());
+  if (isChecked()) knob.moveRight(track.right() - 2);
+  painter.setBrush(QColor(0, 0, 0, 40));
+  painter.drawEllipse(knob.translated(0, 0.75));
+  painter.setBrush(Qt::white);
+  painter.drawEllipse(knob);
+}

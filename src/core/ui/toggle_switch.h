@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QCheckBox>
+
+/// A check box drawn as a switch; to screen readers and the keyboard it is a check box.
+class ToggleSwitch : public QCheckBox {
+  Q_OBJECT
+
+ public:
+  /// `name`: what it switches, for screen readers.
+  explicit ToggleSwitch(const QString& name, QWidget* parent = nullptr);
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  bool hitButton(const QPoint& position) const override;
+};
