@@ -1,0 +1,92 @@
+"""Reads what the program's windows say, through the accessibility tree that a screen reader uses."""
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+
+def texts(pid):
+    """Every name, description and text that the process shows now."""
+    return [text for node in nodes(pid) for text in _texts_of(node)]
+
+
+def shows(pid, wanted):
+    return any(wanted in text for text in texts(pid))
+
+
+def find(pid, wanted, role=None):
+    """The first showing object with that name (and role name); None without one."""
+    for node in nodes(pid):
+        try:
+            if node.get_name() == wanted and (role is None or node.get_role_name() == role):
+                return node
+        except GLib.Error:
+            continue
+    return None
+
+
+def do(node):
+    """What a click on it would do."""
+    return node.get_action_iface().do_action(0)
+
+
+def nodes(pid):
+    """All showing objects of the process."""
+    desktop = Atspi.get_desktop(0)
+    desktop.clear_cache()
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application and _pid(application) == pid:
+            for window in _children(application):
+                yield from _showing(window)
+
+
+def _showing(node):
+    try:
+        node.clear_cache_single()
+        if not node.get_state_set().contains(Atspi.StateType.SHOWING):
+            return
+    except GLib.Error:
+        return
+    yield node
+    for child in _children(node):
+        yield from _showing(child)
+
+
+def _children(node):
+    try:
+        count = node.get_child_count()
+    except GLib.Error:
+        return
+    for index in range(min(count, 200)):
+        try:
+            child = node.get_child_at_index(index)
+        except GLib.Error:
+            continue
+        if child:
+            yield child
+
+
+def _pid(node):
+    try:
+        return node.get_process_id()
+    except GLib.Error:
+        return 0
+
+
+def _texts_of(node):
+    try:
+        yield node.get_name() or ""
+        yield node.get_description() or ""
+        text = node.get_text_iface()
+        if text:
+            yield Atspi.Text.get_text(text, 0, Atspi.Text.get_character_count(text))
+    except GLib.Error:
+        return
+
+
+def centre(node):
+    """The middle of it in root coordinates."""
+    box = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+    return box.x + box.width // 2, box.y + box.height // 2

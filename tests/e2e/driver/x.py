@@ -1,0 +1,111 @@
+"""What a user does and sees on an X display: keys and clicks through XTEST, windows, focus and pixels."""
+
+import time
+from collections import namedtuple
+
+from Xlib import X, XK, display, error
+from Xlib.ext import xtest
+
+KEYSYMS = {
+    "Ctrl": "Control_L",
+    "Alt": "Alt_L",
+    "Shift": "Shift_L",
+    "Super": "Super_L",
+    "Return": "Return",
+    "Space": "space",
+    "comma": "comma",
+    "Backspace": "BackSpace",
+}
+CHARACTERS = {" ": "space", ",": "comma", "-": "minus", ".": "period", "/": "slash", "\\": "backslash"}
+
+# A window in root coordinates.
+Shape = namedtuple("Shape", "id x y width height title")
+
+
+class Desktop:
+    """One connection to the display. Key names are "Ctrl+Alt+Return", texts are of the US layout."""
+
+    def __init__(self, name):
+        self.display = display.Display(name)
+        self.root = self.display.screen().root
+
+    # Keyboard and pointer
+
+    def press(self, combination):
+        """Presses and releases a combination at once."""
+        codes = [self._code(part) for part in combination.split("+")]
+        for code in codes:
+            xtest.fake_input(self.display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.display, X.KeyRelease, code)
+        self.display.sync()
+
+    def type(self, text, pause=0.0):
+        """Types characters one by one, `pause` seconds apart."""
+        for character in text:
+            keysym = XK.string_to_keysym(CHARACTERS.get(character, character))
+            self._tap(self.display.keysym_to_keycode(keysym), shifted=character.isupper())
+            if pause:
+                time.sleep(pause)
+
+    def move_pointer(self, x, y):
+        xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
+        self.display.sync()
+
+    def click(self, x, y):
+        self.move_pointer(x, y)
+        xtest.fake_input(self.display, X.ButtonPress, 1)
+        xtest.fake_input(self.display, X.ButtonRelease, 1)
+        self.display.sync()
+
+    def held_keys(self):
+        """Key codes that are down; none should be once everything is released."""
+        bits = self.display.query_keymap()
+        return [8 * i + bit for i, byte in enumerate(bits) for bit in range(8) if byte >> bit & 1]
+
+    def _code(self, name):
+        keysym = XK.string_to_keysym(KEYSYMS.get(name, name.lower() if len(name) == 1 else name))
+        return self.display.keysym_to_keycode(keysym)
+
+    def _tap(self, code, shifted):
+        shift = self._code("Shift")
+        if shifted:
+            xtest.fake_input(self.display, X.KeyPress, shift)
+        xtest.fake_input(self.display, X.KeyPress, code)
+        xtest.fake_input(self.display, X.KeyRelease, code)
+        if shifted:
+            xtest.fake_input(self.display, X.KeyRelease, shift)
+        self.display.sync()
+
+    # Windows
+
+    def active_window(self):
+        """The id that the window manager calls active; 0 for none."""
+        value = self.root.get_full_property(self.display.intern_atom("_NET_ACTIVE_WINDOW"), X.AnyPropertyType)
+        return value.value[0] if value and len(value.value) else 0
+
+    def windows_of(self, pid, minimum=40):
+        """The visible windows of a process, those of some size, on top last."""
+        shapes = (self._shape_if_visible(window, pid) for window in self._tree(self.root, depth=3))
+        return [shape for shape in shapes if shape and min(shape.width, shape.height) >= minimum]
+
+    def _shape_if_visible(self, window, pid):
+        try:
+            owner = window.get_full_property(self.display.intern_atom("_NET_WM_PID"), X.AnyPropertyType)
+            if not owner or owner.value[0] != pid or window.get_attributes().map_state != X.IsViewable:
+                return None
+            size = window.get_geometry()
+            corner = self.root.translate_coords(window, 0, 0)
+            return Shape(window.id, corner.x, corner.y, size.width, size.height, window.get_wm_name() or "")
+        except (error.BadWindow, error.BadDrawable):
+            return None  # gone while we looked
+
+    def _tree(self, window, depth):
+        try:
+            children = window.query_tree().children
+        except error.BadWindow:
+            return
+        for child in children:
+            yield child
+            if depth > 1:
+                yield from self._tree(child, depth - 1)

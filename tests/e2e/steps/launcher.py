@@ -1,0 +1,129 @@
+"""The grid, placeholders, the offline toast and the second screen."""
+
+import time
+
+from driver.waiting import StepFailed, expect, until
+
+
+class Skipped(Exception):
+    """This machine cannot show the step."""
+
+
+def starts_a_tool_from_the_launcher(world):
+    """Ctrl+Alt+Space, typing and Return start Frequent CLIs; Escape there returns to the launcher, twice closes it"""
+    world.terminal.focus()
+    open_launcher(world)
+    world.picture("grid")
+    world.desktop.type("frequent")
+    until("only one tool is left", lambda: not world.shows("Ask AI"), interval=0.05)
+    world.picture("filtered")
+    world.desktop.press("Return")
+    until("the palette is shown", world.palette)
+    world.expect_terminal_active("under the palette")
+    world.desktop.press("Escape")
+    world.see("Frequent CLIs")
+    until("the launcher is back", lambda: world.windows() and not world.palette())
+    world.desktop.press("Escape")
+    world.quiet()
+    world.expect_terminal_active("at the end")
+
+
+def toggles_the_launcher(world):
+    """Ctrl+Alt+Space opens the launcher and closes it again"""
+    open_launcher(world)
+    world.desktop.press("Ctrl+Alt+Space")
+    world.quiet()
+
+
+def says_what_is_not_built(world):
+    """Arrows and Return start Vibe History, which says plainly that it is not built yet"""
+    open_launcher(world)
+    for key in ("Right", "Right", "Left", "Left", "Down", "Down"):
+        world.desktop.press(key)
+    world.desktop.press("Return")
+    world.see("Vibe History")
+    until("a toast is shown", world.toast)
+    world.picture("toast")
+    until("the use is recorded", lambda: uses(world, "vibe-history") == 1)
+    world.quiet()
+
+
+def refuses_network_tools_offline(world):
+    """Without a route a network tool shows the offline toast for 4 s and records nothing; with one it works again"""
+    if not world.network:
+        raise Skipped(world.no_network)
+    world.network.go_offline()
+    try:
+        shown_at = summon_until(world, "Image to URL needs the internet")
+        world.see("You're offline — it re-enables the moment the connection returns.")
+        world.picture("offline")
+        until("the toast goes", lambda: not world.toast(), 8)
+        lasted = time.monotonic() - shown_at
+        expect(f"the toast stays for about 4 s, not {lasted:.1f}", 3.5 < lasted < 6.5)
+        expect("no use is recorded", uses(world, "uplink") == 0)
+    finally:
+        world.network.go_online()
+    until("the tool works again", lambda: uses_after_summon(world), 8, interval=0.2)
+    expect("it no longer says offline", not world.shows("Image to URL needs the internet"))
+    world.quiet()
+
+
+def follows_the_pointer(world):
+    """With the pointer on the second screen, palette and toast appear there"""
+    world.terminal.focus()
+    world.desktop.move_pointer(2500, 700)
+    palette = world.summon_palette()
+    world.picture("palette", screens="both")
+    expect(f"the palette is centred on the second screen: {palette}", abs(middle(palette) - 2560) <= 1)
+    expect(f"its middle stands at 62 % of the height: {palette}", abs(palette.y + palette.height / 2 - 410) <= 12)
+    world.close_palette()
+    world.desktop.press("Ctrl+Alt+S")
+    toast = until("a toast is shown", world.toast)
+    expect(f"the toast is centred on the second screen: {toast}", abs(middle(toast) - 2560) <= 1)
+    world.picture("toast", screens="both")
+    world.desktop.move_pointer(960, 900)
+    world.quiet()
+
+
+def middle(window):
+    return window.x + window.width // 2
+
+
+def open_launcher(world):
+    world.quiet()
+    world.desktop.press("Ctrl+Alt+Space")
+    until("the launcher is shown", world.windows)
+    world.see("Image to Prompt")
+
+
+def uses(world, tool):
+    return (world.application.read_json("settings.json") or {}).get("toolUsage", {}).get(tool, 0)
+
+
+def summon_until(world, text):
+    """Presses Ctrl+Alt+U; news of the route may be a moment behind."""
+    for _ in range(3):
+        world.quiet()
+        world.desktop.press("Ctrl+Alt+U")
+        shown_at = time.monotonic()
+        until("a toast is shown", world.toast)
+        try:
+            world.see(text, 2)
+            return shown_at
+        except StepFailed as failure:
+            last = failure
+    raise last
+
+
+def uses_after_summon(world):
+    world.desktop.press("Ctrl+Alt+U")
+    return uses(world, "uplink") > 0
+
+
+STEPS = [
+    toggles_the_launcher,
+    starts_a_tool_from_the_launcher,
+    says_what_is_not_built,
+    refuses_network_tools_offline,
+    follows_the_pointer,
+]

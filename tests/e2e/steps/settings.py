@@ -1,0 +1,134 @@
+"""The settings window, the recorder, shortcuts that others own, the first run and the dark appearance."""
+
+from contextlib import contextmanager
+
+from driver.waiting import expect, stays, until
+from Xlib import X, XK, display
+
+
+def opens_the_settings(world):
+    """Ctrl+Alt+, opens the settings window; Ctrl+Alt+H and Ctrl+Alt+T choose its tabs"""
+    world.quiet()
+    world.desktop.press("Ctrl+Alt+comma")
+    until("the settings window is shown", lambda: world.titled("Settings"))
+    until("it is the active window", lambda: world.desktop.active_window() == world.titled("Settings").id)
+    world.picture("general")
+    world.desktop.press("Ctrl+Alt+h")
+    world.see("Suggest a Tool")
+    world.picture("shortcuts")
+    world.desktop.press("Ctrl+Alt+t")
+    world.see("Add")
+    world.picture("tools")
+    world.close_window("Settings")
+
+
+def records_a_shortcut(world):
+    """Recording: Escape keeps the old one, another tool's is refused without starting it, a free one is taken"""
+    world.desktop.press("Ctrl+Alt+t")
+    until("the settings window is shown", lambda: world.titled("Settings"))
+    start_recording(world)
+    world.picture("recording")
+    world.desktop.press("Escape")
+    world.see("⌃⌥↩")
+    expect("Escape keeps the binding", not bindings(world))
+
+    start_recording(world)
+    world.desktop.press("Ctrl+Alt+u")
+    world.see("Already used by Image to URL")
+    world.picture("conflict")
+    stays("the tool is not started", lambda: not world.toast(), 0.3)
+    world.desktop.press("Ctrl+Alt+j")
+    until("the new binding is saved", lambda: bindings(world).get("frequent-clis", {}).get("keyCode") == 38)
+    world.see("⌃⌥J")
+    world.close_window("Settings")
+
+    world.terminal.focus()
+    world.desktop.press("Ctrl+Alt+j")
+    until("the new shortcut opens the palette", world.palette)
+    world.close_palette()
+    world.desktop.press("Ctrl+Alt+Return")
+    stays("the old one no longer does", lambda: not world.palette(), 0.3)
+
+
+def start_recording(world):
+    world.click_on("⌃⌥↩")
+    world.see("Press shortcut…")
+
+
+def bindings(world):
+    return (world.application.read_json("settings.json") or {}).get("hotkeys", {})
+
+
+def stays_quiet_about_a_taken_shortcut(world):
+    """A shortcut that another program owns: no noise, the other shortcuts work, and vantle doctor names it"""
+    with grabbed(world.display.name, "u"), world.another_application() as application:
+        application.write_settings()
+        application.start()
+        application.wait_until_live()
+        stays("no window and no toast", lambda: not world.windows(), 0.5)
+        report = application.command("doctor").stdout
+        lines = [line for line in report.splitlines() if "Image to URL" in line]
+        expect(f"doctor names the tool and its shortcut:\n{report}", any("⌃⌥U" in line or "Ctrl+Alt+U" in line for line in lines))
+        world.terminal.focus()
+        world.summon_palette()
+        world.close_palette()
+
+
+@contextmanager
+def grabbed(name, key):
+    """Another program that owns Ctrl+Alt+key."""
+    other = display.Display(name)
+    code = other.keysym_to_keycode(XK.string_to_keysym(key))
+    root = other.screen().root
+    for locks in (0, X.LockMask, X.Mod2Mask, X.LockMask | X.Mod2Mask):
+        root.grab_key(code, X.ControlMask | X.Mod1Mask | locks, False, X.GrabModeAsync, X.GrabModeAsync)
+    other.sync()
+    try:
+        yield
+    finally:
+        other.close()
+
+
+def welcomes_at_the_first_run(world):
+    """The first run shows the welcome window, and writes the two commands that everybody starts with"""
+    with world.another_application() as application:
+        application.start()
+        window = until("the welcome window is shown", lambda: world.titled("Welcome"), 10)
+        expect(f"it is 560 by 640: {window}", (window.width, window.height) == (560, 640))
+        world.picture("welcome")
+        until("the default commands are written", lambda: application.read_json("FrequentCLIs/commands.json"))
+        titles = [command["title"] for command in application.read_json("FrequentCLIs/commands.json")]
+        expect(f"they are the two: {titles}", titles == ["Claude — skip permissions", "Codex — YOLO"])
+
+
+def goes_dark(world):
+    """The same windows in the dark appearance"""
+    with world.another_application() as application:
+        application.write_settings()
+        application.write_commands()
+        application.write_json("app-settings.json", {"appearance": "dark"})
+        application.start()
+        application.wait_until_live()
+        world.terminal.focus()
+        palette = world.summon_palette()
+        light = until("the card is painted", lambda: world.desktop.brightness(palette), interval=0.05)
+        expect(f"the card is dark: {light:.0f} of 255", light < 90)
+        world.picture("palette")
+        world.close_palette()
+        world.desktop.press("Ctrl+Alt+Space")
+        world.see("Image to Prompt")
+        world.picture("launcher")
+        world.desktop.press("Escape")
+        world.quiet()
+        world.desktop.press("Ctrl+Alt+comma")
+        until("the settings window is shown", lambda: world.titled("Settings"))
+        world.picture("settings")
+
+
+STEPS = [
+    opens_the_settings,
+    records_a_shortcut,
+    stays_quiet_about_a_taken_shortcut,
+    welcomes_at_the_first_run,
+    goes_dark,
+]
