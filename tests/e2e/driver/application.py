@@ -83,14 +83,18 @@ class Application:
         return self.process is not None and self.process.poll() is None
 
     def wait_until_live(self):
-        """The shortcuts answer once doctor, asked through the running program, has an answer."""
-        until("the program runs", self.is_running, 5)
-        until("the shortcuts are live", lambda: self._answers(), 10, interval=0.05)
+        """The shortcuts are live once the running program answers for them."""
+        until("the program listens", self._listens, 10)
+        until("the shortcuts are live", self._answers, 10)
 
-    def _answers(self):
+    def _listens(self):
         if not self.is_running():
             raise StepFailed(f"the program ended: {self.log()[-400:]}")
-        return self.command("doctor", seconds=5).returncode in (0, 1) and self.sockets()
+        return self.sockets()
+
+    def _answers(self):
+        findings = json.loads(self.command("doctor", "--json", seconds=5).stdout or "[]")
+        return any(finding["subject"] == "Application" and finding["text"] == "running" for finding in findings)
 
     def sockets(self):
         """The sockets that listen in the user's run-time folder: the single instance's, once it is up."""

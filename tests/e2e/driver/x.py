@@ -100,6 +100,15 @@ class Desktop:
         except (error.BadWindow, error.BadDrawable):
             return None  # gone while we looked
 
+    def brightness(self, window):
+        """The mean of the colour channels in the middle of a window's area, as it is on the screen."""
+        width, height = window.width // 2, window.height // 2
+        image = self.root.get_image(
+            window.x + width // 2, window.y + height // 2, width, height, X.ZPixmap, 0xFFFFFFFF
+        )
+        colours = bytes(byte for index, byte in enumerate(image.data) if index % 4 != 3)
+        return sum(colours) / len(colours)
+
     def _tree(self, window, depth):
         try:
             children = window.query_tree().children
