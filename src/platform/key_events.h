@@ -21,7 +21,9 @@ struct Pause {
   bool operator==(const Pause&) const = default;
 };
 
-/// Presses and releases one key with exactly the given Carbon modifiers held.
+/// Presses and releases one key with exactly the given Carbon modifiers held. Command is the modifier of applications'
+/// own shortcuts, copy and paste: ⌘ on macOS, Ctrl elsewhere. The key is the one that has the code's letter on the
+/// current layout, else the one at its position.
 struct PressKey {
   /// macOS virtual key code.
   std::uint32_t keyCode = 0;
