@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QColor>
-#include <QJsonValue>
+#include <QJsonObject>
 #include <QString>
 #include <QUuid>
 
 #include <optional>
-#include <span>
-#include <vector>
+
+#include "tools/frequent_clis/command_icon.h"
 
 /// One saved command.
 struct CLICommand {
@@ -23,27 +22,11 @@ struct CLICommand {
   std::optional<QString> icon;
 
   bool operator==(const CLICommand&) const = default;
+
+  /// What its tile shows: the icon, or while none is chosen the one that its text suggests.
+  const CommandIcon& shownIcon() const;
 };
 
+/// False, with `out` left as it is, unless the value is an object with every key but "icon" in its right type.
 bool decode(const QJsonValue& value, CLICommand& out);
-QJsonValue encode(const CLICommand& command);
-
-/// One entry of the fixed catalogue of command icons.
-struct CommandIcon {
-  /// Lower case; the value stored with a command.
-  QString id;
-  QString name;
-  /// The tile's brand colour, sRGB.
-  QColor color;
-
-  bool operator==(const CommandIcon&) const = default;
-
-  /// Favourites in their fixed order, then the others by name: the order of the icon picker.
-  static const std::vector<CommandIcon>& all();
-  /// The fallback; not part of `all()` and never inferred.
-  static const CommandIcon& terminal();
-  /// The entry with that id; `terminal()` for an unknown or absent one.
-  static const CommandIcon& find(const std::optional<QString>& id);
-  /// The id of the first icon of `all()` that is a word of the command text; "terminal" when none is.
-  static QString infer(const QString& command);
-};
+QJsonObject encode(const CLICommand& command);

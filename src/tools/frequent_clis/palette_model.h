@@ -4,15 +4,24 @@
 
 #include <vector>
 
-#include "core/hotkeys/key_press.h"
 #include "tools/frequent_clis/cli_command.h"
 
-/// Filter and selection of the commands palette; the rows are the filtered commands.
+/// Filter and selection of the commands palette; the rows are the filtered commands. Main thread only.
 class PaletteModel : public QAbstractListModel {
   Q_OBJECT
 
  public:
-  enum Role { TitleRole = Qt::DisplayRole, CommandRole = Qt::UserRole, IconRole, PressReturnRole };
+  enum Role {
+    TitleRole = Qt::DisplayRole,
+    /// The command as one readable line, at most `kPreviewLength` characters of it.
+    CommandPreviewRole = Qt::UserRole,
+    MonogramRole,
+    IconColorRole,
+    PressReturnRole,
+  };
+
+  /// More than a row has room for, little enough to be laid out at once.
+  static constexpr int kPreviewLength = 200;
 
   using QAbstractListModel::QAbstractListModel;
 
@@ -22,23 +31,25 @@ class PaletteModel : public QAbstractListModel {
   const QString& query() const { return query_; }
   const std::vector<CLICommand>& filtered() const { return filtered_; }
   int selectionIndex() const { return selectionIndex_; }
-  void select(int index);
   /// Null without a selection.
   const CLICommand* selectedCommand() const;
-  /// Cyclic.
+  /// Cyclic; nothing happens in an empty list.
   void moveSelection(int delta);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
 
  Q_SIGNALS:
-  /// Query or selection have changed.
+  /// Query, rows or selection have changed.
   void changed();
 
  private:
   void refilter();
+  std::vector<CLICommand> matches();
 
   std::vector<CLICommand> all_;
+  /// What the query is compared with, for each of `all_`; made at the first query, so that opening costs nothing.
+  std::vector<QString> searchKeys_;
   std::vector<CLICommand> filtered_;
   QString query_;
   int selectionIndex_ = 0;

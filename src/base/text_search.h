@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// The form in which search compares texts: equal for upper and lower case by the user's locale, and for composed and
+/// decomposed letters. A text contains another when its key contains the other's.
+QString searchKey(const QString& text);

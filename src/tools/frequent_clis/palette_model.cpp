@@ -1,0 +1,85 @@
+#include "tools/frequent_clis/palette_model.h"
+
+#include "base/text_search.h"
+#include "tools/frequent_clis/cli_text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString accessibleText(const CLICommand& command) {
+  const QString text = command.title + u", "_s + visibleLine(command.command, PaletteModel::kPreviewLength);
+  return command.pressReturn ? text + u", runs immediately"_s : text;
+}
+
+}  // namespace
+
+void PaletteModel::reset(std::vector<CLICommand> commands) {
+  all_ = std::move(commands);
+  searchKeys_.clear();
+  query_.clear();
+  refilter();
+}
+
+void PaletteModel::setQuery(const QString& query) {
+  query_ = query;
+  refilter();
+}
+
+const CLICommand* PaletteModel::selectedCommand() const {
+  const auto index = static_cast<std::size_t>(selectionIndex_);
+  return index < filtered_.size() ? &filtered_[index] : nullptr;
+}
+
+void PaletteModel::moveSelection(int delta) {
+  const int count = rowCount();
+  if (count == 0) return;
+  selectionIndex_ = ((selectionIndex_ + delta) % count + count) % count;
+  Q_EMIT changed();
+}
+
+int PaletteModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(filtered_.size());
+}
+
+QVariant PaletteModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const CLICommand& command = filtered_[static_cast<std::size_t>(index.row())];
+  switch (role) {
+    case TitleRole:
+      return visibleLine(command.title, kPreviewLength);
+    case CommandPreviewRole:
+      return visibleLine(command.command, kPreviewLength);
+    case MonogramRole:
+      return command.shownIcon().monogram;
+    case IconColorRole:
+      return command.shownIcon().color;
+    case PressReturnRole:
+      return command.pressReturn;
+    case Qt::AccessibleTextRole:
+      return accessibleText(command);
+    default:
+      return {};
+  }
+}
+
+void PaletteModel::refilter() {
+  beginResetModel();
+  filtered_ = query_.isEmpty() ? all_ : matches();
+  selectionIndex_ = 0;
+  endResetModel();
+  Q_EMIT changed();
+}
+
+std::vector<CLICommand> PaletteModel::matches() {
+  if (searchKeys_.empty())
+    for (const CLICommand& command : all_)
+      // The separator is a non-character, so that no query matches across it.
+      searchKeys_.push_back(searchKey(command.title) + QChar(0xFFFF) + searchKey(command.command));
+
+  std::vector<CLICommand> matches;
+  const QString key = searchKey(query_);
+  for (std::size_t index = 0; index < all_.size(); ++index)
+    if (searchKeys_[index].contains(key)) matches.push_back(all_[index]);
+  return matches;
+}
