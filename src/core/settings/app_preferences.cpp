@@ -1,5 +1,6 @@
 #include "core/settings/app_preferences.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -47,4 +48,11 @@ void Preferences::write(QJsonObject& object) const {
   object.insert("swipeToDismiss"_L1, swipeToDismiss);
   object.insert("soundOnComplete"_L1, soundOnComplete);
   object.insert("shareUsageStats"_L1, shareUsageStats);
+}
+
+std::chrono::milliseconds toastDuration(const Preferences& preferences) {
+  const std::chrono::duration<double> wanted(preferences.toastDuration);
+  const std::chrono::duration<double> least(kMinimumToastDuration);
+  const std::chrono::duration<double> most(kMaximumToastDuration);
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::clamp(wanted, least, most));
 }

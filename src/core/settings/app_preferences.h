@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 #include "core/settings/store.h"
@@ -32,3 +33,10 @@ struct Preferences {
 };
 
 using AppPreferences = Store<Preferences>;
+
+/// Bounds of the toast duration: a file edited by hand can neither hide every toast nor keep one for good.
+inline constexpr std::chrono::seconds kMinimumToastDuration{2};
+inline constexpr std::chrono::seconds kMaximumToastDuration{60};
+
+/// The preferred duration of a toast, within the bounds.
+std::chrono::milliseconds toastDuration(const Preferences& preferences);

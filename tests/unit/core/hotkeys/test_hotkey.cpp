@@ -1,0 +1,50 @@
+#include <QJsonObject>
+#include <QTest>
+
+#include <algorithm>
+#include <set>
+
+#include "core/hotkeys/app_shortcuts.h"
+#include "core/tools/tool.h"
+
+using namespace Qt::StringLiterals;
+
+class TestHotkey : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void displayWritesModifiersInFixedOrder() {
+    const Hotkey all{32, carbon::kCommand | carbon::kShift | carbon::kOption | carbon::kControl};
+    QCOMPARE(all.display(), u"⌃⌥⇧⌘U"_s);
+    QCOMPARE(all.keyCaps(), (QStringList{u"⌃"_s, u"⌥"_s, u"⇧"_s, u"⌘"_s, u"U"_s}));
+    QCOMPARE(all.spelled(), u"Ctrl+Alt+Shift+Super+U"_s);
+    QCOMPARE((Hotkey{36, 0x1800}.display()), u"⌃⌥↩"_s);
+    QCOMPARE((Hotkey{42, 0x1800}.display()), u"⌃⌥\\"_s);
+    QCOMPARE((Hotkey{200, 0x1800}.display()), u"⌃⌥key200"_s);
+  }
+
+  void storedFormSurvivesAndNonsenseIsRejected() {
+    Hotkey read;
+    QVERIFY(decode(encode({96, 0x0900}), read));
+    QCOMPARE(read, (Hotkey{96, 0x0900}));
+    for (const QJsonValue& bad : {QJsonValue(u"⌃U"_s), QJsonValue(QJsonObject{{u"keyCode"_s, -1}}),
+                                  QJsonValue(QJsonObject{{u"keyCode"_s, 1.5}, {u"carbonModifiers"_s, 0}}),
+                                  QJsonValue(QJsonObject{{u"keyCode"_s, 5e9}, {u"carbonModifiers"_s, 0}})})
+      QVERIFY(!decode(bad, read));
+    QCOMPARE(read, (Hotkey{96, 0x0900}));
+  }
+
+  void everyDefaultIsItsOwn() {
+    std::set<QString> seen;
+    for (const AppShortcut& shortcut : kAppShortcuts) seen.insert(shortcut.hotkey.display());
+    for (const ToolInfo& tool : toolTable()) {
+      QCOMPARE(tool.defaultHotkey.carbonModifiers, 0x1800u);
+      seen.insert(tool.defaultHotkey.display());
+    }
+    QCOMPARE(seen.size(), std::size_t{18});
+    QCOMPARE(std::ranges::count_if(toolTable(), &ToolInfo::requiresNetwork), 9);
+  }
+};
+
+QTEST_GUILESS_MAIN(TestHotkey)
+#include "test_hotkey.moc"
