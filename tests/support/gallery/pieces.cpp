@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStandardItemModel>
+#include <QSvgRenderer>
 #include <QVBoxLayout>
 
 #include "core/ui/card_frame.h"
@@ -137,6 +138,25 @@ class ContactSheet : public QWidget {
   QStringList names_ = symbolNames();
 };
 
+/// The application's and the tray's icons on panels of both kinds.
+class AppIcons : public QWidget {
+ public:
+  AppIcons() { resize(480, 160); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    QSvgRenderer app(u":/icons/vantle.svg"_s);
+    app.render(&painter, QRectF(16, 16, 128, 128));
+    app.render(&painter, QRectF(160, 48, 64, 64));
+    app.render(&painter, QRectF(240, 68, 24, 24));
+    painter.fillRect(288, 0, 96, 160, QColor(0x2B2B2E));
+    painter.fillRect(384, 0, 96, 160, QColor(0xE8E8EA));
+    QSvgRenderer(u":/icons/vantle-tray-light.svg"_s).render(&painter, QRectF(325, 69, 22, 22));
+    QSvgRenderer(u":/icons/vantle-tray-dark.svg"_s).render(&painter, QRectF(421, 69, 22, 22));
+  }
+};
+
 }  // namespace
 
 std::vector<Piece> makePieces() {
@@ -144,5 +164,6 @@ std::vector<Piece> makePieces() {
   pieces.push_back(palette());
   pieces.push_back(controls());
   pieces.push_back({u"icons"_s, std::make_unique<ContactSheet>()});
+  pieces.push_back({u"app-icons"_s, std::make_unique<AppIcons>()});
   return pieces;
 }
