@@ -144,8 +144,10 @@ void ToolRegistry::recordUsage(const QString& id) {
 
 bool ToolRegistry::isUsable(const Tool& tool) const { return !tool.requiresNetwork() || services_.network.isOnline(); }
 
+std::optional<Hotkey> ToolRegistry::shortcut(const Tool& tool) const { return services_.hotkeys.binding(tool.id()); }
+
 QString ToolRegistry::shortcutDisplay(const Tool& tool) const {
-  const auto hotkey = services_.hotkeys.binding(tool.id());
+  const auto hotkey = shortcut(tool);
   return hotkey ? hotkey->display() : QString();
 }
 

@@ -85,6 +85,8 @@ class ToolRegistry : public QObject {
 
   /// False only for a tool that needs the network while there is none.
   bool isUsable(const Tool& tool) const;
+  /// The tool's current binding; none without one.
+  std::optional<Hotkey> shortcut(const Tool& tool) const;
   /// The display text of the tool's current binding; empty without one.
   QString shortcutDisplay(const Tool& tool) const;
   /// Starts a tool, or shows the offline toast. Unknown ids are ignored.

@@ -1,7 +1,7 @@
 #include "core/ui/palette_panel.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
@@ -60,7 +60,7 @@ void PalettePanel::present() {
   raise();
   if (!focusWidget()) setFocus();
   cutToCard();
-  native_.watchKeyboardLoss(window, card_->cardRect(), [this] { Q_EMIT resignedKey(); });
+  watchForLoss();
   if (!native_.takeKeyboard(window)) activateWindow();
 }
 
@@ -69,6 +69,7 @@ void PalettePanel::dismiss() {
     native_.stopWatching(*window);
     native_.releaseKeyboard(*window);
   }
+  watching_ = false;
   grip_.reset();
   hide();
 }
@@ -97,21 +98,36 @@ void PalettePanel::inputMethodEvent(QInputMethodEvent* event) {
 }
 
 void PalettePanel::mousePressEvent(QMouseEvent* event) {
-  if (movable_ && event->button() == Qt::LeftButton) grip_ = event->position().toPoint();
+  if (movable_ && event->button() == Qt::LeftButton) grip_ = Grip{event->position().toPoint()};
 }
 
 void PalettePanel::mouseMoveEvent(QMouseEvent* event) {
-  if (grip_) move(event->globalPosition().toPoint() - *grip_);
+  if (!grip_) return;
+  const QPoint way = event->globalPosition().toPoint() - mapToGlobal(grip_->point);
+  // A click with an unsteady hand is no drag.
+  if (!grip_->hasMoved && way.manhattanLength() < QApplication::startDragDistance()) return;
+  grip_->hasMoved = true;
+  move(pos() + way);
 }
 
-void PalettePanel::mouseReleaseEvent(QMouseEvent* event) {
+void PalettePanel::mouseReleaseEvent(QMouseEvent*) {
   const auto grip = std::exchange(grip_, std::nullopt);
-  if (grip && *grip != event->position().toPoint()) Q_EMIT moved(pos());
+  if (grip && grip->hasMoved) Q_EMIT moved(pos());
 }
 
 void PalettePanel::resizeEvent(QResizeEvent*) {
   card_->setGeometry(rect());
   cutToCard();
+  // What was card before may be outside now.
+  if (watching_) watchForLoss();
+}
+
+void PalettePanel::watchForLoss() {
+  watching_ = true;
+  native_.watchKeyboardLoss(*windowHandle(), card_->cardRect(), [this] {
+    watching_ = false;
+    Q_EMIT resignedKey();
+  });
 }
 
 bool PalettePanel::focusNextPrevChild(bool) { return false; }

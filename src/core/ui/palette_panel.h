@@ -62,12 +62,18 @@ class PalettePanel : public QWidget {
  private:
   bool offer(const KeyPress& press) { return handleKey_ && handleKey_(press); }
   void cutToCard();
+  void watchForLoss();
 
   PanelWindow& native_;
   bool translucent_;
   CardFrame* card_;
   KeyHandler handleKey_;
   bool movable_ = false;
-  /// Where the card was taken hold of, in panel coordinates.
-  std::optional<QPoint> grip_;
+  bool watching_ = false;
+  struct Grip {
+    /// Where the card was taken hold of, in panel coordinates.
+    QPoint point;
+    bool hasMoved = false;
+  };
+  std::optional<Grip> grip_;
 };

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "core/ui/launcher/glide.h"
+#include "core/ui/launcher/page_wheel.h"
+#include "core/ui/launcher/tool_tile.h"
+
+class SystemInfo;
+class ToolLauncherController;
+
+/// The pages of tiles side by side, seen through a window of one page, with the highlight that glides below them.
+/// Clicks, wheel turns and drags go to the controller.
+class ToolGrid : public QWidget {
+  Q_OBJECT
+
+ public:
+  static constexpr int kWidth = 3 * ToolTile::kSize.width() + 6 * 8;
+
+  ToolGrid(ToolLauncherController& controller, const SystemInfo& system, QWidget* parent);
+  ~ToolGrid() override;
+
+  /// Height of a grid with that many rows of tiles; the empty one has room for its sentence.
+  static int heightFor(int rows);
+  /// Takes over what the model says.
+  void refresh();
+  ToolTile* tile(const QString& toolID) const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  struct Piece {
+    ToolTile* tile;
+    std::unique_ptr<Glide> glide;
+  };
+  struct Drag {
+    QString toolID;
+    QPoint grip;
+    QPoint pointer;
+  };
+
+  Piece& piece(const QString& toolID);
+  ToolTileFace face(int index) const;
+  void wire(ToolTile& tile, const QString& toolID);
+  int indexOf(const QString& toolID) const;
+  void point(const QString& toolID, QPoint globalPosition);
+  void lift(const QString& toolID, QPoint grip);
+  void carry(QPoint globalPosition);
+  void drop();
+  void followPointer();
+  void turnAtEdge();
+
+  ToolLauncherController& controller_;
+  const SystemInfo& system_;
+  QWidget* strip_;
+  QWidget* plate_;
+  Glide stripGlide_;
+  Glide plateGlide_;
+  std::map<QString, Piece> pieces_;
+  QStringList shownIDs_;
+  std::optional<Drag> drag_;
+  QTimer edgeTimer_;
+  PageWheel wheel_;
+  QPoint lastPointer_;
+};

@@ -1,0 +1,136 @@
+#include "core/ui/launcher/tool_launcher_panel.h"
+
+#include <QScreen>
+#include <QTest>
+
+#include "core/ui/search_field.h"
+#include "core/ui/theme.h"
+#include "launcher_stage.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The user takes the card by the query line and moves it.
+void dragCard(PalettePanel& window, QPoint by) {
+  auto* handle = window.findChild<SearchField*>();
+  const QPoint start(100, 20);
+  QTest::mousePress(handle, Qt::LeftButton, {}, start);
+  for (const QPoint& way : {by / 2, by}) {
+    const QPoint goal = window.property("home").toPoint() + way;
+    QTest::mouseMove(handle, start + goal - window.pos());
+  }
+  QTest::mouseRelease(handle, Qt::LeftButton, {}, start);
+}
+
+}  // namespace
+
+class ToolLauncherPanelTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void theCardShrinksToTheRowsAndItsTopStays() {
+    FakePanelWindow native;
+    LauncherStage stage(native);
+    stage.controller.show();
+    PalettePanel& window = stage.panel->window();
+    const QRect full = window.geometry();
+    stage.type(u"url"_s);
+    QCOMPARE(window.pos(), full.topLeft());
+    QCOMPARE(window.height(), full.height() - 2 * (ToolTile::kSize.height() + Theme::kGrid));
+    // A click where the card was before is a click elsewhere.
+    QCOMPARE(native.watchedCard.height(), window.height() - 2 * Theme::kPanelMargin);
+    stage.key(keycode::kEscape);
+    QCOMPARE(window.geometry(), full);
+  }
+
+  void itIsCentredUntilTheUserMovesItAndThenRemembered() {
+    FakePanelWindow native;
+    LauncherStage stage(native);
+    stage.controller.show();
+    PalettePanel& window = stage.panel->window();
+    const QPoint home = window.pos();
+    QCOMPARE(window.geometry().center().x(), window.screen()->availableGeometry().center().x());
+    window.setProperty("home", home);
+    dragCard(window, {2, 1});
+    QCOMPARE(window.pos(), home);
+    QVERIFY(!stage.defaults.contains("launcher.originX"));
+    dragCard(window, {30, -40});
+    QCOMPARE(window.pos(), home + QPoint(30, -40));
+    QCOMPARE(stage.defaults.value("launcher.originX").toInt(), home.x() + 30);
+    QCOMPARE(stage.defaults.value("launcher.originY").toInt(), home.y() - 40);
+
+    stage.controller.dismiss();
+    window.move(0, 0);
+    stage.controller.show();
+    QCOMPARE(window.pos(), home + QPoint(30, -40));
+    stage.controller.dismiss();
+    stage.defaults.setValue("launcher.originX", 90'000);
+    stage.controller.show();
+    QCOMPARE(window.pos(), home);
+  }
+
+  void aClickElsewhereCloses() {
+    FakePanelWindow native;
+    LauncherStage stage(native);
+    stage.controller.show();
+    QVERIFY(native.keyboardOwner);
+    native.loseKeyboard();
+    QVERIFY(!stage.panel->window().isVisible());
+    QVERIFY(!native.keyboardOwner);
+    QVERIFY(!stage.controller.model().isShown());
+  }
+
+  void anExitGivesTheKeyboardBackBeforeItFades() {
+    FakePanelWindow native;
+    LauncherStage stage(native);
+    stage.system.motionReduced = false;
+    stage.controller.show();
+    PalettePanel& window = stage.panel->window();
+    QTRY_COMPARE(window.windowOpacity(), 1.0);
+    stage.controller.dismiss();
+    QVERIFY(window.isVisible());
+    QVERIFY(!native.keyboardOwner);
+    QTRY_VERIFY(!window.isVisible());
+
+    // Summoned again in the middle of an exit it is whole at once and stays.
+    stage.controller.show();
+    stage.controller.dismiss();
+    stage.controller.show();
+    QCOMPARE(window.windowOpacity(), 1.0);
+    QVERIFY(native.keyboardOwner);
+    QTest::qWait(0);
+    stage.type(u"ask"_s);
+    QCOMPARE(stage.controller.model().query(), u"ask"_s);
+  }
+
+  void lessMotionAndStartingAToolMeanNoFade() {
+    FakePanelWindow native;
+    LauncherStage stage(native);
+    stage.controller.show();
+    QCOMPARE(stage.panel->window().windowOpacity(), 1.0);
+    stage.controller.dismiss();
+    QVERIFY(!stage.panel->window().isVisible());
+    stage.system.motionReduced = false;
+    stage.controller.show();
+    stage.key(keycode::kReturn);
+    QVERIFY(!stage.panel->window().isVisible());
+  }
+
+  void aSecondShowKeepsTheWindowAndForgetsTheQuery() {
+    FakePanelWindow native;
+    LauncherStage stage(native);
+    stage.controller.show();
+    const QSize full = stage.panel->window().size();
+    const ToolLauncherPanel* first = stage.panel;
+    stage.type(u"url"_s);
+    stage.controller.dismiss();
+    stage.controller.show();
+    QCOMPARE(stage.panel, first);
+    QCOMPARE(stage.panel->window().findChild<SearchField*>()->text(), QString());
+    QCOMPARE(stage.panel->window().size(), full);
+  }
+};
+
+QTEST_MAIN(ToolLauncherPanelTest)
+#include "tool_launcher_panel_test.moc"
