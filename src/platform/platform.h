@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/desktop_application.h"
 #include "platform/hotkey_backend.h"
 #include "platform/key_events.h"
 #include "platform/network_path.h"
@@ -19,6 +20,7 @@ struct Platform {
   std::unique_ptr<NetworkPath> networkPath;
   std::unique_ptr<Sounds> sounds;
   std::unique_ptr<SystemInfo> systemInfo;
+  std::unique_ptr<DesktopApplication> desktopApplication = std::make_unique<DesktopApplication>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).
