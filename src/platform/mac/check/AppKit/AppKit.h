@@ -1,0 +1,111 @@
+#pragma once
+
+#include "ApplicationServices/ApplicationServices.h"
+#include "Foundation/Foundation.h"
+
+BEGIN_NONNULL
+
+@class NSWindow;
+
+typedef NSString* NSAppearanceName;
+EXTERN const NSAppearanceName NSAppearanceNameDarkAqua SINCE(10.14);
+
+@interface NSAppearance : NSObject
++ (nullable NSAppearance*)appearanceNamed:(NSAppearanceName)name;
+@end
+
+@interface NSColor : NSObject
+@property(class, strong, readonly) NSColor* clearColor;
+@end
+
+@interface NSResponder : NSObject
+@end
+
+@interface NSView : NSResponder
+@property(nullable, readonly, unsafe_unretained) NSWindow* window;
+@end
+
+typedef NSInteger NSWindowLevel;
+static const NSWindowLevel NSNormalWindowLevel = 0;
+static const NSWindowLevel NSFloatingWindowLevel = 3;
+static const NSWindowLevel NSStatusWindowLevel = 25;
+
+OPTION_SET(NSUInteger, NSWindowStyleMask){
+    NSWindowStyleMaskBorderless = 0,
+    NSWindowStyleMaskTitled = 1 << 0,
+    NSWindowStyleMaskUtilityWindow = 1 << 4,
+    NSWindowStyleMaskNonactivatingPanel = 1 << 7,
+};
+
+OPTION_SET(NSUInteger, NSWindowCollectionBehavior){
+    NSWindowCollectionBehaviorDefault = 0,
+    NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
+    NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1,
+    NSWindowCollectionBehaviorTransient SINCE(10.6) = 1 << 3,
+    NSWindowCollectionBehaviorFullScreenAuxiliary SINCE(10.7) = 1 << 8,
+};
+
+ENUMERATION(NSInteger, NSWindowAnimationBehavior){
+    NSWindowAnimationBehaviorDefault = 0,
+    NSWindowAnimationBehaviorNone = 2,
+    NSWindowAnimationBehaviorUtilityWindow = 4,
+};
+
+EXTERN NSNotificationName NSWindowDidResignKeyNotification;
+
+@interface NSWindow : NSResponder
+@property NSWindowStyleMask styleMask;
+@property NSWindowLevel level;
+@property NSWindowCollectionBehavior collectionBehavior SINCE(10.5);
+@property NSWindowAnimationBehavior animationBehavior SINCE(10.7);
+@property BOOL hidesOnDeactivate;
+@property BOOL hasShadow;
+@property(getter=isOpaque) BOOL opaque;
+@property(null_resettable, copy) NSColor* backgroundColor;
+@property(readonly) BOOL canBecomeKeyWindow;
+- (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
+- (void)makeKeyAndOrderFront:(nullable id)sender;
+- (void)orderFrontRegardless;
+@end
+
+@interface NSPanel : NSWindow
+@property(getter=isFloatingPanel) BOOL floatingPanel;
+@property BOOL becomesKeyOnlyIfNeeded;
+@end
+
+OPTION_SET(NSUInteger, NSApplicationActivationOptions){
+    NSApplicationActivateAllWindows = 1 << 0,
+};
+
+@interface NSRunningApplication : NSObject
+@property(class, readonly, strong) NSRunningApplication* currentApplication SINCE(10.6);
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options SINCE(14.0);
+@end
+
+@interface NSApplication : NSResponder
+@property(getter=isActive, readonly) BOOL active;
+@property(nullable, strong) NSAppearance* appearance SINCE(10.14);
+- (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
+- (void)yieldActivationToApplication:(NSRunningApplication*)application SINCE(14.0);
+@end
+
+EXTERN __kindof NSApplication* _Null_unspecified NSApp;
+
+@interface NSWorkspace : NSObject
+@property(class, readonly, strong) NSWorkspace* sharedWorkspace;
+@property(nullable, readonly, strong) NSRunningApplication* frontmostApplication SINCE(10.7);
+@property(readonly) BOOL accessibilityDisplayShouldReduceMotion SINCE(10.12);
+@end
+
+typedef NSString* NSSoundName;
+
+@interface NSSound : NSObject
++ (nullable NSSound*)soundNamed:(NSSoundName)name;
+- (BOOL)play;
+- (BOOL)stop;
+@end
+
+EXTERN void NSBeep(void);
+
+END_NONNULL

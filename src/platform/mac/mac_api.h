@@ -1,0 +1,94 @@
+#pragma once
+
+#include <stdint.h>
+
+/// The seam between Qt and Objective-C: integers, doubles, char* and function pointers with a context, so that neither
+/// side sees the other's headers. Opaque handles are void*; whoever gets one gives it back to the named function.
+/// Main thread only, but for the key events, which any single thread may post.
+namespace mac {
+
+// Global hot keys.
+
+/// Told from inside the system's event handler which of our hot keys went down. Must outlive the handler.
+struct HotkeyListener {
+  void (*pressed)(void* context, uint32_t id);
+  void* context;
+};
+
+enum class HotkeyResult : int32_t { registered, taken, failed };
+
+/// Null when the system refuses. End with removeHotkeyHandler.
+void* installHotkeyHandler(const HotkeyListener* listener);
+void removeHotkeyHandler(void* handler);
+/// Sets `*registration` on success; end with unregisterHotkey. Modifiers are a Carbon mask.
+HotkeyResult registerHotkey(uint32_t id, uint32_t keyCode, uint32_t carbonModifiers, void** registration);
+void unregisterHotkey(void* registration);
+
+// Synthetic key events, posted to the session. False when the system made no event.
+
+/// Null is a valid source too. End with releaseKeySource.
+void* createKeySource();
+void releaseKeySource(void* source);
+/// One key-down and key-up that carry `length` UTF-16 units, without modifiers. Applications take up to 20 units.
+bool typeText(void* source, const uint16_t* text, uint32_t length);
+/// One key-down and key-up with exactly these Carbon modifiers.
+bool pressKey(void* source, uint32_t keyCode, uint32_t carbonModifiers);
+
+// Panels. `view` is the NSView of a window that Qt created as a panel (Qt::Tool).
+
+enum class Panel : int32_t { palette, toast };
+
+/// Makes the window a floating panel that never activates the application. Qt takes part of this back at times, so it
+/// is due again at every show.
+void styleAsPanel(void* view, Panel kind);
+/// Shows the window in front whichever application is active; a palette also becomes the key window, with `view` as the
+/// receiver of its keys.
+void orderFront(void* view, Panel kind);
+/// Whether the window takes the keyboard when it is ordered front.
+bool canTakeKeyboard(void* view);
+/// Calls `resigned` on the main thread, from inside AppKit, each time the window stops being the key window. End with
+/// stopWatching.
+void* watchResignKey(void* view, void (*resigned)(void* context), void* context);
+void stopWatching(void* watch);
+
+/// The application the user works in, null when that is this one. End with releaseApplication.
+void* activeApplication();
+/// Makes `application` the active one again if this one has become active since; null is ignored.
+void returnActivation(void* application);
+void releaseApplication(void* application);
+
+// Permissions.
+
+bool isAccessibilityTrusted();
+/// Asks the system to show its prompt, which leads to System Settings; returns at once.
+void promptForAccessibility();
+
+// The way out to a network.
+
+/// Watches all interfaces and calls `report` on a serial queue, at once and at every change. End with stopNetworkPath.
+void* startNetworkPath(void (*report)(void* context, bool satisfied), void* context);
+/// Waits for a report that is being made; none is made afterwards.
+void stopNetworkPath(void* path);
+
+// Sounds.
+
+/// Plays a sound of the system by its name, from the start; returns at once. False when there is none of that name.
+bool playSound(const char* name);
+void beep();
+
+// The system itself.
+
+struct Version {
+  int32_t majorVersion;
+  int32_t minorVersion;
+  int32_t patchVersion;
+};
+
+Version systemVersion();
+bool isMotionReduced();
+/// True: the whole application is dark. False: it follows the system.
+void forceDarkAppearance(bool dark);
+/// Makes this the active application, whichever is active now.
+void activate();
+
+}  // namespace mac

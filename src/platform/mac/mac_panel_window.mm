@@ -1,0 +1,85 @@
+#import <AppKit/AppKit.h>
+
+#include "platform/mac/mac_api.h"
+
+namespace {
+
+NSWindow* windowOf(void* view) { return ((__bridge NSView*)view).window; }
+
+/// Nil for a window that Qt did not create as a panel.
+NSPanel* panelOf(void* view) {
+  NSWindow* window = windowOf(view);
+  return [window isKindOfClass:[NSPanel class]] ? static_cast<NSPanel*>(window) : nil;
+}
+
+}  // namespace
+
+namespace mac {
+
+void styleAsPanel(void* view, Panel kind) {
+  const bool toast = kind == Panel::toast;
+  NSPanel* panel = panelOf(view);
+  // Qt's own bits of the mask must survive; assigning an equal mask would still reset the first responder.
+  if (!(panel.styleMask & NSWindowStyleMaskNonactivatingPanel)) {
+    panel.styleMask = panel.styleMask | NSWindowStyleMaskNonactivatingPanel;
+  }
+  panel.floatingPanel = YES;
+  panel.level = toast ? NSStatusWindowLevel : NSFloatingWindowLevel;
+  panel.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorTransient |
+                             NSWindowCollectionBehaviorFullScreenAuxiliary;
+  panel.hidesOnDeactivate = NO;
+  panel.becomesKeyOnlyIfNeeded = toast;
+  panel.animationBehavior = NSWindowAnimationBehaviorNone;
+  panel.opaque = NO;
+  panel.backgroundColor = NSColor.clearColor;
+  panel.hasShadow = NO;
+}
+
+void orderFront(void* view, Panel kind) {
+  styleAsPanel(view, kind);
+  NSWindow* window = windowOf(view);
+  if (kind == Panel::toast) {
+    [window orderFrontRegardless];
+    return;
+  }
+  // Qt sees a window as active only when its own view is the first responder, which showing alone does not make it.
+  [window makeFirstResponder:(__bridge NSView*)view];
+  [window makeKeyAndOrderFront:nil];
+}
+
+bool canTakeKeyboard(void* view) { return windowOf(view).canBecomeKeyWindow; }
+
+void* watchResignKey(void* view, void (*resigned)(void* context), void* context) {
+  id observer = [NSNotificationCenter.defaultCenter addObserverForName:NSWindowDidResignKeyNotification
+                                                                object:windowOf(view)
+                                                                 queue:nil
+                                                            usingBlock:^(NSNotification*) {
+                                                              resigned(context);
+                                                            }];
+  return (__bridge_retained void*)observer;
+}
+
+void stopWatching(void* watch) {
+  id observer = (__bridge_transfer id)watch;
+  [NSNotificationCenter.defaultCenter removeObserver:observer];
+}
+
+void* activeApplication() {
+  if (NSApp.active) return nullptr;
+  return (__bridge_retained void*)NSWorkspace.sharedWorkspace.frontmostApplication;
+}
+
+// The window server learns that a panel is non-activating when the panel is made, and Qt makes it without: a click into
+// the panel may activate the application after all, so what was active before is remembered and made active again.
+void returnActivation(void* application) {
+  NSRunningApplication* previous = (__bridge NSRunningApplication*)application;
+  if (!previous || !NSApp.active) return;
+  [NSApp yieldActivationToApplication:previous];
+  [previous activateFromApplication:NSRunningApplication.currentApplication options:0];
+}
+
+void releaseApplication(void* application) {
+  if (application) CFRelease(application);
+}
+
+}  // namespace mac
