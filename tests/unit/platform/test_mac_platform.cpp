@@ -1,0 +1,277 @@
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QTest>
+#include <QThread>
+#include <QWindow>
+
+#include <chrono>
+#include <map>
+#include <mutex>
+
+#include "platform/mac/mac_api.h"
+#include "platform/platform.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The system on the other side of the seam: records what is asked of it and calls back as macOS would.
+struct FakeSystem {
+  struct Post {
+    QString what;
+    QThread* thread;
+    std::chrono::steady_clock::time_point at;
+  };
+
+  bool post(const QString& what) {
+    const std::lock_guard lock(mutex);
+    posts.push_back({what, QThread::currentThread(), std::chrono::steady_clock::now()});
+    return what != failing;
+  }
+  QStringList posted() {
+    const std::lock_guard lock(mutex);
+    QStringList texts;
+    for (const Post& post : posts) texts << post.what;
+    return texts;
+  }
+  void* retain() {
+    ++handles;
+    return this;
+  }
+  void release(void* handle) {
+    if (handle) --handles;
+  }
+
+  /// Handles given out and not yet given back.
+  int handles = 0;
+  const mac::HotkeyListener* listener = nullptr;
+  mac::HotkeyResult answer = mac::HotkeyResult::registered;
+  std::mutex mutex;
+  std::vector<Post> posts;
+  QString failing;
+  std::vector<mac::Panel> ordered;
+  std::map<void*, std::pair<void (*)(void*), void*>> watches;
+  bool otherIsActive = true;
+  int activationsReturned = 0;
+  mac::Version version{14, 5, 0};
+};
+
+FakeSystem* fake = nullptr;
+
+}  // namespace
+
+namespace mac {
+
+void* installHotkeyHandler(const HotkeyListener* listener) {
+  fake->listener = listener;
+  return fake->retain();
+}
+void removeHotkeyHandler(void* handler) { fake->release(handler); }
+HotkeyResult registerHotkey(uint32_t, uint32_t, uint32_t, void** registration) {
+  if (fake->answer == HotkeyResult::registered) *registration = fake->retain();
+  return fake->answer;
+}
+void unregisterHotkey(void* registration) { fake->release(registration); }
+void* createKeySource() { return nullptr; }
+void releaseKeySource(void*) {}
+bool typeText(void*, const uint16_t* text, uint32_t length) {
+  return fake->post(QString::fromUtf16(reinterpret_cast<const char16_t*>(text), length));
+}
+bool pressKey(void*, uint32_t keyCode, uint32_t modifiers) {
+  return fake->post(u"<%1 %2>"_s.arg(keyCode).arg(modifiers));
+}
+void styleAsPanel(void*, Panel) {}
+void orderFront(void*, Panel kind) { fake->ordered.push_back(kind); }
+bool canTakeKeyboard(void*) { return true; }
+void* watchResignKey(void* view, void (*resigned)(void*), void* context) {
+  fake->watches[view] = {resigned, context};
+  ++fake->handles;
+  return view;
+}
+void stopWatching(void* watch) {
+  fake->watches.erase(watch);
+  --fake->handles;
+}
+void* activeApplication() { return fake->otherIsActive ? fake->retain() : nullptr; }
+void returnActivation(void* application) { fake->activationsReturned += application ? 1 : 0; }
+void releaseApplication(void* application) { fake->release(application); }
+bool isAccessibilityTrusted() { return false; }
+void promptForAccessibility() {}
+void* startNetworkPath(void (*)(void*, bool), void*) { return fake->retain(); }
+void stopNetworkPath(void* path) { fake->release(path); }
+bool playSound(const char*) { return true; }
+void beep() {}
+Version systemVersion() { return fake->version; }
+bool isMotionReduced() { return false; }
+void forceDarkAppearance(bool) {}
+void activate() {}
+
+}  // namespace mac
+
+/// The Qt side of the macOS backend against a recorded system.
+class MacPlatformTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+  void pressesArriveOutsideTheSystemsHandler();
+  void refusalsAreTold();
+  void stepsAreTypedInOrderAndPaced();
+  void failedStepIsSkippedAndReported();
+  void typingEndsWithTheProgram();
+  void toastIsOrderedFrontOnceShown();
+  void keyboardLossIsToldOnce();
+  void watchedWindowMayDie();
+  void activationIsReturned();
+  void versionText();
+
+ private:
+  std::optional<Platform> platform_;
+};
+
+void MacPlatformTest::init() {
+  fake = new FakeSystem;
+  platform_ = makePlatform();
+}
+
+void MacPlatformTest::cleanup() {
+  platform_.reset();
+  QCOMPARE(fake->handles, 0);
+  delete std::exchange(fake, nullptr);
+}
+
+void MacPlatformTest::pressesArriveOutsideTheSystemsHandler() {
+  std::vector<std::uint32_t> pressed;
+  platform_->hotkeys->install([&](std::uint32_t id) { pressed.push_back(id); });
+  QVERIFY(platform_->hotkeys->registerHotkey(7, 36, 0x1800));
+  QVERIFY(platform_->hotkeys->registerHotkey(8, 49, 0x1800));
+  platform_->hotkeys->unregisterHotkey(8);
+  platform_->hotkeys->unregisterHotkey(99);
+
+  fake->listener->pressed(fake->listener->context, 7);
+  QVERIFY(pressed.empty());
+  QTRY_COMPARE(pressed, std::vector<std::uint32_t>{7});
+
+  fake->listener->pressed(fake->listener->context, 7);
+  platform_.reset();
+  QCoreApplication::processEvents();
+  QCOMPARE(pressed.size(), 1U);
+}
+
+void MacPlatformTest::refusalsAreTold() {
+  fake->answer = mac::HotkeyResult::taken;
+  QCOMPARE(platform_->hotkeys->registerHotkey(1, 36, 0x1800).error().reason, HotkeyRefusal::Reason::taken);
+  fake->answer = mac::HotkeyResult::failed;
+  QCOMPARE(platform_->hotkeys->registerHotkey(2, 36, 0x1800).error().reason, HotkeyRefusal::Reason::unavailable);
+}
+
+void MacPlatformTest::stepsAreTypedInOrderAndPaced() {
+  QThread* doneOn = nullptr;
+  platform_->keyEvents->perform({TypeText{u"über 🙂"_s}, Pause{3ms}, TypeText{u"b"_s}, Pause{20ms}, PressKey{36, 0}},
+                                {});
+  platform_->keyEvents->perform({PressKey{9, 0x0100}}, [&](auto result) {
+    QVERIFY(result);
+    doneOn = QThread::currentThread();
+  });
+  QTRY_COMPARE(doneOn, QThread::currentThread());
+  QCOMPARE(fake->posted(), (QStringList{u"über 🙂"_s, u"b"_s, u"<36 0>"_s, u"<9 256>"_s}));
+  for (const auto& post : fake->posts) QVERIFY(post.thread != QThread::currentThread());
+  QVERIFY(fake->posts[1].at - fake->posts[0].at >= 3ms);
+  QVERIFY(fake->posts[2].at - fake->posts[1].at >= 20ms);
+}
+
+void MacPlatformTest::failedStepIsSkippedAndReported() {
+  fake->failing = u"b"_s;
+  std::optional<bool> succeeded;
+  platform_->keyEvents->perform({TypeText{u"a"_s}, TypeText{u"b"_s}, TypeText{u"c"_s}},
+                                [&](auto result) { succeeded = result.has_value(); });
+  QTRY_VERIFY(succeeded);
+  QVERIFY(!*succeeded);
+  QCOMPARE(fake->posted(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+}
+
+void MacPlatformTest::typingEndsWithTheProgram() {
+  bool done = false;
+  KeySequence hour;
+  for (int second = 0; second < 36000; ++second) hour.insert(hour.end(), {TypeText{u"x"_s}, Pause{100ms}});
+  platform_->keyEvents->perform(hour, [&](auto) { done = true; });
+  platform_->keyEvents->perform(hour, [&](auto) { done = true; });
+  QTRY_VERIFY(!fake->posted().isEmpty());
+  QElapsedTimer ending;
+  ending.start();
+  platform_.reset();
+  QVERIFY(ending.elapsed() < 10000);
+  QCoreApplication::processEvents();
+  QVERIFY(!done);
+}
+
+void MacPlatformTest::toastIsOrderedFrontOnceShown() {
+  QWindow toast;
+  platform_->panelWindow->prepare(toast, PanelKind::toast);
+  QCoreApplication::processEvents();
+  QVERIFY(fake->ordered.empty());
+  platform_->panelWindow->prepare(toast, PanelKind::toast);
+  toast.show();
+  QTRY_COMPARE(fake->ordered, std::vector{mac::Panel::toast});
+}
+
+void MacPlatformTest::keyboardLossIsToldOnce() {
+  QWindow palette;
+  int losses = 0;
+  const auto press = [&](QPointF at) {
+    QMouseEvent event(QEvent::MouseButtonPress, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&palette, &event);
+    QCoreApplication::processEvents();
+  };
+  platform_->panelWindow->watchKeyboardLoss(palette, QRect(48, 48, 100, 100), [&] {
+    ++losses;
+    platform_->panelWindow->stopWatching(palette);
+  });
+  press({60, 60});
+  QCOMPARE(losses, 0);
+  const auto [resigned, context] = fake->watches.begin()->second;
+  resigned(context);
+  press({10, 60});
+  QCOMPARE(losses, 1);
+  QVERIFY(fake->watches.empty());
+  press({10, 60});
+  QCOMPARE(losses, 1);
+
+  platform_->panelWindow->watchKeyboardLoss(palette, QRect(48, 48, 100, 100), [&] { ++losses; });
+  press({10, 60});
+  press({10, 60});
+  QCOMPARE(losses, 2);
+}
+
+void MacPlatformTest::watchedWindowMayDie() {
+  auto palette = std::make_unique<QWindow>();
+  platform_->panelWindow->watchKeyboardLoss(*palette, QRect(), [] { QFAIL("the window is gone"); });
+  palette.reset();
+  QCoreApplication::processEvents();
+}
+
+void MacPlatformTest::activationIsReturned() {
+  QWindow palette;
+  PanelWindow& panels = *platform_->panelWindow;
+  QVERIFY(panels.takeKeyboard(palette));
+  QVERIFY(panels.takeKeyboard(palette));
+  panels.releaseKeyboard(palette);
+  panels.releaseKeyboard(palette);
+  QCOMPARE(fake->activationsReturned, 1);
+
+  fake->otherIsActive = false;
+  panels.takeKeyboard(palette);
+  panels.releaseKeyboard(palette);
+  QCOMPARE(fake->activationsReturned, 1);
+}
+
+void MacPlatformTest::versionText() {
+  QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 14.5"_s);
+  fake->version = {15, 0, 1};
+  QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 15.0.1"_s);
+}
+
+QTEST_MAIN(MacPlatformTest)
+#include "test_mac_platform.moc"
