@@ -19,7 +19,8 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, c
                .area = option.rect.adjusted(kPadding, 0, -kPadding, 0),
                .selected = selected,
                .text = selected ? theme.onAccent : theme.text,
-               .secondary = selected ? theme.onAccent : theme.secondary};
+               .secondary = selected ? theme.onAccent : theme.secondary,
+               .detailFont = Theme::detailFont()};
   paintContents(*painter, index, look);
   painter->restore();
 }
@@ -29,9 +30,8 @@ QSize RowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) con
 void paintTitleAndDetail(QPainter& painter, const QRect& area, const QString& title, const QString& detail,
                          const RowLook& look) {
   const QFont titleFont = Theme::rowFont();
-  const QFont detailFont = Theme::detailFont();
   const QFontMetrics titleMetrics(titleFont);
-  const QFontMetrics detailMetrics(detailFont);
+  const QFontMetrics detailMetrics(look.detailFont);
   constexpr int kLeading = 1;
   const int detailHeight = detail.isEmpty() ? 0 : detailMetrics.height() + kLeading;
   const int top = area.top() + (area.height() - titleMetrics.height() - detailHeight) / 2;
@@ -40,7 +40,7 @@ void paintTitleAndDetail(QPainter& painter, const QRect& area, const QString& ti
   painter.drawText(area.left(), top + titleMetrics.ascent(),
                    titleMetrics.elidedText(title, Qt::ElideRight, area.width()));
   if (detail.isEmpty()) return;
-  painter.setFont(detailFont);
+  painter.setFont(look.detailFont);
   painter.setPen(look.secondary);
   painter.drawText(area.left(), top + titleMetrics.height() + kLeading + detailMetrics.ascent(),
                    detailMetrics.elidedText(detail, Qt::ElideRight, area.width()));

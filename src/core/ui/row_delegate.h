@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QRect>
 #include <QStyledItemDelegate>
 
@@ -14,6 +15,7 @@ struct RowLook {
   bool selected;
   QColor text;
   QColor secondary;
+  QFont detailFont;
 };
 
 /// Paints the ground of palette rows, 44 pixels high: the selected one in the accent with white text, the one under the

@@ -12,16 +12,22 @@ using namespace Qt::StringLiterals;
 CLIPaletteController::CLIPaletteController(Services services, PanelFactory makePanel)
     : services_(services), makePanel_(std::move(makePanel)) {}
 
-void CLIPaletteController::prepare() {
+CLIPalettePanel& CLIPaletteController::panel() {
   if (!panel_) panel_ = makePanel_(*this);
+  return *panel_;
+}
+
+void CLIPaletteController::prepare() {
+  if (panel_) return;
+  model_.reset(services_.store.commands());
+  panel().warmUp();
 }
 
 void CLIPaletteController::show() {
   returnsToLauncher_ = services_.launcher.takeStartedFromLauncher();
   model_.reset(services_.store.commands());
-  prepare();
   shown_ = true;
-  panel_->present();
+  panel().present();
 }
 
 void CLIPaletteController::hide() {

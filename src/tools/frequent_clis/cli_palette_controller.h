@@ -20,6 +20,8 @@ class CLIPalettePanel {
 
   /// Shows the panel on the active screen, with the keyboard. Called again while it is shown, it stays.
   virtual void present() = 0;
+  /// Does what the first `present` would otherwise have to do before the panel is seen.
+  virtual void warmUp() = 0;
   virtual void dismiss() = 0;
 };
 
@@ -45,7 +47,7 @@ class CLIPaletteController {
   PaletteModel& model() { return model_; }
   bool isShown() const { return shown_; }
 
-  /// Makes the panel ahead of its first show.
+  /// Makes the panel and warms it up ahead of its first show; for a moment when nobody waits.
   void prepare();
   void show();
   void hide();
@@ -59,6 +61,7 @@ class CLIPaletteController {
  private:
   bool handleCommandKey(const KeyPress& key);
   void escape();
+  CLIPalettePanel& panel();
 
   Services services_;
   PanelFactory makePanel_;

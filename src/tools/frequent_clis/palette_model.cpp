@@ -31,11 +31,15 @@ const CLICommand* PaletteModel::selectedCommand() const {
   return index < filtered_.size() ? &filtered_[index] : nullptr;
 }
 
+void PaletteModel::select(int index) {
+  if (index < 0 || index >= rowCount() || index == selectionIndex_) return;
+  selectionIndex_ = index;
+  Q_EMIT changed();
+}
+
 void PaletteModel::moveSelection(int delta) {
   const int count = rowCount();
-  if (count == 0) return;
-  selectionIndex_ = ((selectionIndex_ + delta) % count + count) % count;
-  Q_EMIT changed();
+  if (count > 0) select(((selectionIndex_ + delta) % count + count) % count);
 }
 
 int PaletteModel::rowCount(const QModelIndex& parent) const {

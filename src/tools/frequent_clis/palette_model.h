@@ -33,6 +33,8 @@ class PaletteModel : public QAbstractListModel {
   int selectionIndex() const { return selectionIndex_; }
   /// Null without a selection.
   const CLICommand* selectedCommand() const;
+  /// Selects a row; others than the rows there are change nothing.
+  void select(int index);
   /// Cyclic; nothing happens in an empty list.
   void moveSelection(int delta);
 

@@ -165,5 +165,6 @@ std::vector<Piece> makePieces() {
   pieces.push_back(controls());
   pieces.push_back({u"icons"_s, std::make_unique<ContactSheet>()});
   pieces.push_back({u"app-icons"_s, std::make_unique<AppIcons>()});
+  addCLIPieces(pieces);
   return pieces;
 }

@@ -13,3 +13,6 @@ struct Piece {
 };
 
 std::vector<Piece> makePieces();
+
+/// The windows of Frequent CLIs.
+void addCLIPieces(std::vector<Piece>& pieces);

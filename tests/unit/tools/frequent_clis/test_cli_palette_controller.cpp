@@ -1,14 +1,9 @@
 #include "tools/frequent_clis/cli_palette_controller.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
-#include "support/fake_clock.h"
-#include "support/fake_platform.h"
-#include "support/fake_presenters.h"
-#include "tools/frequent_clis/command_store.h"
+#include "support/cli_world.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
-#include "tools/keystrokes/keystroke_sender.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,6 +14,7 @@ struct PanelLog {
   int made = 0;
   int presented = 0;
   int dismissed = 0;
+  int warmed = 0;
   bool visible = false;
 };
 
@@ -29,6 +25,7 @@ class RecordingPanel final : public CLIPalettePanel {
     ++log_.presented;
     log_.visible = true;
   }
+  void warmUp() override { ++log_.warmed; }
   void dismiss() override {
     ++log_.dismissed;
     log_.visible = false;
@@ -64,21 +61,12 @@ class CLIPaletteControllerTest : public QObject {
   void commandEOpensTheSettingsOfTheSelection();
   void escapeGoesBackToWhereThePaletteCameFrom();
   void withoutPermissionNothingIsTyped();
+  void panelIsMadeAndWarmedOnce();
 
  private:
-  /// Everything a palette touches.
-  struct World {
-    QTemporaryDir dir;
-    FakeClock clock;
-    CommandStore store{Folders{dir.path()}, clock};
-    FakeKeyEvents events;
-    FakePermissions permissions;
-    KeystrokeSender sender{events, permissions};
-    FakeSettingsOpener settings;
-    FakeLauncherOpener launcher;
+  struct World : CLIWorld {
+    World() : CLIWorld([this](CLIPaletteController&) { return std::make_unique<RecordingPanel>(panel); }) {}
     PanelLog panel;
-    CLIPaletteController palette{{store, sender, clock, settings, launcher},
-                                 [this](CLIPaletteController&) { return std::make_unique<RecordingPanel>(panel); }};
 
     void press(const KeyPress& key) { QVERIFY(palette.handleKey(key)); }
     QString query() { return palette.model().query(); }
@@ -248,6 +236,16 @@ void CLIPaletteControllerTest::withoutPermissionNothingIsTyped() {
   world_->clock.advance(120ms);
   QVERIFY(world_->events.sequences.empty());
   QCOMPARE(world_->permissions.prompts, 1);
+}
+
+void CLIPaletteControllerTest::panelIsMadeAndWarmedOnce() {
+  world_->palette.prepare();
+  world_->palette.prepare();
+  QVERIFY(!world_->palette.isShown());
+  world_->palette.show();
+  world_->palette.prepare();
+  QCOMPARE(world_->panel.made, 1);
+  QCOMPARE(world_->panel.warmed, 1);
 }
 
 QTEST_GUILESS_MAIN(CLIPaletteControllerTest)
