@@ -3,7 +3,9 @@
 import json
 import os
 import signal
+import socket
 import subprocess
+import sys
 import tempfile
 from pathlib import Path
 
@@ -17,11 +19,14 @@ COMMANDS = [
 
 
 class Application:
-    """One user's home and the program running in it. `shell` runs commands where the program's network is."""
+    """One user's home and the program running in it, in `network` when there is one.
 
-    def __init__(self, binary, shell=None):
+    The accessibility tree costs memory and time; without `accessible` it is left to itself, as it is for most users.
+    """
+
+    def __init__(self, binary, network=None, accessible=True):
         self.binary = str(Path(binary).resolve())
-        self.shell = shell
+        self.network = network
         self.home = tempfile.TemporaryDirectory(prefix="vantle-e2e-")
         self.process = None
         home = Path(self.home.name)
@@ -34,10 +39,11 @@ class Application:
             "XDG_CACHE_HOME": str(home / "cache"),
             "XDG_RUNTIME_DIR": str(home / "run"),
             "LC_ALL": "C.UTF-8",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             # The network is looked at by its routes; a system-wide service of the host would answer for another one.
             "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
         }
+        if accessible:
+            self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
 
     @property
     def folder(self):
@@ -67,10 +73,13 @@ class Application:
 
     def start(self, *arguments):
         command = [self.binary, *arguments]
-        launcher = self.shell.command(command) if self.shell else command
-        log = open(self.log_path, "ab")
-        self.process = subprocess.Popen(launcher, env=self.environment, stdout=log, stderr=log)
-        log.close()
+        with open(self.log_path, "ab") as log:
+            self.process = subprocess.Popen(
+                self.network.command(command) if self.network else command,
+                env=self.environment,
+                stdout=log,
+                stderr=log,
+            )
 
     @property
     def log_path(self):
@@ -82,23 +91,30 @@ class Application:
     def is_running(self):
         return self.process is not None and self.process.poll() is None
 
-    def wait_until_live(self):
+    def wait_until_live(self, interval=0.01):
         """The shortcuts are live once the running program answers for them."""
-        until("the program listens", self._listens, 10)
-        until("the shortcuts are live", self._answers, 10)
-
-    def _listens(self):
-        if not self.is_running():
-            raise StepFailed(f"the program ended: {self.log()[-400:]}")
-        return self.sockets()
+        until("the shortcuts are live", self._answers, 10, interval)
 
     def _answers(self):
-        findings = json.loads(self.command("doctor", "--json", seconds=5).stdout or "[]")
-        return any(finding["subject"] == "Application" and finding["text"] == "running" for finding in findings)
+        if not self.is_running():
+            raise StepFailed(f"the program ended: {self.log()[-400:]}")
+        return self.ask({"do": "doctor"})
 
-    def sockets(self):
-        """The sockets that listen in the user's run-time folder: the single instance's, once it is up."""
-        return [path for path in (Path(self.home.name) / "run").rglob("*") if path.is_socket()]
+    def ask(self, request):
+        """One request to the running program over its socket; None when nobody answers."""
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.settimeout(5)
+            try:
+                connection.connect(str(self.socket_path))
+                connection.sendall(json.dumps(request).encode() + b"\n")
+                answer = connection.makefile().readline()
+            except OSError:
+                return None
+        return json.loads(answer) if answer else None
+
+    @property
+    def socket_path(self):
+        return Path(self.home.name) / "run" / "vantle.sock"
 
     def command(self, *arguments, seconds=20):
         """Runs one command line to its end."""
@@ -117,4 +133,17 @@ class Application:
 
     def close(self):
         self.stop()
+        self._stop_background()
         self.home.cleanup()
+
+    def _stop_background(self):
+        """Ends a program that a command has started by itself; the socket tells who listens."""
+        with socket.socket(socket.AF_UNIX) as connection:
+            try:
+                connection.connect(str(self.socket_path))
+            except OSError:
+                return
+            credentials = connection.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, 3 * 4)
+        pid = int.from_bytes(credentials[:4], sys.byteorder)
+        os.kill(pid, signal.SIGTERM)
+        until("the background program ends", lambda: not Path(f"/proc/{pid}").exists())

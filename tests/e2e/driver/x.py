@@ -89,6 +89,17 @@ class Desktop:
         shapes = (self._shape_if_visible(window, pid) for window in self._tree(self.root, depth=3))
         return [shape for shape in shapes if shape and min(shape.width, shape.height) >= minimum]
 
+    def override_windows(self):
+        """The visible windows that no window manager has put into a frame, as menus and panels are."""
+        for window in self._tree(self.root, depth=1):
+            try:
+                attributes = window.get_attributes()
+                size = window.get_geometry()
+            except (error.BadWindow, error.BadDrawable):
+                continue
+            if attributes.override_redirect and attributes.map_state == X.IsViewable:
+                yield Shape(window.id, size.x, size.y, size.width, size.height, window.get_wm_name() or "")
+
     def _shape_if_visible(self, window, pid):
         try:
             owner = window.get_full_property(self.display.intern_atom("_NET_WM_PID"), X.AnyPropertyType)

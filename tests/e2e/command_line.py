@@ -1,0 +1,175 @@
+#!/usr/bin/env python3
+"""The command line as a user runs it: without a display, beside the running program, and over bad files."""
+
+import argparse
+import json
+import os
+import stat
+import sys
+import unittest
+
+from driver.application import Application
+from driver.display import PrivateDisplay
+from driver.waiting import until
+from driver.x import Desktop
+
+VANTLE = ""
+
+
+class WithoutDisplay(unittest.TestCase):
+    def setUp(self):
+        self.application = Application(VANTLE)
+        self.addCleanup(self.application.close)
+        for name in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"):
+            self.application.environment.pop(name, None)
+
+    def test_lists_the_tools_in_the_grids_order(self):
+        self.application.write_settings(
+            pinnedTools=["open-project", "gone"],
+            disabledTools=["uplink"],
+            toolUsage={"feedback": 3},
+            toolSortMode="mostUsed",
+            hotkeys={"promptify": {"keyCode": 96, "carbonModifiers": 0}},
+        )
+        result = self.application.command("tools", "--json")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        tools = json.loads(result.stdout)
+        self.assertEqual(len(tools), 14)
+        self.assertEqual([tool["id"] for tool in tools[:3]], ["open-project", "feedback", "frequent-clis"])
+        by_id = {tool["id"]: tool for tool in tools}
+        self.assertTrue(by_id["open-project"]["pinned"])
+        self.assertFalse(by_id["uplink"]["enabled"])
+        self.assertEqual(by_id["feedback"]["uses"], 3)
+        self.assertEqual(by_id["promptify"]["shortcut"], "F5")
+        self.assertEqual(by_id["frequent-clis"]["shortcut"], "⌃⌥↩")
+
+    def test_says_what_it_cannot_do(self):
+        doctor = self.application.command("doctor")
+        self.assertEqual(doctor.returncode, 1)
+        self.assertIn("none: shortcuts, panels and typing need one", doctor.stdout)
+        started = self.application.command()
+        self.assertEqual(started.returncode, 1)
+        self.assertTrue(started.stderr.startswith("vantle: "), started.stderr)
+
+    def test_usage(self):
+        self.assertRegex(self.application.command("--version").stdout, r"^vantle \d+\.\d+\.\d+\n$")
+        self.assertIn("usage: vantle", self.application.command("--help").stdout)
+        for wrong in (["nonsense"], ["tools", "--yaml"], ["summon"], ["summon", "nothing"], ["help", "nonsense"]):
+            result = self.application.command(*wrong)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), wrong)
+            self.assertTrue(result.stderr.startswith("vantle: "), wrong)
+
+
+class WithDisplay(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.display = cls.enterClassContext(PrivateDisplay())
+        cls.desktop = Desktop(cls.display.name)
+
+    def setUp(self):
+        self.application = Application(VANTLE)
+        self.addCleanup(self.application.close)
+
+    def start(self):
+        self.application.start()
+        self.application.wait_until_live()
+
+    def palette_opens(self):
+        self.desktop.press("Ctrl+Alt+Return")
+        until("the palette is shown", lambda: self.desktop.windows_of(self.application.pid))
+        self.desktop.press("Escape")
+        until("the palette is gone", lambda: not self.desktop.windows_of(self.application.pid))
+
+    def test_there_is_one_instance(self):
+        self.application.write_settings()
+        self.start()
+        second = self.application.command()
+        self.assertEqual(second.returncode, 0, second.stderr)
+        self.assertTrue(self.application.is_running())
+        mode = os.stat(self.application.socket_path).st_mode
+        self.assertEqual(stat.S_IMODE(mode) & 0o077, 0, "the socket is the user's alone")
+
+    def test_starts_again_after_a_kill(self):
+        self.application.write_settings()
+        self.start()
+        self.application.process.kill()
+        self.application.process.wait()
+        self.assertTrue(self.application.socket_path.exists(), "a killed program leaves its socket")
+        self.start()
+        self.palette_opens()
+
+    def test_summon_starts_the_program_when_needed(self):
+        self.application.write_settings()
+        result = self.application.command("summon", "frequent-clis")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        answer = self.application.ask({"do": "doctor"})
+        self.assertIsNotNone(answer)
+        until("the use is recorded", lambda: self.application.read_json("settings.json").get("toolUsage"))
+        self.assertEqual(self.application.read_json("settings.json")["toolUsage"], {"frequent-clis": 1})
+
+    def test_bad_files_never_stop_it(self):
+        for kind, contents in BAD_CONTENTS.items():
+            with self.subTest(kind):
+                application = self.run_over(lambda path: path.write_bytes(contents))
+                commands = application.read_json("FrequentCLIs/commands.json")
+                self.assertEqual([command["icon"] for command in commands], ["claude", "codex"])
+                kept = application.folder / "FrequentCLIs" / "commands.json.corrupt"
+                self.assertEqual(kept.read_bytes() if kept.exists() else b"", contents, "what was there is kept")
+
+    def test_nothing_but_plain_files_is_read_or_replaced(self):
+        for kind, (spoil, is_untouched) in BAD_PLACES.items():
+            with self.subTest(kind):
+                application = self.run_over(spoil)
+                for name in FILES:
+                    self.assertTrue(is_untouched(application.folder / name), name)
+
+    def run_over(self, spoil):
+        """Spoils every file, then starts, uses and ends the program, which must all work."""
+        self.application = Application(VANTLE)
+        self.addCleanup(self.application.close)
+        for name in FILES:
+            path = self.application.folder / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            spoil(path)
+        self.start()
+        self.desktop.press("Ctrl+Alt+Space")
+        self.assertTrue(self.application.ask({"do": "doctor"}))
+        self.application.process.terminate()
+        self.assertEqual(self.application.process.wait(5), 0, self.application.log())
+        return self.application
+
+
+FILES = ["settings.json", "app-settings.json", "FrequentCLIs/commands.json"]
+BAD_CONTENTS = {
+    "empty": b"",
+    "not JSON": b"{ this is not",
+    "not UTF-8": b'{"toolOrder": ["\xff\xfe"]}',
+    "another shape": b'"text"',
+    "wrong types": b'{"hotkeys": 5, "toolUsage": {"uplink": "x"}, "appearance": [], "toolSortMode": {}}',
+    "endlessly nested": b"[" * 100_000,
+}
+
+
+def make_folder(path):
+    path.mkdir()
+    (path / "mine").write_text("keep")
+
+
+BAD_PLACES = {
+    "a folder": (make_folder, lambda path: (path / "mine").read_text() == "keep"),
+    "a device": (lambda path: path.symlink_to("/dev/zero"), lambda path: True),
+    "a loop": (lambda path: path.symlink_to(path), lambda path: True),
+}
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--vantle", required=True, help="the program")
+    options, rest = parser.parse_known_args()
+    global VANTLE
+    VANTLE = options.vantle
+    unittest.main(argv=[sys.argv[0], *rest])
+
+
+if __name__ == "__main__":
+    main()
