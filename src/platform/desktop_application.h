@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 /// This program as the desktop sees it: its appearance and its place among the other applications. As it stands, of a
 /// desktop that has no switch for the one and brings an application forward with its windows. Main thread only.
 class DesktopApplication {
@@ -9,6 +11,9 @@ class DesktopApplication {
   /// True: dark whatever the system says. False: as the system says. Answers whether the system redraws all widgets
   /// itself; where it does not, the caller's own palette has to do.
   virtual bool forceDark([[maybe_unused]] bool dark) { return false; }
+  /// Calls `changed` on the main thread with what the desktop wants, soon and at each change; never where it does not
+  /// say.
+  virtual void watchAppearance([[maybe_unused]] std::function<void(bool dark)> changed) {}
   /// Makes the program the active application. Due whenever an ordinary window is opened, and only then: raising a
   /// window does not do it, so that panels can be raised over the user's own application.
   virtual void activate() {}
