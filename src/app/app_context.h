@@ -1,0 +1,28 @@
+#pragma once
+
+#include "base/clock.h"
+#include "core/hotkeys/hotkey_center.h"
+#include "core/net/network_monitor.h"
+#include "core/presenters/launcher_opener.h"
+#include "core/presenters/settings_opener.h"
+#include "core/presenters/toast_presenter.h"
+#include "core/settings/app_preferences.h"
+#include "core/settings/app_settings.h"
+#include "core/settings/folders.h"
+#include "core/tools/tool_registry.h"
+#include "platform/platform.h"
+
+/// The one instance of everything that windows and tools share, handed down by reference; owned by the Application.
+struct AppContext {
+  const Folders& folders;
+  Platform& platform;
+  Clock& clock;
+  SettingsStore& settings;
+  AppPreferences& preferences;
+  NetworkMonitor& network;
+  HotkeyCenter& hotkeys;
+  ToolRegistry& registry;
+  ToastPresenter& toasts;
+  SettingsOpener& settingsOpener;
+  LauncherOpener& launcher;
+};

@@ -1,0 +1,214 @@
+#include "app/application.h"
+
+#include <QApplication>
+#include <QJsonArray>
+#include <QSettings>
+
+#include <algorithm>
+
+#include "app/app_context.h"
+#include "app/onboarding_window.h"
+#include "app/placeholder_tool.h"
+#include "app/settings/settings_window.h"
+#include "app/tray_icon.h"
+#include "app/update_notice.h"
+#include "core/net/analytics.h"
+#include "core/ui/appearance.h"
+#include "core/ui/launcher/tool_launcher_controller.h"
+#include "core/ui/launcher/tool_launcher_panel.h"
+#include "core/ui/toast/toast_controller.h"
+#include "core/ui/toast/toast_panel.h"
+#include "tools/frequent_clis/cli_palette_controller.h"
+#include "tools/frequent_clis/cli_palette_window.h"
+#include "tools/frequent_clis/command_store.h"
+#include "tools/frequent_clis/frequent_clis_tool.h"
+#include "tools/keystrokes/keystroke_sender.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Moves an earlier folder into place before the first store reads from it: what it holds would be lost otherwise.
+Folders migratedFolders() {
+  const Folders folders = Folders::standard();
+  folders.migrateLegacyFolder();
+  return folders;
+}
+
+}  // namespace
+
+/// In order of construction: each needs only what stands above it.
+struct Application::Parts {
+  explicit Parts(Application& owner);
+
+  Folders folders = migratedFolders();
+  QSettings defaults{QSettings::IniFormat, QSettings::UserScope, u"Vantle"_s, u"Vantle"_s};
+  SystemClock clock;
+  Platform platform = makePlatform();
+  SettingsStore settings{folders.file(u"settings.json"_s)};
+  AppPreferences preferences{folders.file(u"app-settings.json"_s)};
+  Appearance appearance{preferences, *platform.desktopApplication};
+  NetworkMonitor network{*platform.networkPath};
+  HotkeyCenter hotkeys{*platform.hotkeys, settings, clock};
+  QtHttpClient http;
+  InstallIdentity identity{folders.file(u"install-id"_s)};
+  Analytics analytics;
+  ToastController toasts;
+  ToolRegistry registry{{settings, hotkeys, network, analytics, toasts, clock}};
+  CommandStore commands{folders, clock};
+  KeystrokeSender keystrokes{*platform.keyEvents, *platform.permissions};
+  ToolLauncherController launcher;
+  AppContext context;
+  CLIPaletteController cliPalette;
+  SettingsSelection selection;
+  AppDelegate delegate;
+  AppServer server;
+  TrayIcon tray{context};
+  std::unique_ptr<SettingsWindow> settingsWindow;
+  std::unique_ptr<OnboardingWindow> onboarding;
+};
+
+Application::Parts::Parts(Application& owner)
+    : analytics({preferences, network, http, identity, *platform.systemInfo,
+                 [this] { return EventEndpoint::current(folders); }}),
+      toasts([this](ToastController& controller) { return makeToastPanel(controller, platform); }, preferences,
+             *platform.sounds, clock),
+      launcher({registry, network, *platform.sounds, clock},
+               [this](ToolLauncherController& controller) {
+                 return std::make_unique<ToolLauncherPanel>(
+                     controller, ToolLauncherPanel::Services{*platform.panelWindow, *platform.systemInfo, defaults});
+               }),
+      context{folders, platform, clock, settings, preferences, network, hotkeys, registry, toasts, owner, launcher},
+      cliPalette({commands, keystrokes, clock, owner, launcher},
+                 [this](CLIPaletteController& controller) {
+                   return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, controller);
+                 }),
+      delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
+      server([&owner](const QJsonObject& request) { return owner.answer(request); }) {}
+
+Application::Application() : parts_(std::make_unique<Parts>(*this)) {
+  connect(&parts_->tray, &TrayIcon::quitChosen, qApp, &QCoreApplication::quit);
+  connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { parts_->delegate.willTerminate(); });
+}
+
+Application::~Application() = default;
+
+bool Application::start() {
+  if (!parts_->server.listen()) return false;
+  parts_->delegate.didFinishLaunching(makeTools());
+  parts_->tray.show();
+  return true;
+}
+
+std::vector<std::unique_ptr<Tool>> Application::makeTools() {
+  std::vector<std::unique_ptr<Tool>> tools;
+  for (const ToolInfo& info : toolTable()) {
+    if (info.id == kFrequentCLIsID)
+      tools.push_back(std::make_unique<FrequentCLIsTool>(parts_->cliPalette, frequentCLIsSettings()));
+    else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
+      tools.push_back(std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences));
+    else
+      qFatal("The tool %s is neither built nor a placeholder", info.id.data());
+  }
+  return tools;
+}
+
+AppDelegate::Effects Application::effects() {
+  return {.applyAppearance = [this] { parts_->appearance.apply(); },
+          .run = [this](AppAction action) { run(action); },
+          .announceUpdate = [this] { announceUpdate(); },
+          .showFirstRun = [this](AppDelegate::FirstRun where) { showFirstRun(where); }};
+}
+
+void Application::run(AppAction action) {
+  switch (action) {
+    case AppAction::openSettings:
+      openSettings();
+      return;
+    case AppAction::openToolSettings:
+      openSettings(SettingsTab::tools);
+      return;
+    case AppAction::openShortcutSettings:
+      openSettings(SettingsTab::shortcuts);
+      return;
+    case AppAction::toggleLauncher:
+      parts_->launcher.toggle();
+      return;
+  }
+}
+
+void Application::openSettings() {
+  if (!parts_->settingsWindow)
+    parts_->settingsWindow = std::make_unique<SettingsWindow>(parts_->context, parts_->selection);
+  parts_->settingsWindow->open();
+  parts_->platform.desktopApplication->activate();
+}
+
+void Application::openSettings(SettingsTab tab) {
+  parts_->selection.setTab(tab);
+  openSettings();
+}
+
+void Application::openToolSettings(const QString& toolID) {
+  parts_->selection.setToolID(toolID);
+  openSettings(SettingsTab::tools);
+}
+
+void Application::openCommandSettings(const QUuid& commandID) {
+  parts_->selection.focusCommand(commandID);
+  openToolSettings(kFrequentCLIsID);
+}
+
+void Application::announceUpdate() {
+  const auto earlier = takeUpdatedFrom(parts_->defaults, QCoreApplication::applicationVersion());
+  if (!earlier) return;
+  ToastContent content;
+  content.icon = u"checkmark.circle.fill"_s;
+  content.title = u"Vantle %1 is installed"_s.arg(QCoreApplication::applicationVersion());
+  content.detail = u"You had %1 before."_s.arg(*earlier);
+  parts_->toasts.show(std::move(content), toastDuration(parts_->preferences.value()));
+}
+
+void Application::showFirstRun(AppDelegate::FirstRun where) {
+  parts_->onboarding = std::make_unique<OnboardingWindow>(parts_->context);
+  parts_->onboarding->open(where == AppDelegate::FirstRun::permissions ? OnboardingWindow::Step::permissions
+                                                                       : OnboardingWindow::Step::welcome);
+  parts_->platform.desktopApplication->activate();
+}
+
+void Application::summon(const QString& target) {
+  if (target == "launcher"_L1)
+    parts_->launcher.show();
+  else if (target == "settings"_L1)
+    openSettings();
+  else
+    parts_->registry.summon(target);
+}
+
+QJsonObject Application::answer(const QJsonObject& request) {
+  const QString what = request.value("do"_L1).toString();
+  if (what == "doctor"_L1) return doctorAnswer();
+  if (what == "forward"_L1)
+    openSettings();
+  else if (what == "summon"_L1)
+    summon(request.value("what"_L1).toString());
+  else
+    return {{u"error"_s, u"there is no such request"_s}};
+  return {{u"ok"_s, true}};
+}
+
+QJsonObject Application::doctorAnswer() const {
+  QJsonArray refused;
+  for (const HotkeyCenter::Refused& entry : parts_->hotkeys.refused()) {
+    refused.append(QJsonObject{{u"owner"_s, ownerName(entry)},
+                               {u"hotkey"_s, encode(entry.hotkey)},
+                               {u"reason"_s, entry.refusal.description()}});
+  }
+  return {{u"refused"_s, refused}};
+}
+
+QString Application::ownerName(const HotkeyCenter::Refused& entry) const {
+  if (const Tool* tool = parts_->registry.tool(entry.toolID)) return tool->name();
+  const auto own = std::ranges::find(kAppShortcuts, entry.hotkey, &AppShortcut::hotkey);
+  return own == kAppShortcuts.end() ? QString() : QString(own->name);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QJsonObject>
+
+#include <memory>
+#include <vector>
+
+#include "app/app_delegate.h"
+#include "core/hotkeys/hotkey_center.h"
+#include "core/net/app_channel.h"
+#include "core/presenters/settings_opener.h"
+#include "core/tools/tool.h"
+
+/// The composition root: makes the one instance of everything, in the order in which they need each other, and hands
+/// them down by reference. Main thread only; needs a QApplication.
+class Application : public QObject, private SettingsOpener {
+  Q_OBJECT
+
+ public:
+  Application();
+  ~Application() override;
+
+  /// Runs the launch sequence; false when another Vantle is running already.
+  bool start();
+
+ private:
+  struct Parts;
+
+  void openSettings() override;
+  void openSettings(SettingsTab tab) override;
+  void openToolSettings(const QString& toolID) override;
+  void openCommandSettings(const QUuid& commandID) override;
+
+  std::vector<std::unique_ptr<Tool>> makeTools();
+  SettingsViewFactory frequentCLIsSettings();
+  AppDelegate::Effects effects();
+  void run(AppAction action);
+  void announceUpdate();
+  void showFirstRun(AppDelegate::FirstRun where);
+  void summon(const QString& target);
+  QJsonObject answer(const QJsonObject& request);
+  QJsonObject doctorAnswer() const;
+  QString ownerName(const HotkeyCenter::Refused& entry) const;
+
+  std::unique_ptr<Parts> parts_;
+};

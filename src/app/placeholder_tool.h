@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+
+#include "core/presenters/toast_presenter.h"
+#include "core/settings/app_preferences.h"
+#include "core/tools/tool.h"
+
+/// The tools that are not built yet. Taking an id off this list without building the tool stops the start.
+inline constexpr std::array kPlaceholderToolIDs = {
+    QLatin1StringView("uplink"),         QLatin1StringView("promptify"),         QLatin1StringView("quick-question"),
+    QLatin1StringView("bulk-upload"),    QLatin1StringView("ai-text-transform"), QLatin1StringView("vibe-history"),
+    QLatin1StringView("inject-md"),      QLatin1StringView("open-project"),      QLatin1StringView("image-ask"),
+    QLatin1StringView("generate-image"), QLatin1StringView("boilerplates"),      QLatin1StringView("suggest-tool"),
+    QLatin1StringView("feedback"),
+};
+
+/// Stands in for a tool that is not built yet and says so plainly.
+class PlaceholderTool final : public Tool {
+ public:
+  PlaceholderTool(const ToolInfo& info, ToastPresenter& toasts, const AppPreferences& preferences);
+
+  void activate() override;
+
+ private:
+  ToastPresenter& toasts_;
+  const AppPreferences& preferences_;
+};

@@ -1,0 +1,53 @@
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "app/settings/pages.h"
+#include "app/settings/preference_controls.h"
+#include "app/settings/settings_form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QSpinBox* makeDurationBox(AppPreferences& preferences) {
+  auto* box = new QSpinBox;
+  box->setRange(static_cast<int>(kMinimumToastDuration.count()), static_cast<int>(kMaximumToastDuration.count()));
+  box->setSuffix(u" s"_s);
+  const auto follow = [box, &preferences] { box->setValue(static_cast<int>(preferences.value().toastDuration)); };
+  follow();
+  QObject::connect(&preferences, &StoreBase::changed, box, follow);
+  QObject::connect(box, &QSpinBox::valueChanged, box, [&preferences](int seconds) {
+    preferences.update([seconds](Preferences& values) {
+      // A fraction set by hand stays until the whole seconds really change.
+      if (static_cast<int>(values.toastDuration) != seconds) values.toastDuration = seconds;
+    });
+  });
+  return box;
+}
+
+void showExample(AppContext& context) {
+  ToastContent content;
+  content.icon = u"checkmark.circle.fill"_s;
+  content.title = u"This is how a finished task looks"_s;
+  content.detail = u"Swipe it up, click its cross, or wait."_s;
+  content.completes = true;
+  context.toasts.show(std::move(content), toastDuration(context.preferences.value()));
+}
+
+}  // namespace
+
+QWidget* makeNotificationsPage(AppContext& context, SettingsSelection&) {
+  auto* page = new SettingsPage;
+  SettingsSection* toasts = page->addSection(u"Toasts"_s);
+  toasts->addRow(u"How long a toast stays"_s, {}, makeDurationBox(context.preferences));
+  toasts->addRow(u"Swipe to dismiss"_s, u"Two fingers upward over the toast."_s,
+                 makePreferenceSwitch(context.preferences, &Preferences::swipeToDismiss, u"How long a toast stays"_s));
+  toasts->addRow(
+      u"Sound when a task is finished"_s, {},
+      makePreferenceSwitch(context.preferences, &Preferences::soundOnComplete, u"Sound when a task is finished"_s));
+  auto* example = new QPushButton(u"Show an Example"_s);
+  QObject::connect(example, &QPushButton::clicked, example, [&context] { showExample(context); });
+  toasts->addRow(u"Try it"_s, {}, example);
+  example->setAccessibleName(example->text());
+  return page;
+}

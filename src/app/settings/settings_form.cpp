@@ -1,0 +1,119 @@
+#include "app/settings/settings_form.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "core/ui/theme.h"
+
+namespace {
+
+constexpr int kColumnWidth = 640;
+constexpr int kRowPadding = 12;
+
+/// One-pixel line that follows the theme.
+class Hairline final : public QWidget {
+ public:
+  explicit Hairline(QWidget* parent) : QWidget(parent) { setFixedHeight(1); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), themeOf(*this).hairline); }
+};
+
+/// Secondary text that follows the theme.
+class DetailLabel final : public QLabel {
+ public:
+  DetailLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+    setFont(Theme::detailFont());
+    setWordWrap(true);
+    setForegroundRole(QPalette::PlaceholderText);
+  }
+};
+
+}  // namespace
+
+QLabel* makeDetailLabel(const QString& text, QWidget* parent) { return new DetailLabel(text, parent); }
+
+QLabel* makeHeading(const QString& text, QWidget* parent) {
+  auto* label = new QLabel(text, parent);
+  QFont font = Theme::rowFont();
+  font.setWeight(QFont::DemiBold);
+  label->setFont(font);
+  return label;
+}
+
+SettingsSection::SettingsSection(QWidget* parent) : QFrame(parent), rows_(new QVBoxLayout(this)) {
+  rows_->setContentsMargins(2 * Theme::kGrid, 0, 2 * Theme::kGrid, 0);
+  rows_->setSpacing(0);
+}
+
+void SettingsSection::addRow(const QString& title, const QString& description, QWidget* control) {
+  addSeparator();
+  auto* label = new QLabel(title, this);
+  label->setFont(Theme::rowFont());
+  label->setBuddy(control);
+  if (control->accessibleName().isEmpty()) control->setAccessibleName(title);
+  if (!description.isEmpty()) control->setAccessibleDescription(description);
+
+  auto* texts = new QVBoxLayout;
+  texts->setSpacing(2);
+  texts->addWidget(label);
+  if (!description.isEmpty()) texts->addWidget(makeDetailLabel(description, this));
+  auto* row = new QHBoxLayout;
+  row->setContentsMargins(0, kRowPadding, 0, kRowPadding);
+  row->setSpacing(2 * Theme::kGrid);
+  row->addLayout(texts, 1);
+  row->addWidget(control, 0, Qt::AlignRight | Qt::AlignVCenter);
+  rows_->addLayout(row);
+}
+
+void SettingsSection::addWide(QWidget* widget) {
+  addSeparator();
+  auto* row = new QHBoxLayout;
+  row->setContentsMargins(0, kRowPadding, 0, kRowPadding);
+  row->addWidget(widget);
+  rows_->addLayout(row);
+}
+
+void SettingsSection::addSeparator() {
+  if (rows_->count() > 0) rows_->addWidget(new Hairline(this));
+}
+
+void SettingsSection::paintEvent(QPaintEvent*) {
+  const Theme& theme = themeOf(*this);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(theme.hairline);
+  painter.setBrush(theme.card);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kRowRadius + 2, Theme::kRowRadius + 2);
+}
+
+SettingsPage::SettingsPage(QWidget* parent) : QScrollArea(parent) {
+  setFrameShape(QFrame::NoFrame);
+  setWidgetResizable(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  auto* column = new QWidget;
+  column->setMaximumWidth(kColumnWidth + 6 * Theme::kGrid);
+  column_ = new QVBoxLayout(column);
+  column_->setContentsMargins(3 * Theme::kGrid, 3 * Theme::kGrid, 3 * Theme::kGrid, 3 * Theme::kGrid);
+  column_->setSpacing(Theme::kGrid);
+  column_->addStretch(1);
+  setWidget(column);
+  viewport()->setAutoFillBackground(false);
+  column->setAutoFillBackground(false);
+}
+
+SettingsSection* SettingsPage::addSection(const QString& title) {
+  if (!title.isEmpty()) {
+    QLabel* heading = makeHeading(title);
+    if (column_->count() > 1) heading->setContentsMargins(0, Theme::kGrid, 0, 0);
+    addWidget(heading);
+  }
+  auto* section = new SettingsSection;
+  addWidget(section);
+  return section;
+}
+
+void SettingsPage::addNote(const QString& text) { addWidget(makeDetailLabel(text)); }
+
+void SettingsPage::addWidget(QWidget* widget) { column_->insertWidget(column_->count() - 1, widget); }

@@ -1,0 +1,111 @@
+#include "app/settings/settings_window.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QScreen>
+#include <QStackedWidget>
+
+#include "app/settings/pages.h"
+#include "core/ui/icon.h"
+#include "core/ui/palette_panel.h"
+#include "core/ui/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize kSize(880, 640);
+constexpr int kTabsWidth = 176;
+constexpr int kTabIcon = 18;
+
+struct TabEntry {
+  SettingsTab tab;
+  QLatin1StringView title;
+  QLatin1StringView icon;
+  QWidget* (*makePage)(AppContext&, SettingsSelection&);
+};
+
+constexpr std::array kTabs = {
+    TabEntry{SettingsTab::general, "General"_L1, "gearshape"_L1, makeGeneralPage},
+    TabEntry{SettingsTab::tools, "Tools"_L1, "square.grid.3x3"_L1, makeToolsPage},
+    TabEntry{SettingsTab::shortcuts, "Shortcuts"_L1, "keyboard"_L1, makeShortcutsPage},
+    TabEntry{SettingsTab::notifications, "Notifications"_L1, "bell"_L1, makeNotificationsPage},
+    TabEntry{SettingsTab::launcher, "Launcher"_L1, "square.grid.3x3"_L1, makeLauncherPage},
+    TabEntry{SettingsTab::privacy, "Privacy"_L1, "hand.raised"_L1, makePrivacyPage},
+};
+
+QListWidget* makeTabList(QWidget* parent) {
+  auto* list = new QListWidget(parent);
+  list->setFixedWidth(kTabsWidth);
+  list->setFrameShape(QFrame::NoFrame);
+  list->setFont(Theme::rowFont());
+  list->setIconSize({kTabIcon, kTabIcon});
+  list->setAccessibleName(u"Settings tabs"_s);
+  for (const TabEntry& entry : kTabs) {
+    auto* item = new QListWidgetItem(entry.title, list);
+    item->setSizeHint({kTabsWidth - 2 * Theme::kGrid, 36});
+  }
+  return list;
+}
+
+void paintTabIcons(QListWidget& list) {
+  const Theme& theme = themeOf(list);
+  for (int row = 0; row < list.count(); ++row) {
+    const QString name = kTabs.at(static_cast<std::size_t>(row)).icon;
+    QIcon icon;
+    icon.addPixmap(symbolPixmap(name, kTabIcon, theme.text, list.devicePixelRatioF()));
+    icon.addPixmap(symbolPixmap(name, kTabIcon, theme.onAccent, list.devicePixelRatioF()), QIcon::Selected);
+    list.item(row)->setIcon(icon);
+  }
+}
+
+}  // namespace
+
+SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection)
+    : context_(context), selection_(selection), tabs_(makeTabList(this)), pages_(new QStackedWidget(this)) {
+  setWindowTitle(u"Settings"_s);
+  resize(kSize);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(Theme::kGrid, Theme::kGrid, 0, 0);
+  layout->addWidget(tabs_);
+  layout->addWidget(pages_, 1);
+  connect(tabs_, &QListWidget::currentRowChanged, this,
+          [this](int row) { selection_.setTab(kTabs.at(static_cast<std::size_t>(row)).tab); });
+  connect(&selection_, &SettingsSelection::changed, this, &SettingsWindow::followSelection);
+}
+
+void SettingsWindow::open() {
+  followSelection();
+  paintTabIcons(*tabs_);
+  if (const QScreen* screen = activeScreen(); screen && !isVisible())
+    move(screen->availableGeometry().center() - rect().center());
+  show();
+  raise();
+  activateWindow();
+}
+
+void SettingsWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape)
+    close();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+void SettingsWindow::followSelection() {
+  const int row = static_cast<int>(selection_.tab());
+  if (tabs_->currentRow() != row) {
+    const QSignalBlocker blocker(tabs_);
+    tabs_->setCurrentRow(row);
+  }
+  pages_->setCurrentWidget(page(selection_.tab()));
+}
+
+QWidget* SettingsWindow::page(SettingsTab tab) {
+  const auto index = static_cast<std::size_t>(tab);
+  if (!made_[index]) {
+    made_[index] = kTabs[index].makePage(context_, selection_);
+    pages_->addWidget(made_[index]);
+  }
+  return made_[index];
+}

@@ -1,0 +1,104 @@
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QStackedWidget>
+
+#include <algorithm>
+
+#include "app/settings/pages.h"
+#include "app/settings/settings_form.h"
+#include "app/settings/tool_header_view.h"
+#include "core/ui/icon.h"
+#include "core/ui/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kListWidth = 200;
+constexpr int kIcon = 18;
+
+/// The tools at the left in registration order, the chosen one's page at the right, made when first shown.
+class ToolsPage final : public QWidget {
+ public:
+  ToolsPage(AppContext& context, SettingsSelection& selection)
+      : context_(context), selection_(selection), list_(new QListWidget), pages_(new QStackedWidget) {
+    list_->setFixedWidth(kListWidth);
+    list_->setFrameShape(QFrame::NoFrame);
+    list_->setFont(Theme::detailFont());
+    list_->setIconSize({kIcon, kIcon});
+    list_->setAccessibleName(u"Tools"_s);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, Theme::kGrid, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(list_);
+    layout->addWidget(pages_, 1);
+    fillList();
+    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+      if (row >= 0) selection_.setToolID(tools().at(static_cast<std::size_t>(row))->id());
+    });
+    connect(&selection_, &SettingsSelection::changed, this, &ToolsPage::followSelection);
+    connect(&context.registry, &ToolRegistry::changed, this, &ToolsPage::paintRows);
+    followSelection();
+  }
+
+ private:
+  const std::vector<std::unique_ptr<Tool>>& tools() const { return context_.registry.tools(); }
+
+  void fillList() {
+    for (const auto& tool : tools()) {
+      auto* item = new QListWidgetItem(tool->name(), list_);
+      item->setSizeHint({kListWidth, 34});
+      pages_->addWidget(new QWidget);
+    }
+    paintRows();
+  }
+
+  void paintRows() {
+    const Theme& theme = themeOf(*this);
+    for (int row = 0; row < list_->count(); ++row) {
+      const Tool& tool = *tools().at(static_cast<std::size_t>(row));
+      const QColor color = context_.registry.isEnabled(tool.id()) ? theme.text : theme.secondary;
+      QIcon icon;
+      icon.addPixmap(symbolPixmap(tool.icon(), kIcon, color, devicePixelRatioF()));
+      icon.addPixmap(symbolPixmap(tool.icon(), kIcon, theme.onAccent, devicePixelRatioF()), QIcon::Selected);
+      list_->item(row)->setIcon(icon);
+      list_->item(row)->setForeground(color);
+    }
+  }
+
+  void followSelection() {
+    const auto chosen = std::ranges::find(tools(), selection_.toolID(), [](const auto& tool) { return tool->id(); });
+    const int row = chosen == tools().end() ? 0 : static_cast<int>(std::distance(tools().begin(), chosen));
+    const QSignalBlocker blocker(list_);
+    list_->setCurrentRow(row);
+    showPage(row);
+  }
+
+  void showPage(int row) {
+    if (!made_[row]) {
+      QWidget* empty = pages_->widget(row);
+      pages_->insertWidget(row, makePage(*tools().at(static_cast<std::size_t>(row))));
+      pages_->removeWidget(empty);
+      empty->deleteLater();
+      made_[row] = true;
+    }
+    pages_->setCurrentIndex(row);
+  }
+
+  QWidget* makePage(const Tool& tool) {
+    auto* page = new SettingsPage;
+    page->addSection({})->addWide(new ToolHeaderView(context_, tool));
+    if (QWidget* own = tool.makeSettingsView(page)) page->addWidget(own);
+    return page;
+  }
+
+  AppContext& context_;
+  SettingsSelection& selection_;
+  QListWidget* list_;
+  QStackedWidget* pages_;
+  std::map<int, bool> made_;
+};
+
+}  // namespace
+
+QWidget* makeToolsPage(AppContext& context, SettingsSelection& selection) { return new ToolsPage(context, selection); }

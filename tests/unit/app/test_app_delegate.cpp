@@ -1,0 +1,88 @@
+#include <QSettings>
+#include <QTest>
+
+#include <set>
+
+#include "app/app_delegate.h"
+#include "app/placeholder_tool.h"
+#include "app/update_notice.h"
+#include "support/files.h"
+#include "support/world.h"
+#include "tools/frequent_clis/command_store.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+using FirstRun = AppDelegate::FirstRun;
+
+class TestAppDelegate : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void launchRunsEveryStepInOrder() {
+    World world;
+    world.preferences.update([](Preferences& preferences) { preferences.shareUsageStats = true; });
+    world.hotkeyBackend.taken = {{17, 0x1800}};
+    FakePermissions permissions;
+    CommandStore commands(world.folders, world.clock);
+    QStringList steps;
+    AppDelegate delegate({world.settings, world.analytics, world.registry, world.hotkeys, permissions, commands},
+                         {.applyAppearance = [&] { steps.append(u"appearance"_s); },
+                          .run = [&](AppAction action) { steps.append(u"action %1"_s.arg(static_cast<int>(action))); },
+                          .announceUpdate = [&] { steps.append(u"update"_s); },
+                          .showFirstRun = [&](FirstRun) { steps.append(u"first run"_s); }});
+    delegate.didFinishLaunching(World::makeTools());
+    QCOMPARE(steps, (QStringList{u"appearance"_s, u"update"_s, u"first run"_s}));
+    QVERIFY(world.http.sent.at(0).body.contains("app_launched"));
+    QCOMPARE(world.hotkeyBackend.registered.size(), std::size_t{17});
+
+    world.hotkeyBackend.press({49, 0x1800});
+    world.hotkeyBackend.press({43, 0x1800});
+    world.hotkeyBackend.press({32, 0x1800});
+    QCOMPARE(steps.mid(3), (QStringList{u"action 3"_s, u"action 0"_s}));
+    QCOMPARE(world.tool(u"uplink"_s).activations, 1);
+  }
+
+  void terminationSavesTheCommands() {
+    World world;
+    FakePermissions permissions;
+    CommandStore commands(world.folders, world.clock);
+    AppDelegate delegate({world.settings, world.analytics, world.registry, world.hotkeys, permissions, commands}, {});
+    commands.add();
+    delegate.willTerminate();
+    QVERIFY(readFile(world.folders.file(u"FrequentCLIs/commands.json"_s)).contains("New Command"));
+  }
+
+  void firstRunResumesWhereItHasTo() {
+    AppSettings settings;
+    QCOMPARE(AppDelegate::firstRun(settings, true), FirstRun::start);
+    settings.onboardingReachedPermissions = true;
+    QCOMPARE(AppDelegate::firstRun(settings, true), FirstRun::permissions);
+    settings.onboardingCompleted = true;
+    QCOMPARE(AppDelegate::firstRun(settings, true), FirstRun::nothing);
+    QCOMPARE(AppDelegate::firstRun(settings, false), FirstRun::permissions);
+  }
+
+  void placeholdersSaySoPlainly() {
+    World world;
+    PlaceholderTool tool(toolInfo("vibe-history"_L1), world.toasts, world.preferences);
+    tool.activate();
+    const auto& [toast, duration] = world.toasts.shown.at(0);
+    QCOMPARE(toast.title, u"Vibe History is not built yet"_s);
+    QCOMPARE(duration, 10s);
+    std::set<QLatin1StringView> ids;
+    for (const ToolInfo& info : toolTable()) ids.insert(info.id);
+    for (const QLatin1StringView id : kPlaceholderToolIDs) QVERIFY(ids.contains(id));
+  }
+
+  void eachVersionIsAnnouncedOnce() {
+    const QTemporaryDir directory;
+    QSettings defaults(directory.filePath(u"defaults.ini"_s), QSettings::IniFormat);
+    QVERIFY(!takeUpdatedFrom(defaults, u"0.1.0"_s));
+    QCOMPARE(takeUpdatedFrom(defaults, u"0.2.0"_s), u"0.1.0"_s);
+    QVERIFY(!takeUpdatedFrom(defaults, u"0.2.0"_s));
+  }
+};
+
+QTEST_GUILESS_MAIN(TestAppDelegate)
+#include "test_app_delegate.moc"
