@@ -19,6 +19,11 @@ target_compile_definitions(vantle_options INTERFACE
   QT_STRICT_ITERATORS)
 target_include_directories(vantle_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
+if(APPLE)
+  # libc++ hides std::stop_token behind this switch before its version 20. Nothing has to be linked for it.
+  target_compile_definitions(vantle_options INTERFACE _LIBCPP_ENABLE_EXPERIMENTAL)
+endif()
+
 option(VANTLE_WERROR "Treat warnings as errors" OFF)
 if(VANTLE_WERROR)
   target_compile_options(vantle_options INTERFACE -Werror)
