@@ -105,9 +105,10 @@ void ToolGrid::refresh() {
 
   setFixedHeight(heightFor(model.gridRows()));
   strip_->resize(model.pageCount() * kWidth, height());
+  const bool isSamePage = std::exchange(shownPage_, model.currentPage()) == model.currentPage();
   stripGlide_.to({-model.currentPage() * kWidth, 0}, animated);
   plate_->setVisible(model.count() > 0);
-  plateGlide_.to(slotPosition(model.selectionIndex()), animated);
+  plateGlide_.to(slotPosition(model.selectionIndex()), animated && isSamePage);
   for (auto& [id, piece] : pieces_) piece.tile->setVisible(ids.contains(id));
   for (int i = 0; i < model.count(); ++i) {
     Piece& placed = piece(ids[i]);

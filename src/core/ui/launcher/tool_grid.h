@@ -65,6 +65,7 @@ class ToolGrid : public QWidget {
   Glide plateGlide_;
   std::map<QString, Piece> pieces_;
   QStringList shownIDs_;
+  int shownPage_ = 0;
   std::optional<Drag> drag_;
   QTimer edgeTimer_;
   PageWheel wheel_;

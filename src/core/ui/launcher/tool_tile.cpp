@@ -28,6 +28,7 @@ constexpr int kMarkSize = 14;
 constexpr double kPulseGrowth = 0.16;
 constexpr int kPulseMilliseconds = 180;
 constexpr double kDimmed = 0.45;
+constexpr double kDimmedOnHighlight = 0.7;
 
 class AccessibleTile final : public QAccessibleWidget {
  public:
@@ -99,14 +100,15 @@ void ToolTile::paintEvent(QPaintEvent*) {
   paintBody(painter);
 }
 
-// The highlight itself lies below the tiles and glides; a lifted tile carries its own.
+// The plate that glides below the tiles only shows the way; the text is legible before it arrives.
 void ToolTile::paintGround(QPainter& painter) const {
   const Theme& theme = themeOf(*this);
-  const QRectF area = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-  painter.setPen(face_.isArranging && !face_.isSelected ? QPen(theme.hairline, 1) : Qt::NoPen);
+  const bool isFree = face_.isArranging && !face_.isSelected;
+  painter.setPen(isFree ? QPen(theme.hairline, 1) : QPen(Qt::NoPen));
   painter.setBrush(Qt::NoBrush);
-  if (isLifted_) painter.setBrush(theme.selection);
-  if ((underMouse() || isDown()) && !face_.isSelected) painter.setBrush(theme.hover);
+  if (isFree && underMouse()) painter.setBrush(theme.hover);
+  if (face_.isSelected) painter.setBrush(theme.selection);
+  const QRectF area = isFree ? QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5) : QRectF(rect());
   painter.drawRoundedRect(area, kRadius, kRadius);
 }
 
@@ -128,7 +130,7 @@ void ToolTile::paintMarks(QPainter& painter) const {
 
 void ToolTile::paintBody(QPainter& painter) const {
   const Theme& theme = themeOf(*this);
-  if (!face_.obstacle.isEmpty()) painter.setOpacity(kDimmed);
+  if (!face_.obstacle.isEmpty()) painter.setOpacity(face_.isSelected ? kDimmedOnHighlight : kDimmed);
   const bool isMoving = pulse_.state() == QAbstractAnimation::Running;
   const double swell = isMoving ? std::sin(pulse_.currentValue().toDouble() * std::numbers::pi) : 0.0;
   const double grown = kIconSize * (1 + kPulseGrowth * swell);
