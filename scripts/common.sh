@@ -13,6 +13,10 @@ fail() {
 
 on_macos() { [ "$(uname -s)" = Darwin ]; }
 
+# The system's own Python: the packages that are installed here belong to it, whatever else stands first in PATH.
+python=/usr/bin/python3
+on_macos && python=python3
+
 # packages <purpose>: the package names for this system, one a line, each once.
 packages() {
   local column=1
@@ -99,6 +103,3 @@ build() {
   [ $# -gt 0 ] && targets=(--target "$@")
   cmake --build build ${targets[@]+"${targets[@]}"}
 }
-
-# run_with_session_bus <command>: with a message bus of its own, which the accessibility tree needs.
-run_with_session_bus() { dbus-run-session -- "$@"; }

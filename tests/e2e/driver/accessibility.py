@@ -34,17 +34,18 @@ def do(node):
 def nodes(pid):
     """All showing objects of the process."""
     desktop = Atspi.get_desktop(0)
-    desktop.clear_cache()
+    desktop.set_cache_mask(Atspi.Cache.NONE)
     for index in range(desktop.get_child_count()):
         application = desktop.get_child_at_index(index)
         if application and _pid(application) == pid:
+            # Without an event loop here nobody would tell the cache what has changed.
+            application.set_cache_mask(Atspi.Cache.NONE)
             for window in _children(application):
                 yield from _showing(window)
 
 
 def _showing(node):
     try:
-        node.clear_cache_single()
         if not node.get_state_set().contains(Atspi.StateType.SHOWING):
             return
     except GLib.Error:

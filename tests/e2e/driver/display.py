@@ -1,4 +1,4 @@
-"""A private X server with a window manager, ended with the block that uses it."""
+"""A private desktop: X server, window manager and message bus, all ended with the block that uses it."""
 
 import os
 import select
@@ -8,7 +8,7 @@ from .waiting import StepFailed, until
 
 
 class PrivateDisplay:
-    """Owns Xvfb and the window manager; puts itself into DISPLAY.
+    """Owns the three; puts itself into DISPLAY and DBUS_SESSION_BUS_ADDRESS.
 
     With `two_screens`, the one screen is cut into L (1920 wide) and R (the other 1280), as two monitors would look.
     """
@@ -20,29 +20,29 @@ class PrivateDisplay:
         self.name = ""
 
     def __enter__(self):
-        screen = "3200x1080x24" if self.two_screens else "1920x1080x24"
-        reader, writer = os.pipe()
-        self.processes.append(
-            subprocess.Popen(
-                ["Xvfb", "-displayfd", str(writer), "-screen", "0", screen, "-nolisten", "tcp", "-noreset"],
-                pass_fds=[writer],
-                stderr=subprocess.DEVNULL,
-            )
-        )
-        os.close(writer)
-        if not select.select([reader], [], [], 20)[0]:
+        try:
+            self._start_all()
+        except Exception:
             self.__exit__()
-            raise StepFailed("Xvfb does not start")
-        with os.fdopen(reader) as lines:
-            self.name = f":{lines.readline().strip()}"
+            raise
+        return self
+
+    def _start_all(self):
+        screen = "3200x1080x24" if self.two_screens else "1920x1080x24"
+        self.name = ":" + self._first_line(
+            "Xvfb",
+            lambda number: ["-displayfd", number, "-screen", "0", screen, "-nolisten", "tcp", "-noreset"],
+        )
         os.environ["DISPLAY"] = self.name
         os.environ.pop("WAYLAND_DISPLAY", None)
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._first_line(
+            "dbus-daemon", lambda number: ["--session", "--nofork", f"--print-address={number}"]
+        )
         if self.two_screens:
             run("xrandr", "--setmonitor", "L", "1920/508x1080/286+0+0", "screen")
             run("xrandr", "--setmonitor", "R", "1280/338x1080/270+1920+0", "none")
         self.start([self.window_manager])
         until("the window manager announces itself", self._managed, 10)
-        return self
 
     def __exit__(self, *_):
         for process in reversed(self.processes):
@@ -53,6 +53,16 @@ class PrivateDisplay:
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait()
+
+    def _first_line(self, program, arguments):
+        """Starts a server that writes where it is reached to a descriptor, and reads that."""
+        reader, writer = os.pipe()
+        self.start([program, *arguments(str(writer))], pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader) as lines:
+            if not select.select([reader], [], [], 20)[0]:
+                raise StepFailed(f"{program} does not start")
+            return lines.readline().strip()
 
     def start(self, command, **options):
         """A client of this display that ends with it."""
