@@ -8,15 +8,15 @@
 #include <chrono>
 #include <functional>
 
-/// One toast, as a value. Empty texts, invalid colours and null images mean "none".
+/// One toast, as a value; members left out of an initialiser mean "none", as do empty texts and null images.
 struct ToastContent {
   /// Symbol name of the leading icon.
-  QString icon;
-  QColor iconColor;
+  QString icon{};
+  QColor iconColor{};
   /// Image asset used instead of a symbol.
-  QString assetIcon;
-  QString title;
-  QString detail;
+  QString assetIcon{};
+  QString title{};
+  QString detail{};
   /// The most lines the detail may wrap to.
   int detailLineLimit = 2;
   /// For commands and paths.
@@ -27,12 +27,12 @@ struct ToastContent {
   bool completes = false;
   bool tall = false;
   /// Key caps to draw, after `keysPrefix`.
-  QStringList keys;
-  QString keysPrefix;
+  QStringList keys{};
+  QString keysPrefix{};
   /// Shown at the leading edge.
-  QImage thumbnail;
+  QImage thumbnail{};
   /// Runs when the card is clicked.
-  std::function<void()> onTap;
+  std::function<void()> onTap{};
 };
 
 /// Shows toasts, one at a time. Main thread only.

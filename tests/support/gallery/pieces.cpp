@@ -20,8 +20,18 @@
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
 #include "core/ui/toggle_switch.h"
+#include "support/gallery/toasts.h"
 
 using namespace Qt::StringLiterals;
+
+void paintDesktop(QWidget& widget) {
+  const bool dark = themeOf(widget).dark;
+  QPainter painter(&widget);
+  QLinearGradient sky(0, 0, widget.width(), widget.height());
+  sky.setColorAt(0, dark ? QColor(0x2B3350) : QColor(0xC9D8F0));
+  sky.setColorAt(1, dark ? QColor(0x101418) : QColor(0xE9E2D8));
+  painter.fillRect(widget.rect(), sky);
+}
 
 namespace {
 
@@ -31,13 +41,7 @@ class Desktop : public QWidget {
   using QWidget::QWidget;
 
  protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    QLinearGradient sky(0, 0, width(), height());
-    sky.setColorAt(0, themeOf(*this).dark ? QColor(0x2B3350) : QColor(0xC9D8F0));
-    sky.setColorAt(1, themeOf(*this).dark ? QColor(0x101418) : QColor(0xE9E2D8));
-    painter.fillRect(rect(), sky);
-  }
+  void paintEvent(QPaintEvent*) override { paintDesktop(*this); }
 };
 
 class SampleDelegate : public RowDelegate {
@@ -162,6 +166,7 @@ class AppIcons : public QWidget {
 std::vector<Piece> makePieces() {
   std::vector<Piece> pieces;
   pieces.push_back(palette());
+  pieces.push_back(toasts());
   pieces.push_back(controls());
   pieces.push_back({u"icons"_s, std::make_unique<ContactSheet>()});
   pieces.push_back({u"app-icons"_s, std::make_unique<AppIcons>()});

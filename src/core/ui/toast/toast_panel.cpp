@@ -1,0 +1,66 @@
+#include "core/ui/toast/toast_panel.h"
+
+#include <QScreen>
+#include <QWindow>
+
+#include <cmath>
+
+#include "core/ui/card_frame.h"
+#include "core/ui/palette_panel.h"
+#include "core/ui/theme.h"
+#include "core/ui/toast/toast_view.h"
+
+namespace {
+
+/// How far the transparent panel reaches over the visible frame's upper edge.
+constexpr int kOverlap = 4;
+
+ToastMotion motion(const SystemInfo& system, bool translucent) {
+  return translucent && !system.isMotionReduced() ? ToastMotion::full : ToastMotion::none;
+}
+
+}  // namespace
+
+ToastPanel::ToastPanel(ToastController& controller, PanelWindow& native, const SystemInfo& system, Clock& clock)
+    : QWidget(nullptr, native.windowFlags(PanelKind::toast)),
+      native_(native),
+      model_(controller.model()),
+      translucent_(native.isTranslucencyAvailable()),
+      view_(new ToastView(controller, clock, motion(system, translucent_), translucent_)) {
+  setAttribute(Qt::WA_TranslucentBackground, translucent_);
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_X11DoNotAcceptFocus);
+  setAttribute(Qt::WA_MacAlwaysShowToolWindow);
+  setFixedSize(kSize);
+  view_->setParent(this);
+  view_->setGeometry(rect());
+  connect(view_, &ToastView::cardMoved, this, &ToastPanel::shape);
+}
+
+void ToastPanel::orderFront() {
+  if (const QScreen* screen = activeScreen()) {
+    const QRectF available = screen->availableGeometry();
+    const double x = available.left() + available.width() * 0.5 - kSize.width() * 0.5;
+    move(static_cast<int>(std::lround(x)), static_cast<int>(available.top()) - kOverlap);
+  }
+  winId();
+  native_.prepare(*windowHandle(), PanelKind::toast);
+  show();
+  raise();
+  inputRegion_ = rect();
+  shape();
+}
+
+void ToastPanel::shape() {
+  const QRect card = view_->cardRect();
+  if (!translucent_) {
+    // A mask beside the window hides all of it; an empty one would show all of it.
+    const QRegion nothing(-2, -2, 1, 1);
+    setMask(model_.isShown() ? roundedRegion(card, Theme::kCardRadius) : nothing);
+    return;
+  }
+  const QRegion region = model_.isShown() ? QRegion(card) : QRegion();
+  if (!windowHandle() || region == inputRegion_) return;
+  inputRegion_ = region;
+  native_.setInputRegion(*windowHandle(), region);
+}
