@@ -1,0 +1,34 @@
+#pragma once
+
+#include <xcb/xinput.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/x11/x11_session.h"
+
+/// What happens at the devices whoever has the focus or a grab, on Qt's connection. Asked for only while somebody needs
+/// it: every such event wakes the process.
+class X11RawInput {
+ public:
+  struct Event {
+    /// XCB_INPUT_RAW_…
+    std::uint16_t type;
+    /// Key code or button.
+    std::uint32_t detail;
+  };
+
+  explicit X11RawInput(const X11Session& session);
+
+  /// False on servers without the input extension; nothing is ever delivered then.
+  bool isAvailable() const { return opcode_ != 0; }
+  /// Adds events to those that are delivered, or takes them away; `events` are XCB_INPUT_XI_EVENT_MASK_RAW_… bits.
+  void select(std::uint32_t events, bool wanted);
+  /// The raw event in an event of Qt's connection.
+  std::optional<Event> read(const xcb_generic_event_t& event) const;
+
+ private:
+  X11Session session_;
+  std::uint8_t opcode_ = 0;
+  std::uint32_t selected_ = 0;
+};

@@ -1,0 +1,218 @@
+#include <QKeyEvent>
+#include <QMenu>
+#include <QTest>
+#include <QWidget>
+
+#include <algorithm>
+
+#include "platform/carbon_modifiers.h"
+#include "platform/platform.h"
+#include "support/x_client.h"
+
+namespace {
+
+constexpr xcb_keycode_t kCtrl = 37;
+constexpr xcb_keycode_t kAlt = 64;
+constexpr xcb_keycode_t kSpace = 65;
+constexpr xcb_keycode_t kFirstLetter = 24;  // q w e r t y
+constexpr std::uint32_t kMacSpace = 49;
+const QRect kPanel(700, 300, 400, 300);
+const QRect kCard(48, 48, 304, 204);
+
+class Panel final : public QWidget {
+ public:
+  explicit Panel(PanelWindow& native) : QWidget(nullptr, native.windowFlags(PanelKind::palette)), native_(native) {
+    setGeometry(kPanel);
+    winId();
+  }
+  bool present() {
+    native_.prepare(*windowHandle(), PanelKind::palette);
+    show();
+    return native_.takeKeyboard(*windowHandle());
+  }
+  void dismiss() {
+    native_.stopWatching(*windowHandle());
+    native_.releaseKeyboard(*windowHandle());
+    hide();
+  }
+  void watch() {
+    native_.watchKeyboardLoss(*windowHandle(), kCard, [this] { ++losses; });
+  }
+
+  QString typed;
+  int losses = 0;
+  int clicks = 0;
+
+ protected:
+  void mousePressEvent(QMouseEvent*) override { ++clicks; }
+  void keyPressEvent(QKeyEvent* event) override { typed += event->text(); }
+
+ private:
+  PanelWindow& native_;
+};
+
+}  // namespace
+
+class X11PanelWindowTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() {
+    terminal_.openWindow(100, 100, 300, 200);
+    QTRY_COMPARE(terminal_.activeWindow(), terminal_.window());
+    QTRY_COMPARE(terminal_.focusedWindow(), terminal_.window());
+  }
+  void init() {
+    platform_ = makePlatform();
+    panel_ = std::make_unique<Panel>(*platform_.panelWindow);
+    user_.moveTo(10, 700);
+  }
+  void cleanup() {
+    panel_->dismiss();
+    panel_.reset();
+    QTRY_COMPARE(terminal_.focusedWindow(), terminal_.window());
+  }
+
+  void takesTheKeyboardAndLeavesTheActiveWindow() {
+    const auto before = terminal_.keysReceived().size();
+    QVERIFY(panel_->present());
+    for (int letter = 0; letter < 6; ++letter) {
+      user_.tap(static_cast<xcb_keycode_t>(kFirstLetter + letter));
+      QCOMPARE(user_.activeWindow(), terminal_.window());
+    }
+    QTRY_COMPARE(panel_->typed, QStringLiteral("qwerty"));
+    QVERIFY(panel_->isActiveWindow());
+    QCOMPARE(terminal_.keysReceived().size(), before);
+
+    panel_->dismiss();
+    QCOMPARE(user_.activeWindow(), terminal_.window());
+    QCOMPARE(user_.focusedWindow(), terminal_.window());
+    user_.tap(kFirstLetter);
+    QTRY_COMPARE(terminal_.keysReceived().size(), before + 1);
+    QCOMPARE(terminal_.keysReceived().back(), kFirstLetter);
+  }
+
+  /// From the shortcut's press on, nothing the user types goes astray, still held modifiers or not.
+  void typingRightAfterTheShortcut() {
+    platform_.hotkeys->install([this](std::uint32_t) { panel_->present(); });
+    QVERIFY(platform_.hotkeys->registerHotkey(1, kMacSpace, carbon::kControl | carbon::kOption));
+    const auto before = static_cast<std::ptrdiff_t>(terminal_.keysReceived().size());
+    for (int round = 1; round <= 5; ++round) {
+      panel_->typed.clear();
+      user_.chord({kCtrl, kAlt}, kSpace);
+      QTest::qWait(20);
+      for (int letter = 0; letter < 6; ++letter) user_.tap(static_cast<xcb_keycode_t>(kFirstLetter + letter));
+      QTRY_COMPARE(panel_->typed, QStringLiteral("qwerty"));
+      QCOMPARE(user_.activeWindow(), terminal_.window());
+      panel_->dismiss();
+    }
+    const auto& keys = terminal_.keysReceived();
+    QVERIFY(std::all_of(keys.begin() + before, keys.end(), [](auto key) { return key == kCtrl || key == kAlt; }));
+  }
+
+  void shortcutsWorkOverAnOpenPanel() {
+    int presses = 0;
+    platform_.hotkeys->install([&presses](std::uint32_t) { ++presses; });
+    QVERIFY(platform_.hotkeys->registerHotkey(1, kMacSpace, carbon::kControl | carbon::kOption));
+    QVERIFY(panel_->present());
+    user_.chord({kCtrl, kAlt}, kSpace);
+    QTRY_COMPARE(presses, 1);
+    QCOMPARE(panel_->typed, QString());
+  }
+
+  void clickElsewhereIsTheEnd() {
+    QVERIFY(panel_->present());
+    panel_->watch();
+    user_.click(kPanel.x() + 100, kPanel.y() + 100);
+    QTRY_COMPARE(panel_->clicks, 1);
+    user_.click(150, 150, 5);
+    QTest::qWait(50);
+    QCOMPARE(panel_->losses, 0);
+
+    // The click reaches what is below it all the same.
+    const int clicks = terminal_.clicksReceived();
+    user_.click(150, 150);
+    user_.click(150, 150);
+    QTRY_COMPARE(panel_->losses, 1);
+    QTRY_COMPARE(terminal_.clicksReceived(), clicks + 2);
+    QTest::qWait(50);
+    QCOMPARE(panel_->losses, 1);
+  }
+
+  void clickInTheMarginIsElsewhere() {
+    QVERIFY(panel_->present());
+    panel_->watch();
+    user_.click(kPanel.x() + 10, kPanel.y() + 10);
+    QTRY_COMPARE(panel_->losses, 1);
+  }
+
+  void nothingIsToldAfterStopWatching() {
+    QVERIFY(panel_->present());
+    panel_->watch();
+    platform_.panelWindow->stopWatching(*panel_->windowHandle());
+    user_.click(150, 150);
+    QTest::qWait(50);
+    QCOMPARE(panel_->losses, 0);
+  }
+
+  void theNextPanelTakesOver() {
+    Panel next(*platform_.panelWindow);
+    QVERIFY(panel_->present());
+    panel_->watch();
+    QVERIFY(next.present());
+    QTRY_COMPARE(panel_->losses, 1);
+    panel_->dismiss();
+    user_.tap(kFirstLetter);
+    QTRY_COMPARE(next.typed, QStringLiteral("q"));
+    next.dismiss();
+  }
+
+  void waitsForAKeyboardThatSomebodyHolds() {
+    XClient other;
+    QVERIFY(other.takeWholeKeyboard());
+    QVERIFY(!panel_->present());
+    panel_->watch();
+    other.giveWholeKeyboard();
+    QTRY_VERIFY(panel_->isActiveWindow());
+    user_.tap(kFirstLetter);
+    QTRY_COMPARE(panel_->typed, QStringLiteral("q"));
+    QCOMPARE(panel_->losses, 0);
+  }
+
+  void givesUpWhenTheKeyboardStaysTaken() {
+    XClient other;
+    QVERIFY(other.takeWholeKeyboard());
+    QVERIFY(!panel_->present());
+    panel_->watch();
+    QTRY_COMPARE(panel_->losses, 1);
+  }
+
+  /// A menu has the keyboard while it is open; clicks on it belong to the panel.
+  void menusGiveTheKeyboardBack() {
+    QVERIFY(panel_->present());
+    panel_->watch();
+    QMenu menu(panel_.get());
+    menu.addAction(QStringLiteral("Edit Command…"));
+    menu.popup(QPoint(kPanel.right() - 20, kPanel.bottom() - 20));
+    QTRY_VERIFY(menu.isVisible());
+    user_.click(menu.geometry().center().x(), menu.geometry().center().y());
+    QTRY_VERIFY(!menu.isVisible());
+    // The keyboard is back a moment later.
+    const auto typeOne = [this] {
+      user_.tap(kFirstLetter);
+      return panel_->typed.contains(u'q');
+    };
+    QTRY_VERIFY(typeOne());
+    QCOMPARE(panel_->losses, 0);
+    QCOMPARE(user_.activeWindow(), terminal_.window());
+  }
+
+ private:
+  XClient terminal_;
+  XClient user_;
+  Platform platform_;
+  std::unique_ptr<Panel> panel_;
+};
+
+QTEST_MAIN(X11PanelWindowTest)
+#include "x11_panel_window_test.moc"
