@@ -1,15 +1,12 @@
 #include "platform/x11/x11_key_map.h"
 
-// A field of this C header has a name that C++ keeps for itself.
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <algorithm>
 
 #include "platform/key_codes.h"
 #include "platform/x11/x11_session.h"
+#include "platform/x11/xcb_xkb.h"
 
 namespace {
 

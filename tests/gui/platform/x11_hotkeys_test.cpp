@@ -7,11 +7,8 @@
 
 #include "platform/carbon_modifiers.h"
 #include "platform/platform.h"
+#include "platform/x11/xcb_xkb.h"
 #include "support/x_client.h"
-
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace {
 
