@@ -1,0 +1,99 @@
+#include "platform/x11/held_modifiers.h"
+
+#include "platform/x11/pacing.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Long enough for a hand to leave the shortcut that started the typing.
+constexpr auto kWaitForUser = 400ms;
+/// For a server that does not let XTEST release another keyboard's keys.
+constexpr auto kWaitWhenNotLifted = 5s;
+constexpr auto kPoll = 5ms;
+
+}  // namespace
+
+bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const std::stop_token& stop) {
+  neutralKey_ = neutralKey;
+  lifted_.clear();
+  keyboard_.takeForeignKeys();
+  waitForUser(map, kWaitForUser, stop);
+  // A modifier that goes down and up alone means something to many programs (Alt opens a menu, Super a launcher); a key
+  // in between makes it part of a chord. It also makes XTEST the current keyboard before the first character.
+  keyboard_.tap(neutralKey_);
+  releaseKeys(map);
+  // XTEST may have keys of an earlier run down that the user's own keyboard has released since.
+  keyboard_.release(map.shiftKey());
+  keyboard_.release(map.level3Key());
+  switchLocksOff(map);
+  keyboard_.sync();
+  follow(map);
+  if (held(map) != 0) waitForUser(map, kWaitWhenNotLifted, stop);
+  return held(map) == 0;
+}
+
+void HeldModifiers::waitForUser(const KeyboardMap& map, std::chrono::milliseconds longest,
+                                const std::stop_token& stop) {
+  const auto end = std::chrono::steady_clock::now() + longest;
+  while (held(map) != 0 && std::chrono::steady_clock::now() < end && !stop.stop_requested()) pacing::sleep(kPoll);
+}
+
+std::uint8_t HeldModifiers::held(const KeyboardMap& map) {
+  const int counted = 0xff & ~(XCB_MOD_MASK_LOCK | map.numLockModifier());
+  return static_cast<std::uint8_t>(keyboard_.heldModifiers() & counted);
+}
+
+bool HeldModifiers::isHolding(const KeyboardMap& map, xcb_keycode_t code) const {
+  return map.modifiersOf(code) != 0 && !map.isLockKey(code);
+}
+
+void HeldModifiers::releaseKeys(const KeyboardMap& map) {
+  const auto down = keyboard_.keysDown();
+  for (std::size_t index = 0; index < down.size(); ++index) {
+    const auto code = static_cast<xcb_keycode_t>(index);
+    if (!down[index] || !isHolding(map, code)) continue;
+    keyboard_.release(code);
+    lifted_.insert(code);
+  }
+}
+
+void HeldModifiers::switchLocksOff(const KeyboardMap& map) {
+  locks_ = static_cast<std::uint8_t>(keyboard_.lockedModifiers() & ~map.numLockModifier());
+  keyboard_.setLocked(locks_, 0);
+}
+
+void HeldModifiers::liftNewlyHeld(const KeyboardMap& map) {
+  const auto before = lifted_;
+  follow(map);
+  for (const xcb_keycode_t code : lifted_) {
+    if (before.contains(code)) continue;
+    keyboard_.tap(neutralKey_);
+    keyboard_.release(code);
+  }
+}
+
+void HeldModifiers::follow(const KeyboardMap& map) {
+  for (const ForeignKey& key : keyboard_.takeForeignKeys()) {
+    if (!isHolding(map, key.code)) continue;
+    if (key.pressed)
+      lifted_.insert(key.code);
+    else
+      lifted_.erase(key.code);
+  }
+}
+
+void HeldModifiers::giveBack(const KeyboardMap& map) {
+  keyboard_.sync();
+  follow(map);
+  const auto pressed = lifted_;
+  for (const xcb_keycode_t code : pressed) keyboard_.press(code);
+  if (!pressed.empty()) keyboard_.tap(neutralKey_);
+  if (locks_ != 0) keyboard_.setLocked(locks_, locks_);
+  keyboard_.sync();
+  // Let go in the moment before the press: the release went by unseen, so it is made up for.
+  follow(map);
+  for (const xcb_keycode_t code : pressed)
+    if (!lifted_.contains(code)) keyboard_.release(code);
+  keyboard_.sync();
+}

@@ -1,0 +1,93 @@
+#include "platform/x11/x11_key_events.h"
+
+#include <QObject>
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+#include "platform/x11/x11_typist.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Sequences wait here for the worker, first come, first typed. Destruction stops typing within some 20 ms, but waits
+/// until borrowed keys are given back.
+class X11KeyEvents final : public KeyEvents {
+ public:
+  X11KeyEvents() : worker_([this](const std::stop_token& stop) { run(stop); }) {}
+  ~X11KeyEvents() override {
+    worker_.request_stop();
+    wake_.notify_all();
+    worker_.join();
+  }
+
+  void perform(KeySequence steps, Done done) override {
+    {
+      const std::scoped_lock lock(mutex_);
+      queue_.push_back({std::move(steps), std::move(done)});
+    }
+    wake_.notify_all();
+  }
+
+ private:
+  struct Request {
+    KeySequence steps;
+    Done done;
+  };
+
+  void run(const std::stop_token& stop) {
+    std::unique_ptr<X11Typist> typist = X11Typist::open();
+    while (auto request = next(typist.get(), stop)) {
+      if (!typist || typist->isBroken()) typist = X11Typist::open();
+      deliver(std::move(request->done), typist ? typist->perform(request->steps, stop) : unavailable());
+    }
+    if (typist) giveBackInTime(*typist);
+  }
+
+  /// The next request; gives borrowed keys back meanwhile when it is time. Empty at the end.
+  std::optional<Request> next(X11Typist* typist, const std::stop_token& stop) {
+    std::unique_lock lock(mutex_);
+    const auto hasRequest = [this] { return !queue_.empty(); };
+    const auto until = typist ? typist->giveBackTime() : std::nullopt;
+    if (until && !wake_.wait_until(lock, stop, *until, hasRequest) && !stop.stop_requested()) {
+      lock.unlock();
+      typist->giveBackKeys();
+      lock.lock();
+    }
+    if (!wake_.wait(lock, stop, hasRequest) || stop.stop_requested()) return {};
+    Request request = std::move(queue_.front());
+    queue_.pop_front();
+    return request;
+  }
+
+  static void giveBackInTime(X11Typist& typist) {
+    const auto until = typist.giveBackTime();
+    if (!until) return;
+    std::this_thread::sleep_until(*until);
+    typist.giveBackKeys();
+  }
+
+  static X11Typist::Result unavailable() {
+    return std::unexpected(KeyEventError{u"Typing needs an X display with XTEST, XKB and XInput 2"_s});
+  }
+
+  void deliver(Done done, X11Typist::Result result) {
+    if (!done) return;
+    QMetaObject::invokeMethod(
+        &mainThread_, [done = std::move(done), result = std::move(result)] { done(result); }, Qt::QueuedConnection);
+  }
+
+  /// Lives on the main thread; what is still to be delivered goes with it.
+  QObject mainThread_;
+  std::mutex mutex_;
+  std::condition_variable_any wake_;
+  std::deque<Request> queue_;
+  std::jthread worker_;
+};
+
+}  // namespace
+
+std::unique_ptr<KeyEvents> makeX11KeyEvents() { return std::make_unique<X11KeyEvents>(); }

@@ -1,0 +1,130 @@
+#include "platform/x11/xtest_keyboard.h"
+
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+#include <string_view>
+
+#include "platform/x11/xcb_reply.h"
+#include "platform/x11/xcb_xkb.h"
+
+namespace {
+
+bool hasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
+  const auto* data = xcb_get_extension_data(connection, extension);
+  return data != nullptr && data->present;
+}
+
+const xcb_screen_t* screenAt(xcb_connection_t* connection, int number) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  while (number-- > 0 && screens.rem > 1) xcb_screen_next(&screens);
+  return screens.rem > 0 ? screens.data : nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<XTestKeyboard> XTestKeyboard::open() {
+  std::unique_ptr<XTestKeyboard> keyboard(new XTestKeyboard);
+  int screen = 0;
+  keyboard->connection_.reset(xcb_connect(nullptr, &screen));
+  if (keyboard->isBroken() || !keyboard->prepare(screen)) return nullptr;
+  return keyboard;
+}
+
+bool XTestKeyboard::prepare(int screen) {
+  xcb_connection_t* c = connection_.get();
+  const xcb_screen_t* found = screenAt(c, screen);
+  if (found == nullptr || !hasExtension(c, &xcb_test_id) || !hasExtension(c, &xcb_xkb_id)) return false;
+  root_ = found->root;
+  const auto useXkb = xcb_xkb_use_extension(c, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
+  const XcbReply<xcb_xkb_use_extension_reply_t> xkb(xcb_xkb_use_extension_reply(c, useXkb, nullptr));
+  return xkb && xkb->supported && watchKeys();
+}
+
+bool XTestKeyboard::watchKeys() {
+  xcb_connection_t* c = connection_.get();
+  if (!hasExtension(c, &xcb_input_id)) return false;
+  inputOpcode_ = xcb_get_extension_data(c, &xcb_input_id)->major_opcode;
+  // From 2.1 on raw events arrive also while another program has grabbed the keyboard.
+  const auto version = xcb_input_xi_query_version(c, 2, 2);
+  const XcbReply<xcb_input_xi_query_version_reply_t> answer(xcb_input_xi_query_version_reply(c, version, nullptr));
+  if (!answer) return false;
+  const struct {
+    xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
+    std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+  } mask;
+  xcb_input_xi_select_events(c, root_, 1, &mask.head);
+  findXTestDevice();
+  return !isBroken();
+}
+
+void XTestKeyboard::findXTestDevice() {
+  xcb_connection_t* c = connection_.get();
+  const auto cookie = xcb_input_xi_query_device(c, XCB_INPUT_DEVICE_ALL);
+  const XcbReply<xcb_input_xi_query_device_reply_t> reply(xcb_input_xi_query_device_reply(c, cookie, nullptr));
+  if (!reply) return;
+  for (auto it = xcb_input_xi_query_device_infos_iterator(reply.get()); it.rem > 0;
+       xcb_input_xi_device_info_next(&it)) {
+    const std::string_view name(xcb_input_xi_device_info_name(it.data),
+                                static_cast<std::size_t>(xcb_input_xi_device_info_name_length(it.data)));
+    if (name.ends_with("XTEST keyboard")) xtestDevice_ = it.data->deviceid;
+  }
+}
+
+void XTestKeyboard::fake(xcb_keycode_t code, bool pressed) {
+  if (code == 0) return;
+  xcb_test_fake_input(connection_.get(), pressed ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME, root_, 0, 0,
+                      0);
+  own_.push_back({code, pressed});
+}
+
+void XTestKeyboard::sync() {
+  const auto cookie = xcb_get_input_focus(connection_.get());
+  XcbReply<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(connection_.get(), cookie, nullptr));
+}
+
+std::vector<ForeignKey> XTestKeyboard::takeForeignKeys() {
+  std::vector<ForeignKey> foreign;
+  while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    if ((event->response_type & 0x7f) != XCB_GE_GENERIC) continue;
+    const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event.get());
+    if (raw->extension != inputOpcode_) continue;
+    const ForeignKey key{static_cast<xcb_keycode_t>(raw->detail), raw->event_type == XCB_INPUT_RAW_KEY_PRESS};
+    if (!isOwn(raw->sourceid, key)) foreign.push_back(key);
+  }
+  // Everything sent has come back by now; what has not was dropped by the server (a key that was down already).
+  own_.clear();
+  return foreign;
+}
+
+bool XTestKeyboard::isOwn(std::uint16_t source, const ForeignKey& key) {
+  if (xtestDevice_ != 0 && source != xtestDevice_) return false;
+  if (own_.empty() || own_.front().code != key.code || own_.front().pressed != key.pressed) return false;
+  own_.pop_front();
+  return true;
+}
+
+std::uint8_t XTestKeyboard::heldModifiers() {
+  const auto cookie = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
+  const XcbReply<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(connection_.get(), cookie, nullptr));
+  return reply ? reply->baseMods : std::uint8_t{0};
+}
+
+std::uint8_t XTestKeyboard::lockedModifiers() {
+  const auto cookie = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
+  const XcbReply<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(connection_.get(), cookie, nullptr));
+  return reply ? reply->lockedMods : std::uint8_t{0};
+}
+
+void XTestKeyboard::setLocked(std::uint8_t affected, std::uint8_t locked) {
+  xcb_xkb_latch_lock_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, affected, locked, 0, 0, 0xff, 0, 0);
+}
+
+std::array<bool, 256> XTestKeyboard::keysDown() {
+  std::array<bool, 256> down{};
+  const auto cookie = xcb_query_keymap(connection_.get());
+  const XcbReply<xcb_query_keymap_reply_t> reply(xcb_query_keymap_reply(connection_.get(), cookie, nullptr));
+  for (std::size_t code = 0; reply && code < down.size(); ++code)
+    down[code] = (reply->keys[code / 8] >> (code % 8) & 1) != 0;
+  return down;
+}
