@@ -15,20 +15,15 @@ def shows(pid, wanted):
     return any(wanted in text for text in texts(pid))
 
 
-def find(pid, wanted, role=None):
-    """The first showing object with that name (and role name); None without one."""
+def find(pid, beginning):
+    """The first showing object whose name begins so; None without one."""
     for node in nodes(pid):
         try:
-            if node.get_name() == wanted and (role is None or node.get_role_name() == role):
+            if (node.get_name() or "").startswith(beginning):
                 return node
         except GLib.Error:
-            continue
+            continue  # gone while we looked
     return None
-
-
-def do(node):
-    """What a click on it would do."""
-    return node.get_action_iface().do_action(0)
 
 
 def nodes(pid):

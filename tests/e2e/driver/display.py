@@ -42,6 +42,7 @@ class PrivateDisplay:
             run("xrandr", "--setmonitor", "L", "1920/508x1080/286+0+0", "screen")
             run("xrandr", "--setmonitor", "R", "1280/338x1080/270+1920+0", "none")
         self.start([self.window_manager])
+        run("xsetroot", "-solid", "#4A5A70")
         until("the window manager announces itself", self._managed, 10)
 
     def __exit__(self, *_):

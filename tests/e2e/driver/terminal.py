@@ -14,7 +14,8 @@ class Terminal:
         self.file.touch()
         self.seen = 0
         display.start(
-            ["xterm", "-T", "terminal", "-geometry", "100x30+120+160", "-fa", "DejaVu Sans Mono", "-fs", "12"]
+            ["xterm", "-T", "terminal", "-geometry", "120x34+220+160", "-fa", "DejaVu Sans Mono", "-fs", "12"]
+            + ["-bg", "#16181D", "-fg", "#D5D9E0", "-b", "14", "+sb"]
             + ["-e", "bash", "-c", f"stty -icanon min 1; exec cat >'{self.file}'"]
         )
         self.window = until("the terminal is the active window", desktop.active_window, 10)
@@ -29,5 +30,5 @@ class Terminal:
     def focus(self):
         """Makes it the active window again, as a user would: by a click into it."""
         if self.desktop.active_window() != self.window:
-            self.desktop.click(300, 400)
+            self.desktop.click(300, 700)
             until("the terminal is active again", lambda: self.desktop.active_window() == self.window)

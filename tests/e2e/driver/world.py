@@ -62,6 +62,8 @@ class World:
         self.application = Application(self.binary, self.network)
         self.application.write_settings()
         self.application.write_commands()
+        # Toasts of the default ten seconds would make it a long tour.
+        self.application.write_json("app-settings.json", {"toastDuration": 3})
         self.application.start()
         self.application.wait_until_live()
 
@@ -91,7 +93,7 @@ class World:
             raise StepFailed(f"{failure}; shown: {shown[:40]}") from None
 
     def click_on(self, name):
-        """Clicks what bears that accessible name with the pointer."""
+        """Clicks with the pointer what has an accessible name that begins so."""
         node = until(
             f"{name!r} is there to be clicked", lambda: accessibility.find(self.application.pid, name), 5, 0.05
         )
@@ -108,7 +110,7 @@ class World:
         until("the palette is gone", lambda: not self.palette())
 
     def close_window(self, title):
-        run("xdotool", "windowclose", str(self.titled(title).id))
+        self.desktop.close(self.titled(title))
         until(f"{title} is closed", lambda: not self.titled(title))
 
     def quiet(self):

@@ -3,7 +3,7 @@
 import time
 from collections import namedtuple
 
-from Xlib import X, XK, display, error
+from Xlib import X, XK, display, error, protocol
 from Xlib.ext import xtest
 
 KEYSYMS = {
@@ -83,6 +83,14 @@ class Desktop:
         """The id that the window manager calls active; 0 for none."""
         value = self.root.get_full_property(self.display.intern_atom("_NET_ACTIVE_WINDOW"), X.AnyPropertyType)
         return value.value[0] if value and len(value.value) else 0
+
+    def close(self, window):
+        """Asks the window manager to close it, as its close button does."""
+        message = protocol.event.ClientMessage(
+            window=window.id, client_type=self.display.intern_atom("_NET_CLOSE_WINDOW"), data=(32, [X.CurrentTime, 2, 0, 0, 0])
+        )
+        self.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self.display.sync()
 
     def windows_of(self, pid, minimum=40):
         """The visible windows of a process, those of some size, on top last."""

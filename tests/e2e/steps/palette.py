@@ -67,7 +67,7 @@ def closes_by_a_click_elsewhere(world):
     """A click elsewhere closes the palette; Escape does too"""
     world.terminal.focus()
     world.summon_palette()
-    world.desktop.click(60, 1000)
+    world.desktop.click(300, 700)
     until("the palette is gone after the click", lambda: not world.palette())
     world.summon_palette()
     world.close_palette()
