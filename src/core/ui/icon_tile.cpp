@@ -35,6 +35,10 @@ void IconTile::paint(QPainter& painter, const QRectF& rect, const Theme& theme, 
   const double radius = std::round(rect.width() * 0.25);
   painter.drawRoundedRect(rect, radius, radius);
   if (isMonogram) {
+    // Brands are as dark as a dark card, or as light as a light one: the edge keeps the tile a tile.
+    painter.setPen(QPen(theme.hairline, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
     QFont font = Theme::rowFont();
     font.setPointSizeF(font.pointSizeF() * rect.width() / Theme::kIconTile * (monogram.size() > 1 ? 0.85 : 1.0));
     font.setWeight(QFont::Bold);

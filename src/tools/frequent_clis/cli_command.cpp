@@ -19,7 +19,9 @@ std::optional<QUuid> uuid(const QString& text) {
 }  // namespace
 
 const CommandIcon& CLICommand::shownIcon() const {
-  return CommandIcon::find(icon ? *icon : CommandIcon::infer(command));
+  // Asked at every painting: the beginning of a huge text is enough until the icon is stored.
+  constexpr qsizetype kLookedAt = 1024;
+  return CommandIcon::find(icon ? *icon : CommandIcon::infer(command.left(kLookedAt)));
 }
 
 bool decode(const QJsonValue& value, CLICommand& out) {

@@ -1,10 +1,15 @@
+#include <QLineEdit>
 #include <QPainter>
+#include <QVBoxLayout>
 
 #include "core/ui/card_frame.h"
 #include "core/ui/theme.h"
 #include "support/cli_world.h"
 #include "support/gallery/pieces.h"
 #include "tools/frequent_clis/cli_palette_view.h"
+#include "tools/frequent_clis/focused_command.h"
+#include "tools/frequent_clis/frequent_clis_settings_view.h"
+#include "tools/frequent_clis/icon_picker_grid.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,10 +59,31 @@ class PaletteStage : public QWidget {
   PaletteModel model_;
 };
 
+/// The settings page as wide as the settings window gives it.
+std::unique_ptr<QWidget> settingsPage() {
+  static FocusedCommand focused;
+  focused.set(sampleWorld().store.commands()[3].id);
+  auto window = std::make_unique<QWidget>();
+  auto* layout = new QVBoxLayout(window.get());
+  layout->addWidget(new FrequentCLIsSettingsView(sampleWorld().store, focused));
+  window->setFixedWidth(472);
+  return window;
+}
+
+std::unique_ptr<QWidget> iconPicker(const QString& query) {
+  auto picker = std::make_unique<IconPickerGrid>(u"cohere"_s, nullptr);
+  picker->findChild<QLineEdit*>()->setText(query);
+  return picker;
+}
+
 }  // namespace
 
 void addCLIPieces(std::vector<Piece>& pieces) {
   pieces.push_back({u"clis-palette"_s, std::make_unique<PaletteStage>(QString())});
   pieces.push_back({u"clis-palette-filtered"_s, std::make_unique<PaletteStage>(u"cod"_s)});
   pieces.push_back({u"clis-palette-empty"_s, std::make_unique<PaletteStage>(u"no such thing"_s)});
+  pieces.push_back({u"clis-settings"_s, settingsPage()});
+  pieces.push_back({u"clis-icons"_s, iconPicker({})});
+  pieces.push_back({u"clis-icons-filtered"_s, iconPicker(u"ai"_s)});
+  pieces.push_back({u"clis-icons-empty"_s, iconPicker(u"nothing like it"_s)});
 }
