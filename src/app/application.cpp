@@ -71,7 +71,7 @@ struct Application::Parts {
 Application::Parts::Parts(Application& owner)
     : analytics({preferences, network, http, identity, *platform.systemInfo,
                  [this] { return EventEndpoint::current(folders); }}),
-      toasts([this](ToastController& controller) { return makeToastPanel(controller, platform); }, preferences,
+      toasts([this](ToastController& controller) { return std::make_unique<ToastPanel>(controller, *platform.panelWindow, *platform.systemInfo, clock); }, preferences,
              *platform.sounds, clock),
       launcher({registry, network, *platform.sounds, clock},
                [this](ToolLauncherController& controller) {
@@ -211,4 +211,8 @@ QString Application::ownerName(const HotkeyCenter::Refused& entry) const {
   if (const Tool* tool = parts_->registry.tool(entry.toolID)) return tool->name();
   const auto own = std::ranges::find(kAppShortcuts, entry.hotkey, &AppShortcut::hotkey);
   return own == kAppShortcuts.end() ? QString() : QString(own->name);
+}
+
+SettingsViewFactory Application::frequentCLIsSettings() {
+  return {};
 }
