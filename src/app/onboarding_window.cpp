@@ -73,7 +73,7 @@ QWidget* OnboardingWindow::makeWelcomeStep() {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(2 * Theme::kGrid);
   auto* logo = new QLabel;
-  logo->setPixmap(QIcon(u":/app/icons/vantle.svg"_s).pixmap(QSize(kLogo, kLogo), devicePixelRatioF()));
+  logo->setPixmap(QIcon(u":/icons/vantle.svg"_s).pixmap(QSize(kLogo, kLogo), devicePixelRatioF()));
   logo->setAlignment(Qt::AlignHCenter);
   column->addWidget(logo);
   column->addWidget(makeTitle(u"Welcome to Vantle"_s));

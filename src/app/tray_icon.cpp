@@ -1,6 +1,6 @@
 #include "app/tray_icon.h"
 
-#include <QApplication>
+#include <QEvent>
 
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/icon.h"
@@ -25,7 +25,8 @@ QString shortcutOf(AppAction action) {
 }  // namespace
 
 TrayIcon::TrayIcon(AppContext& context) : context_(context) {
-  icon_.setIcon(QIcon(u":/app/icons/vantle-tray.svg"_s));
+  followAppearance();
+  menu_.installEventFilter(this);
   icon_.setToolTip(u"Vantle"_s);
   icon_.setContextMenu(&menu_);
   connect(&menu_, &QMenu::aboutToShow, this, &TrayIcon::fillMenu);
@@ -43,6 +44,15 @@ void TrayIcon::fillMenu() {
   connect(settings, &QAction::triggered, this, [this] { context_.settingsOpener.openSettings(); });
   QAction* quit = menu_.addAction(u"Quit Vantle"_s);
   connect(quit, &QAction::triggered, this, &TrayIcon::quitChosen);
+}
+
+bool TrayIcon::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) followAppearance();
+  return QObject::eventFilter(watched, event);
+}
+
+void TrayIcon::followAppearance() {
+  icon_.setIcon(QIcon(themeOf(menu_).dark ? u":/icons/vantle-tray-light.svg"_s : u":/icons/vantle-tray-dark.svg"_s));
 }
 
 void TrayIcon::addTool(const Tool& tool) {

@@ -18,7 +18,11 @@ class TrayIcon : public QObject {
  Q_SIGNALS:
   void quitChosen();
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  void followAppearance();
   void fillMenu();
   void addTool(const Tool& tool);
 

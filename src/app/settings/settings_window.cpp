@@ -2,12 +2,11 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QListWidget>
 #include <QScreen>
 #include <QStackedWidget>
 
 #include "app/settings/pages.h"
-#include "core/ui/icon.h"
+#include "app/settings/sidebar_list.h"
 #include "core/ui/palette_panel.h"
 #include "core/ui/theme.h"
 
@@ -17,7 +16,6 @@ namespace {
 
 constexpr QSize kSize(880, 640);
 constexpr int kTabsWidth = 176;
-constexpr int kTabIcon = 18;
 
 struct TabEntry {
   SettingsTab tab;
@@ -31,33 +29,14 @@ constexpr std::array kTabs = {
     TabEntry{SettingsTab::tools, "Tools"_L1, "square.grid.3x3"_L1, makeToolsPage},
     TabEntry{SettingsTab::shortcuts, "Shortcuts"_L1, "keyboard"_L1, makeShortcutsPage},
     TabEntry{SettingsTab::notifications, "Notifications"_L1, "bell"_L1, makeNotificationsPage},
-    TabEntry{SettingsTab::launcher, "Launcher"_L1, "square.grid.3x3"_L1, makeLauncherPage},
+    TabEntry{SettingsTab::launcher, "Launcher"_L1, "macwindow.on.rectangle"_L1, makeLauncherPage},
     TabEntry{SettingsTab::privacy, "Privacy"_L1, "hand.raised"_L1, makePrivacyPage},
 };
 
-QListWidget* makeTabList(QWidget* parent) {
-  auto* list = new QListWidget(parent);
-  list->setFixedWidth(kTabsWidth);
-  list->setFrameShape(QFrame::NoFrame);
-  list->setFont(Theme::rowFont());
-  list->setIconSize({kTabIcon, kTabIcon});
-  list->setAccessibleName(u"Settings tabs"_s);
-  for (const TabEntry& entry : kTabs) {
-    auto* item = new QListWidgetItem(entry.title, list);
-    item->setSizeHint({kTabsWidth - 2 * Theme::kGrid, 36});
-  }
+SidebarList* makeTabList(QWidget* parent) {
+  auto* list = new SidebarList(u"Settings tabs"_s, kTabsWidth, parent);
+  for (const TabEntry& entry : kTabs) list->addEntry(entry.title, entry.icon);
   return list;
-}
-
-void paintTabIcons(QListWidget& list) {
-  const Theme& theme = themeOf(list);
-  for (int row = 0; row < list.count(); ++row) {
-    const QString name = kTabs.at(static_cast<std::size_t>(row)).icon;
-    QIcon icon;
-    icon.addPixmap(symbolPixmap(name, kTabIcon, theme.text, list.devicePixelRatioF()));
-    icon.addPixmap(symbolPixmap(name, kTabIcon, theme.onAccent, list.devicePixelRatioF()), QIcon::Selected);
-    list.item(row)->setIcon(icon);
-  }
 }
 
 }  // namespace
@@ -68,6 +47,7 @@ SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection
   resize(kSize);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(Theme::kGrid, Theme::kGrid, 0, 0);
+  layout->setSpacing(0);
   layout->addWidget(tabs_);
   layout->addWidget(pages_, 1);
   connect(tabs_, &QListWidget::currentRowChanged, this,
@@ -77,7 +57,6 @@ SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection
 
 void SettingsWindow::open() {
   followSelection();
-  paintTabIcons(*tabs_);
   if (const QScreen* screen = activeScreen(); screen && !isVisible())
     move(screen->availableGeometry().center() - rect().center());
   show();

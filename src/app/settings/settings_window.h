@@ -7,8 +7,8 @@
 #include "app/app_context.h"
 #include "app/settings/settings_selection.h"
 
-class QListWidget;
 class QStackedWidget;
+class SidebarList;
 
 /// The window "Settings": six tabs at the left, their pages made when first shown.
 class SettingsWindow : public QWidget {
@@ -29,7 +29,7 @@ class SettingsWindow : public QWidget {
 
   AppContext& context_;
   SettingsSelection& selection_;
-  QListWidget* tabs_;
+  SidebarList* tabs_;
   QStackedWidget* pages_;
   std::array<QWidget*, 6> made_{};
 };

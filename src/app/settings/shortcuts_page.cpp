@@ -1,28 +1,36 @@
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 #include "app/settings/pages.h"
 #include "app/settings/settings_form.h"
 #include "app/settings/shortcut_controls.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/key_caps.h"
+#include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// One tool's row: the recorder, and below the name why its combination does not work, when it does not.
-void addToolRow(SettingsSection& section, AppContext& context, const Tool& tool) {
-  section.addRow(tool.name(), {}, makeRecorder(context, tool));
-  QLabel* refusal = makeDetailLabel({});
-  section.addWide(refusal);
+/// The recorder, and below it why the combination does not work, when it does not.
+QWidget* makeShortcutControl(AppContext& context, const Tool& tool) {
+  auto* control = new QWidget;
+  auto* column = new QVBoxLayout(control);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  auto* refusal = new QLabel;
+  refusal->setFont(Theme::detailFont());
+  refusal->setAlignment(Qt::AlignRight);
+  column->addWidget(makeRecorder(context, tool));
+  column->addWidget(refusal);
   const auto follow = [refusal, &context, id = tool.id()] {
     refusal->setText(refusalText(context, id));
-    refusal->parentWidget()->updateGeometry();
     refusal->setVisible(!refusal->text().isEmpty());
   };
   QObject::connect(&context.hotkeys, &HotkeyCenter::changed, refusal, follow);
   follow();
+  return control;
 }
 
 QPushButton* makeResetButton(AppContext& context) {
@@ -38,7 +46,8 @@ QPushButton* makeResetButton(AppContext& context) {
 QWidget* makeShortcutsPage(AppContext& context, SettingsSelection&) {
   auto* page = new SettingsPage;
   SettingsSection* tools = page->addSection(u"Tools"_s);
-  for (const auto& tool : context.registry.tools()) addToolRow(*tools, context, *tool);
+  for (const auto& tool : context.registry.tools())
+    tools->addRow(tool->name(), {}, makeShortcutControl(context, *tool));
   QPushButton* reset = makeResetButton(context);
   tools->addRow(u"Defaults"_s, u"Gives every tool its first shortcut again."_s, reset);
   reset->setAccessibleName(reset->text());

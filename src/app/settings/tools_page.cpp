@@ -1,13 +1,12 @@
 #include <QHBoxLayout>
-#include <QListWidget>
 #include <QStackedWidget>
 
 #include <algorithm>
 
 #include "app/settings/pages.h"
 #include "app/settings/settings_form.h"
+#include "app/settings/sidebar_list.h"
 #include "app/settings/tool_header_view.h"
-#include "core/ui/icon.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
@@ -15,18 +14,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kListWidth = 200;
-constexpr int kIcon = 18;
 
 /// The tools at the left in registration order, the chosen one's page at the right, made when first shown.
 class ToolsPage final : public QWidget {
  public:
   ToolsPage(AppContext& context, SettingsSelection& selection)
-      : context_(context), selection_(selection), list_(new QListWidget), pages_(new QStackedWidget) {
-    list_->setFixedWidth(kListWidth);
-    list_->setFrameShape(QFrame::NoFrame);
-    list_->setFont(Theme::detailFont());
-    list_->setIconSize({kIcon, kIcon});
-    list_->setAccessibleName(u"Tools"_s);
+      : context_(context),
+        selection_(selection),
+        list_(new SidebarList(u"Tools"_s, kListWidth)),
+        pages_(new QStackedWidget) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, Theme::kGrid, 0, 0);
     layout->setSpacing(0);
@@ -37,7 +33,7 @@ class ToolsPage final : public QWidget {
       if (row >= 0) selection_.setToolID(tools().at(static_cast<std::size_t>(row))->id());
     });
     connect(&selection_, &SettingsSelection::changed, this, &ToolsPage::followSelection);
-    connect(&context.registry, &ToolRegistry::changed, this, &ToolsPage::paintRows);
+    connect(&context.registry, &ToolRegistry::changed, this, &ToolsPage::dimDisabled);
     followSelection();
   }
 
@@ -46,24 +42,15 @@ class ToolsPage final : public QWidget {
 
   void fillList() {
     for (const auto& tool : tools()) {
-      auto* item = new QListWidgetItem(tool->name(), list_);
-      item->setSizeHint({kListWidth, 34});
+      list_->addEntry(tool->name(), tool->icon());
       pages_->addWidget(new QWidget);
     }
-    paintRows();
+    dimDisabled();
   }
 
-  void paintRows() {
-    const Theme& theme = themeOf(*this);
-    for (int row = 0; row < list_->count(); ++row) {
-      const Tool& tool = *tools().at(static_cast<std::size_t>(row));
-      const QColor color = context_.registry.isEnabled(tool.id()) ? theme.text : theme.secondary;
-      QIcon icon;
-      icon.addPixmap(symbolPixmap(tool.icon(), kIcon, color, devicePixelRatioF()));
-      icon.addPixmap(symbolPixmap(tool.icon(), kIcon, theme.onAccent, devicePixelRatioF()), QIcon::Selected);
-      list_->item(row)->setIcon(icon);
-      list_->item(row)->setForeground(color);
-    }
+  void dimDisabled() {
+    for (int row = 0; row < list_->count(); ++row)
+      list_->setDimmed(row, !context_.registry.isEnabled(tools().at(static_cast<std::size_t>(row))->id()));
   }
 
   void followSelection() {
@@ -94,7 +81,7 @@ class ToolsPage final : public QWidget {
 
   AppContext& context_;
   SettingsSelection& selection_;
-  QListWidget* list_;
+  SidebarList* list_;
   QStackedWidget* pages_;
   std::map<int, bool> made_;
 };

@@ -15,6 +15,7 @@ Appearance::Appearance(const AppPreferences& preferences, DesktopApplication& de
 void Appearance::apply() {
   if (!std::exchange(watching_, true)) {
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setFont(Theme::detailFont());
     // What the platform theme says until the desktop itself has answered.
     desktopIsDark_ = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     connect(&preferences_, &StoreBase::changed, this, &Appearance::update);

@@ -66,6 +66,7 @@ void HotkeyRecorderView::follow() {
   clear_->setIcon(symbolPixmap(u"xmark.circle.fill"_s, kClearIcon, themeOf(*this).secondary, devicePixelRatioF()));
   hint_->setText(model_.hint());
   hint_->setVisible(!model_.hint().isEmpty());
+  updateGeometry();
 }
 
 bool HotkeyRecorderView::eventFilter(QObject* watched, QEvent* event) {

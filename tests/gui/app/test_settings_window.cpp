@@ -8,6 +8,8 @@
 #include "app/onboarding_window.h"
 #include "app/settings/settings_window.h"
 #include "core/ui/hotkey_recorder_view.h"
+#include "core/ui/theme.h"
+#include "core/ui/theme_palette.h"
 #include "core/ui/toggle_switch.h"
 #include "support/world.h"
 
@@ -17,7 +19,8 @@ namespace {
 
 /// A settings window over a whole core; VANTLE_SHOTS names a folder for pictures of what is tested.
 struct Stage {
-  Stage() {
+  explicit Stage(std::vector<Hotkey> taken = {}) {
+    world.hotkeyBackend.taken = std::move(taken);
     world.bootstrap();
     auto ownSounds = std::make_unique<FakeSounds>();
     sounds = ownSounds.get();
@@ -121,8 +124,7 @@ class TestSettingsWindow : public QObject {
   }
 
   void onboardingKeepsEveryStep() {
-    Stage stage;
-    stage.world.hotkeyBackend.taken = {{36, 0x1800}};
+    Stage stage({{36, 0x1800}});
     OnboardingWindow window(stage.context);
     window.open(OnboardingWindow::Step::welcome);
     QCOMPARE(window.windowTitle(), u"Welcome"_s);
@@ -148,5 +150,13 @@ class TestSettingsWindow : public QObject {
   }
 };
 
-QTEST_MAIN(TestSettingsWindow)
+int main(int argc, char** argv) {
+  const QApplication application(argc, argv);
+  QApplication::setStyle(u"Fusion"_s);
+  const bool dark = qEnvironmentVariableIsSet("VANTLE_SHOTS_DARK");
+  QApplication::setPalette(themePalette(dark ? Theme::darkTheme() : Theme::light()));
+  TestSettingsWindow test;
+  return QTest::qExec(&test, argc, argv);
+}
+
 #include "test_settings_window.moc"

@@ -1,0 +1,67 @@
+#include "app/settings/sidebar_list.h"
+
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+#include "core/ui/icon.h"
+#include "core/ui/theme.h"
+
+namespace {
+
+constexpr int kRowHeight = 34;
+constexpr int kIcon = 18;
+constexpr int kPadding = 10;
+
+enum Role { SymbolRole = Qt::UserRole, DimmedRole };
+
+class SidebarDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const Theme& theme = themeOf(*option.widget);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QColor idle = index.data(DimmedRole).toBool() ? theme.secondary : theme.text;
+    const QColor color = selected ? theme.onAccent : idle;
+    const QRect row = option.rect.adjusted(0, 1, 0, -1);
+
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(selected ? theme.selection : ground(theme, option));
+    painter->drawRoundedRect(row, Theme::kRowRadius, Theme::kRowRadius);
+    const QRect icon(row.left() + kPadding, row.center().y() - kIcon / 2 + 1, kIcon, kIcon);
+    paintSymbol(*painter, index.data(SymbolRole).toString(), icon, color);
+    painter->setPen(color);
+    painter->setFont(option.font);
+    const QRect text = row.adjusted(2 * kPadding + kIcon, 0, -kPadding, 0);
+    painter->drawText(text, Qt::AlignVCenter | Qt::TextSingleLine, index.data().toString());
+    painter->restore();
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {0, kRowHeight}; }
+
+ private:
+  static QColor ground(const Theme& theme, const QStyleOptionViewItem& option) {
+    return option.state.testFlag(QStyle::State_MouseOver) ? theme.hover : QColor(Qt::transparent);
+  }
+};
+
+}  // namespace
+
+SidebarList::SidebarList(const QString& name, int width, QWidget* parent) : QListWidget(parent) {
+  setAccessibleName(name);
+  setFixedWidth(width);
+  setFrameShape(QFrame::NoFrame);
+  setMouseTracking(true);
+  setFont(Theme::detailFont());
+  setItemDelegate(new SidebarDelegate(this));
+  viewport()->setAutoFillBackground(false);
+}
+
+void SidebarList::addEntry(const QString& title, const QString& symbol) {
+  auto* item = new QListWidgetItem(title, this);
+  item->setData(SymbolRole, symbol);
+}
+
+void SidebarList::setDimmed(int row, bool dimmed) { item(row)->setData(DimmedRole, dimmed); }

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QListWidget>
+
+/// The list at the left of a settings window: symbol and title, the chosen row in the accent, no frame.
+class SidebarList : public QListWidget {
+  Q_OBJECT
+
+ public:
+  /// `name` is for screen readers, `width` in pixels.
+  SidebarList(const QString& name, int width, QWidget* parent = nullptr);
+
+  void addEntry(const QString& title, const QString& symbol);
+  /// Rows of what is switched off are drawn in the secondary colour.
+  void setDimmed(int row, bool dimmed);
+};
