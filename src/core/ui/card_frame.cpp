@@ -39,6 +39,12 @@ QRegion roundedRegion(const QRect& card, int radius) {
 CardFrame::CardFrame(int margin, bool translucent, QWidget* parent)
     : QWidget(parent), margin_(margin), translucent_(translucent) {}
 
+void CardFrame::setTranslucent(bool translucent) {
+  if (translucent == translucent_) return;
+  translucent_ = translucent;
+  update();
+}
+
 QRect CardFrame::cardRect() const { return rect().adjusted(margin_, margin_, -margin_, -margin_); }
 
 QRegion CardFrame::cardRegion() const { return roundedRegion(cardRect(), Theme::kCardRadius); }

@@ -13,6 +13,8 @@ class CardFrame : public QWidget {
   /// `margin`: transparent pixels on every side. Without translucency the shadow is left out.
   CardFrame(int margin, bool translucent, QWidget* parent = nullptr);
 
+  void setTranslucent(bool translucent);
+
   /// The card in this widget's coordinates.
   QRect cardRect() const;
   /// The card's shape in this widget's coordinates, to cut a window to it. Jagged, but only where a pixel is less than

@@ -25,7 +25,7 @@ PalettePanel::PalettePanel(PanelWindow& native, QSize size, QWidget* parent)
       native_(native),
       translucent_(native.isTranslucencyAvailable()),
       card_(new CardFrame(Theme::kPanelMargin, translucent_, this)) {
-  setAttribute(Qt::WA_TranslucentBackground, translucent_);
+  setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_InputMethodEnabled);
   setAttribute(Qt::WA_MacAlwaysShowToolWindow);
@@ -53,6 +53,8 @@ void PalettePanel::positionOnActiveScreen() {
 void PalettePanel::present() {
   winId();
   QWindow& window = *windowHandle();
+  translucent_ = native_.isTranslucencyAvailable();
+  card_->setTranslucent(translucent_);
   window.removeEventFilter(this);
   window.installEventFilter(this);
   native_.prepare(window, PanelKind::palette);
@@ -61,7 +63,7 @@ void PalettePanel::present() {
   if (!focusWidget()) setFocus();
   cutToCard();
   watchForLoss();
-  if (!native_.takeKeyboard(window)) activateWindow();
+  native_.takeKeyboard(window);
 }
 
 void PalettePanel::dismiss() {
@@ -75,10 +77,15 @@ void PalettePanel::dismiss() {
 }
 
 void PalettePanel::cutToCard() {
-  if (!translucent_)
-    setMask(card_->cardRegion());
-  else if (windowHandle())
-    native_.setInputRegion(*windowHandle(), card_->cardRect());
+  if (!translucent_) return setMask(card_->cardRegion());
+  clearMask();
+  if (windowHandle()) native_.setInputRegion(*windowHandle(), card_->cardRect());
+}
+
+bool PalettePanel::offer(const KeyPress& press) {
+  // A modifier going down is no key press of its own.
+  const bool isNothing = press.keyCode == KeyPress::kUnknownKey && press.characters.isEmpty();
+  return !isNothing && handleKey_ && handleKey_(press);
 }
 
 // Keys meant for a child pass here first: a palette's own keys work wherever the cursor stands.

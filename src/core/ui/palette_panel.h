@@ -60,11 +60,12 @@ class PalettePanel : public QWidget {
   bool focusNextPrevChild(bool next) override;
 
  private:
-  bool offer(const KeyPress& press) { return handleKey_ && handleKey_(press); }
+  bool offer(const KeyPress& press);
   void cutToCard();
   void watchForLoss();
 
   PanelWindow& native_;
+  /// Asked anew at each show: a compositor may start after we did.
   bool translucent_;
   CardFrame* card_;
   KeyHandler handleKey_;

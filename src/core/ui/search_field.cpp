@@ -39,7 +39,7 @@ QAccessibleInterface* accessibleSearchField(const QString&, QObject* object) {
 
 }  // namespace
 
-SearchField::SearchField(QString placeholder, QWidget* parent) : QWidget(parent), symbol_(u"magnifyingglass"_s) {
+SearchField::SearchField(const QString& placeholder, QWidget* parent) : QWidget(parent), symbol_(u"magnifyingglass"_s) {
   static const bool installed = (QAccessible::installFactory(accessibleSearchField), true);
   Q_UNUSED(installed)
   setPlaceholder(placeholder);

@@ -10,7 +10,7 @@ class SearchField : public QWidget {
  public:
   static constexpr int kHeight = 56;
 
-  explicit SearchField(QString placeholder, QWidget* parent = nullptr);
+  explicit SearchField(const QString& placeholder, QWidget* parent = nullptr);
 
   const QString& text() const { return text_; }
   void setText(const QString& text);

@@ -71,7 +71,7 @@ std::vector<ToastContent> samples(const Theme& theme) {
 struct Stage {
   explicit Stage(const ToastContent& content, QWidget* parent)
       : controller([](ToastController&) { return std::make_unique<FakeToastSurface>(); }, preferences, sounds, clock),
-        view(new ToastView(controller, clock, ToastMotion::none, true)) {
+        view(new ToastView(controller, clock)) {
     view->setParent(parent);
     view->resize(ToastPanel::kSize);
     controller.show(content, content.showsSpinner ? 120s : 8s);

@@ -15,19 +15,15 @@ namespace {
 /// How far the transparent panel reaches over the visible frame's upper edge.
 constexpr int kOverlap = 4;
 
-ToastMotion motion(const SystemInfo& system, bool translucent) {
-  return translucent && !system.isMotionReduced() ? ToastMotion::full : ToastMotion::none;
-}
-
 }  // namespace
 
 ToastPanel::ToastPanel(ToastController& controller, PanelWindow& native, const SystemInfo& system, Clock& clock)
     : QWidget(nullptr, native.windowFlags(PanelKind::toast)),
       native_(native),
+      system_(system),
       model_(controller.model()),
-      translucent_(native.isTranslucencyAvailable()),
-      view_(new ToastView(controller, clock, motion(system, translucent_), translucent_)) {
-  setAttribute(Qt::WA_TranslucentBackground, translucent_);
+      view_(new ToastView(controller, clock)) {
+  setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_X11DoNotAcceptFocus);
   setAttribute(Qt::WA_MacAlwaysShowToolWindow);
@@ -37,12 +33,19 @@ ToastPanel::ToastPanel(ToastController& controller, PanelWindow& native, const S
   connect(view_, &ToastView::cardMoved, this, &ToastPanel::shape);
 }
 
+void ToastPanel::place() {
+  const QScreen* screen = activeScreen();
+  if (!screen) return;
+  const QRectF available = screen->availableGeometry();
+  const double x = available.left() + available.width() * 0.5 - kSize.width() * 0.5;
+  move(static_cast<int>(std::lround(x)), static_cast<int>(available.top()) - kOverlap);
+}
+
 void ToastPanel::orderFront() {
-  if (const QScreen* screen = activeScreen()) {
-    const QRectF available = screen->availableGeometry();
-    const double x = available.left() + available.width() * 0.5 - kSize.width() * 0.5;
-    move(static_cast<int>(std::lround(x)), static_cast<int>(available.top()) - kOverlap);
-  }
+  translucent_ = native_.isTranslucencyAvailable();
+  const bool moves = translucent_ && !system_.isMotionReduced();
+  view_->setLook(moves ? ToastMotion::full : ToastMotion::none, translucent_);
+  place();
   winId();
   native_.prepare(*windowHandle(), PanelKind::toast);
   show();
@@ -59,6 +62,7 @@ void ToastPanel::shape() {
     setMask(model_.isShown() ? roundedRegion(card, Theme::kCardRadius) : nothing);
     return;
   }
+  clearMask();
   const QRegion region = model_.isShown() ? QRegion(card) : QRegion();
   if (!windowHandle() || region == inputRegion_) return;
   inputRegion_ = region;

@@ -24,11 +24,14 @@ class ToastPanel final : public QWidget, public ToastSurface {
   void orderOut() override { hide(); }
 
  private:
+  void place();
   void shape();
 
   PanelWindow& native_;
+  const SystemInfo& system_;
   ToastModel& model_;
-  bool translucent_;
+  /// Asked anew whenever a toast comes: a compositor may start after we did.
+  bool translucent_ = true;
   ToastView* view_;
   QRegion inputRegion_;
 };

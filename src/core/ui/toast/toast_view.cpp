@@ -63,13 +63,8 @@ ScrollStep scrollStep(const QWheelEvent& event) {
 
 }  // namespace
 
-ToastView::ToastView(ToastController& controller, Clock& clock, ToastMotion motion, bool translucent)
-    : controller_(controller),
-      model_(controller.model()),
-      clock_(clock),
-      motion_(motion),
-      translucent_(translucent),
-      close_(new CloseButton(this)) {
+ToastView::ToastView(ToastController& controller, Clock& clock)
+    : controller_(controller), model_(controller.model()), clock_(clock), close_(new CloseButton(this)) {
   static const bool installed = (QAccessible::installFactory(accessibleToast), true);
   Q_UNUSED(installed)
   setMouseTracking(true);
@@ -81,6 +76,11 @@ ToastView::ToastView(ToastController& controller, Clock& clock, ToastMotion moti
   connect(&model_, &ToastModel::toastChanged, this, &ToastView::takeToast);
   connect(&model_, &ToastModel::shownChanged, this, &ToastView::takeShown);
   connect(close_, &QAbstractButton::clicked, this, [this] { controller_.dismiss(true); });
+}
+
+void ToastView::setLook(ToastMotion motion, bool translucent) {
+  motion_ = motion;
+  translucent_ = translucent;
 }
 
 QRect ToastView::cardRect() const {

@@ -20,7 +20,10 @@ class ToastView : public QWidget {
   Q_OBJECT
 
  public:
-  ToastView(ToastController& controller, Clock& clock, ToastMotion motion, bool translucent);
+  ToastView(ToastController& controller, Clock& clock);
+
+  /// For the toasts that follow. Without translucency the card has no shadow and does not fade.
+  void setLook(ToastMotion motion, bool translucent);
 
   /// The card where it is now, on its way in or out included.
   QRect cardRect() const;
@@ -58,8 +61,8 @@ class ToastView : public QWidget {
   ToastController& controller_;
   ToastModel& model_;
   Clock& clock_;
-  ToastMotion motion_;
-  bool translucent_;
+  ToastMotion motion_ = ToastMotion::none;
+  bool translucent_ = true;
   Drawn current_;
   std::optional<Drawn> previous_;
   /// 0 away, 1 in place.
