@@ -20,7 +20,15 @@ void nameApplication() {
   QCoreApplication::setApplicationVersion(QStringLiteral(VANTLE_VERSION));
 }
 
-bool startInBackground() { return QProcess::startDetached(QCoreApplication::applicationFilePath(), {}); }
+/// With streams of its own: whoever reads what the command prints would wait for the application's end otherwise.
+bool startInBackground() {
+  QProcess process;
+  process.setProgram(QCoreApplication::applicationFilePath());
+  process.setStandardInputFile(QProcess::nullDevice());
+  process.setStandardOutputFile(QProcess::nullDevice());
+  process.setStandardErrorFile(QProcess::nullDevice());
+  return process.startDetached();
+}
 
 int runCommand(const QStringList& arguments, bool hasDisplay) {
   QTextStream out(stdout);

@@ -116,12 +116,26 @@ class WithDisplay(unittest.TestCase):
                 kept = application.folder / "FrequentCLIs" / "commands.json.corrupt"
                 self.assertEqual(kept.read_bytes() if kept.exists() else b"", contents, "what was there is kept")
 
-    def test_nothing_but_plain_files_is_read_or_replaced(self):
-        for kind, (spoil, is_untouched) in BAD_PLACES.items():
+    def test_only_plain_files_are_read(self):
+        for kind, spoil in BAD_PLACES.items():
             with self.subTest(kind):
-                application = self.run_over(spoil)
-                for name in FILES:
-                    self.assertTrue(is_untouched(application.folder / name), name)
+                self.run_over(spoil)
+
+    def test_a_folder_in_a_files_place_is_kept(self):
+        folder = self.run_over(make_folder).folder
+        kept = sorted(path.relative_to(folder).parts[-2].split(".json")[0] for path in folder.rglob("mine"))
+        self.assertEqual(kept, ["app-settings", "commands", "settings"])
+
+    def test_works_where_nothing_can_be_saved(self):
+        # Nobody, root included, makes a folder in there.
+        self.application.environment["XDG_DATA_HOME"] = "/proc"
+        self.start()
+        until("the failure is logged", lambda: "CommandStore save failed: " in self.application.log())
+        self.desktop.press("Ctrl+Alt+Space")
+        until("the launcher is shown", lambda: self.desktop.windows_of(self.application.pid))
+        self.desktop.press("Ctrl+Alt+Return")
+        until("the failure is logged", lambda: "SettingsStore save failed: " in self.application.log())
+        self.assertTrue(self.application.is_running())
 
     def run_over(self, spoil):
         """Spoils every file, then starts, uses and ends the program, which must all work."""
@@ -156,9 +170,9 @@ def make_folder(path):
 
 
 BAD_PLACES = {
-    "a folder": (make_folder, lambda path: (path / "mine").read_text() == "keep"),
-    "a device": (lambda path: path.symlink_to("/dev/zero"), lambda path: True),
-    "a loop": (lambda path: path.symlink_to(path), lambda path: True),
+    "a device": lambda path: path.symlink_to("/dev/zero"),
+    "a pipe": os.mkfifo,
+    "a loop": lambda path: path.symlink_to(path),
 }
 
 
