@@ -21,6 +21,8 @@
 #include "tools/frequent_clis/cli_palette_controller.h"
 #include "tools/frequent_clis/cli_palette_window.h"
 #include "tools/frequent_clis/command_store.h"
+#include "tools/frequent_clis/focused_command.h"
+#include "tools/frequent_clis/frequent_clis_settings_view.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
 
@@ -61,6 +63,7 @@ struct Application::Parts {
   AppContext context;
   CLIPaletteController cliPalette;
   SettingsSelection selection;
+  FocusedCommand focusedCommand;
   AppDelegate delegate;
   AppServer server;
   TrayIcon tray{context};
@@ -71,8 +74,11 @@ struct Application::Parts {
 Application::Parts::Parts(Application& owner)
     : analytics({preferences, network, http, identity, *platform.systemInfo,
                  [this] { return EventEndpoint::current(folders); }}),
-      toasts([this](ToastController& controller) { return std::make_unique<ToastPanel>(controller, *platform.panelWindow, *platform.systemInfo, clock); }, preferences,
-             *platform.sounds, clock),
+      toasts(
+          [this](ToastController& controller) {
+            return std::make_unique<ToastPanel>(controller, *platform.panelWindow, *platform.systemInfo, clock);
+          },
+          preferences, *platform.sounds, clock),
       launcher({registry, network, *platform.sounds, clock},
                [this](ToolLauncherController& controller) {
                  return std::make_unique<ToolLauncherPanel>(
@@ -111,6 +117,12 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       qFatal("The tool %s is neither built nor a placeholder", info.id.data());
   }
   return tools;
+}
+
+SettingsViewFactory Application::frequentCLIsSettings() {
+  return [this](QWidget* parent) {
+    return new FrequentCLIsSettingsView(parts_->commands, parts_->focusedCommand, parent);
+  };
 }
 
 AppDelegate::Effects Application::effects() {
@@ -155,7 +167,7 @@ void Application::openToolSettings(const QString& toolID) {
 }
 
 void Application::openCommandSettings(const QUuid& commandID) {
-  parts_->selection.focusCommand(commandID);
+  parts_->focusedCommand.set(commandID);
   openToolSettings(kFrequentCLIsID);
 }
 
@@ -211,8 +223,4 @@ QString Application::ownerName(const HotkeyCenter::Refused& entry) const {
   if (const Tool* tool = parts_->registry.tool(entry.toolID)) return tool->name();
   const auto own = std::ranges::find(kAppShortcuts, entry.hotkey, &AppShortcut::hotkey);
   return own == kAppShortcuts.end() ? QString() : QString(own->name);
-}
-
-SettingsViewFactory Application::frequentCLIsSettings() {
-  return {};
 }

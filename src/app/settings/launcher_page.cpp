@@ -1,7 +1,7 @@
 #include <QComboBox>
-#include <QListWidget>
 #include <QPushButton>
 
+#include "app/settings/arrange_list.h"
 #include "app/settings/pages.h"
 #include "app/settings/settings_form.h"
 
@@ -20,62 +20,6 @@ QComboBox* makeSortBox(ToolRegistry& registry) {
   return box;
 }
 
-/// The grid as a list: drag a row to move the tool, tick it to pin it.
-class ArrangeList final : public QListWidget {
- public:
-  explicit ArrangeList(ToolRegistry& registry) : registry_(registry) {
-    setDragDropMode(QAbstractItemView::InternalMove);
-    setFrameShape(QFrame::NoFrame);
-    setAccessibleName(u"Order of the grid"_s);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    connect(&registry, &ToolRegistry::changed, this, &ArrangeList::follow);
-    connect(this, &QListWidget::itemChanged, this, &ArrangeList::pinChanged);
-    follow();
-  }
-
- protected:
-  void dropEvent(QDropEvent* event) override {
-    QListWidget::dropEvent(event);
-    settle();
-  }
-
- private:
-  void follow() {
-    const QSignalBlocker blocker(this);
-    const int current = currentRow();
-    clear();
-    for (const ToolItem& entry : registry_.items()) {
-      auto* item = new QListWidgetItem(entry.tool->name(), this);
-      item->setData(Qt::UserRole, entry.id());
-      item->setSizeHint({0, 32});
-      item->setCheckState(registry_.isPinned(entry.id()) ? Qt::Checked : Qt::Unchecked);
-    }
-    setCurrentRow(current);
-    setFixedHeight(32 * count() + 4);
-  }
-
-  /// Takes the list's order over into the registry: pinned ids first, as the grid shows them.
-  void settle() {
-    QStringList pinned;
-    QStringList rest;
-    for (int index = 0; index < count(); ++index) {
-      const QString id = item(index)->data(Qt::UserRole).toString();
-      (registry_.isPinned(id) ? pinned : rest).append(id);
-    }
-    // After the drop has been finished by the view, which still holds items.
-    QMetaObject::invokeMethod(
-        this, [this, pinned, rest] { registry_.applyManualOrder(pinned, rest); }, Qt::QueuedConnection);
-  }
-
-  void pinChanged(const QListWidgetItem* item) {
-    const QString id = item->data(Qt::UserRole).toString();
-    if ((item->checkState() == Qt::Checked) == registry_.isPinned(id)) return;
-    QMetaObject::invokeMethod(this, [this, id] { registry_.togglePin(id); }, Qt::QueuedConnection);
-  }
-
-  ToolRegistry& registry_;
-};
-
 }  // namespace
 
 QWidget* makeLauncherPage(AppContext& context, SettingsSelection&) {
@@ -87,6 +31,7 @@ QWidget* makeLauncherPage(AppContext& context, SettingsSelection&) {
   grid->addWide(new ArrangeList(context.registry));
   page->addNote(
       u"Drag to reorder (switches to Manual). Pinned tools always lead the grid — and the 1–9 keys follow the order."_s);
+  page->addNote(u"Double-click pins or unpins; from the keyboard ⌘↑ and ⌘↓ move a tool, ⌘P pins it."_s);
   auto* reset = new QPushButton(u"Reset Arrangement"_s);
   QObject::connect(reset, &QPushButton::clicked, reset, [&context] { context.registry.resetArrangement(); });
   SettingsSection* defaults = page->addSection({});

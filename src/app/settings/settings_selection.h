@@ -1,9 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QUuid>
-
-#include <utility>
 
 #include "core/presenters/settings_opener.h"
 
@@ -16,13 +13,6 @@ class SettingsSelection : public QObject {
   /// The tool whose page the tools tab shows; empty for the first.
   const QString& toolID() const { return toolID_; }
 
-  /// The command that the Frequent CLIs page is to focus; null for none. Taken once.
-  QUuid takeFocusedCommand() { return std::exchange(focusedCommand_, QUuid()); }
-
-  void focusCommand(const QUuid& id) {
-    focusedCommand_ = id;
-    Q_EMIT commandFocused();
-  }
   void setTab(SettingsTab tab) {
     tab_ = tab;
     Q_EMIT changed();
@@ -34,11 +24,8 @@ class SettingsSelection : public QObject {
 
  Q_SIGNALS:
   void changed();
-  /// A command waits to be focused.
-  void commandFocused();
 
  private:
   SettingsTab tab_ = SettingsTab::general;
   QString toolID_;
-  QUuid focusedCommand_;
 };
