@@ -18,10 +18,10 @@ bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const
   neutralKey_ = neutralKey;
   lifted_.clear();
   keyboard_.takeForeignKeys();
-  waitForUser(map, kWaitForUser, stop);
   // A modifier that goes down and up alone means something to many programs (Alt opens a menu, Super a launcher); a key
   // in between makes it part of a chord. It also makes XTEST the current keyboard before the first character.
   keyboard_.tap(neutralKey_);
+  waitForUser(map, kWaitForUser, stop);
   releaseKeys(map);
   // XTEST may have keys of an earlier run down that the user's own keyboard has released since.
   keyboard_.release(map.shiftKey());

@@ -1,5 +1,7 @@
 #include "platform/x11/x11_typist.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -116,11 +118,9 @@ void X11Typist::pressKey(const PressKey& key) {
   }
   xcb_keycode_t code = map_->findSymbol(known->keysym);
   if (code == 0) code = static_cast<xcb_keycode_t>(known->position);
-  constexpr xcb_keycode_t control = 37;
-  constexpr xcb_keycode_t alt = 64;
   std::vector<xcb_keycode_t> held;
-  if (key.carbonModifiers & (carbon::kControl | carbon::kCommand)) held.push_back(control);
-  if (key.carbonModifiers & carbon::kOption) held.push_back(alt);
+  if (key.carbonModifiers & (carbon::kControl | carbon::kCommand)) held.push_back(map_->findSymbol(XKB_KEY_Control_L));
+  if (key.carbonModifiers & carbon::kOption) held.push_back(map_->findSymbol(XKB_KEY_Alt_L));
   if (key.carbonModifiers & carbon::kShift) held.push_back(map_->shiftKey());
   for (const xcb_keycode_t modifier : held) keyboard_->press(modifier);
   keyboard_->tap(code);
@@ -135,7 +135,7 @@ bool X11Typist::lend(const std::vector<TypingStep>& steps, std::size_t step, std
   const auto characters = missingFrom(steps, step, offset, borrowed_.capacity(next));
   if (characters.empty()) return false;
   watchFocused();
-  waitUntilRead(next);
+  waitUntilRead();
   readsAtChange_ = reads_ ? reads_->count() : 0;
   if (!borrowed_.fill(next, characters)) {
     qCWarning(lcTyping) << "The server refused a change of the keyboard's map";
@@ -164,7 +164,7 @@ std::vector<char32_t> X11Typist::missingFrom(const std::vector<TypingStep>& step
 
 /// A bank that was typed with before the last change may be refilled once the program has read the map since that
 /// change: it has then looked at all keys typed before.
-void X11Typist::waitUntilRead(std::size_t) {
+void X11Typist::waitUntilRead() {
   if (!borrowed_.isLending()) return;
   if (!reads_ || !reads_->waitForMore(readsAtChange_, kLongestRead))
     pacing::sleep(kBlindWait);

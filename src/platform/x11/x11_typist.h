@@ -46,7 +46,7 @@ class X11Typist {
   bool lend(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset);
   std::vector<char32_t> missingFrom(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset,
                                     std::size_t most) const;
-  void waitUntilRead(std::size_t bank);
+  void waitUntilRead();
   void settle();
   void watchFocused();
   xcb_window_t focusedWindow() const;

@@ -1,5 +1,5 @@
-// A Qt editor with a menu bar, for typing into. Answers each line on stdin with its text: the length in bytes, a newline,
-// the bytes; the line "clear" empties it first.
+// A Qt editor with a menu bar, for typing into. Answers each line on stdin with its text: the length in bytes, a
+// newline, the bytes; the line "clear" empties it first.
 
 #include <QApplication>
 #include <QMainWindow>

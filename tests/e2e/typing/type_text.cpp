@@ -16,7 +16,8 @@ using namespace Qt::StringLiterals;
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
   QCommandLineParser parser;
-  parser.addOptions({{u"return"_s, u"press Return at the end"_s}, {u"chord"_s, u"press Command and this key"_s, u"code"_s}});
+  parser.addOptions(
+      {{u"return"_s, u"press Return at the end"_s}, {u"chord"_s, u"press Command and this key"_s, u"code"_s}});
   parser.process(app);
 
   QFile input;
