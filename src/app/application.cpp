@@ -27,8 +27,11 @@
 #include "tools/keystrokes/keystroke_sender.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+constexpr auto kWarmUpDelay = 400ms;
 
 /// Moves an earlier folder into place before the first store reads from it: what it holds would be lost otherwise.
 Folders migratedFolders() {
@@ -67,6 +70,7 @@ struct Application::Parts {
   AppDelegate delegate;
   AppServer server;
   TrayIcon tray{context};
+  Job warmUp = Job::start();
   std::unique_ptr<SettingsWindow> settingsWindow;
   std::unique_ptr<OnboardingWindow> onboarding;
 };
@@ -103,6 +107,11 @@ bool Application::start() {
   if (!parts_->server.listen()) return false;
   parts_->delegate.didFinishLaunching(makeTools());
   parts_->tray.show();
+  // The first press of a shortcut should not have to make the window: that is done when the start is over.
+  parts_->clock.after(kWarmUpDelay, parts_->warmUp, [this] {
+    parts_->cliPalette.prepare();
+    parts_->launcher.prepare();
+  });
   return true;
 }
 

@@ -1,20 +1,18 @@
 #include "core/ui/appearance.h"
 
 #include <QApplication>
-#include <QStyleFactory>
 
+#include "core/ui/control_style.h"
 #include "core/ui/theme.h"
 #include "core/ui/theme_palette.h"
 #include "platform/desktop_application.h"
-
-using namespace Qt::StringLiterals;
 
 Appearance::Appearance(const AppPreferences& preferences, DesktopApplication& desktop)
     : preferences_(preferences), desktop_(desktop) {}
 
 void Appearance::apply() {
   if (!std::exchange(watching_, true)) {
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setStyle(new ControlStyle);
     QApplication::setFont(Theme::detailFont());
     // What the platform theme says until the desktop itself has answered.
     desktopIsDark_ = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;

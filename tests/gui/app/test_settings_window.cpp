@@ -7,6 +7,7 @@
 
 #include "app/onboarding_window.h"
 #include "app/settings/settings_window.h"
+#include "core/ui/control_style.h"
 #include "core/ui/hotkey_recorder_view.h"
 #include "core/ui/theme.h"
 #include "core/ui/theme_palette.h"
@@ -152,7 +153,7 @@ class TestSettingsWindow : public QObject {
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
-  QApplication::setStyle(u"Fusion"_s);
+  QApplication::setStyle(new ControlStyle);
   const bool dark = qEnvironmentVariableIsSet("VANTLE_SHOTS_DARK");
   QApplication::setPalette(themePalette(dark ? Theme::darkTheme() : Theme::light()));
   TestSettingsWindow test;

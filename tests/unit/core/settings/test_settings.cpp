@@ -4,6 +4,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <memory>
 
 #include "core/settings/app_preferences.h"
@@ -13,6 +17,27 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace {
+
+/// No file of this process may grow while this lives: what a full disk does, without one.
+class SmallestFiles {
+ public:
+  SmallestFiles() {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit none{0, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &none);
+  }
+  ~SmallestFiles() { setrlimit(RLIMIT_FSIZE, &before_); }
+  SmallestFiles(const SmallestFiles&) = delete;
+  SmallestFiles& operator=(const SmallestFiles&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+}  // namespace
 
 class TestSettings : public QObject {
   Q_OBJECT
@@ -107,6 +132,39 @@ class TestSettings : public QObject {
     store.update([](AppSettings& settings) { settings.privacyAccepted = true; });
     preferences.update([](Preferences& values) { values.swipeToDismiss = false; });
     QVERIFY(store.value().privacyAccepted && !preferences.value().swipeToDismiss);
+  }
+
+  void fullDiskLeavesTheOldFileWhole() {
+    SettingsStore store(path_);
+    store.update([](AppSettings& settings) { settings.toolSortMode = u"recent"_s; });
+    const QByteArray old = readFile(path_);
+    {
+      const SmallestFiles fullDisk;
+      QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^SettingsStore save failed: "_s));
+      store.update([](AppSettings& settings) { settings.toolSortMode = u"manual"_s; });
+    }
+    QCOMPARE(readFile(path_), old);
+    QCOMPARE(QDir(directory_->path()).entryList(QDir::Files).size(), 1);
+    store.update([](AppSettings& settings) { settings.privacyAccepted = true; });
+    QCOMPARE(SettingsStore(path_).value().toolSortMode, u"manual"_s);
+  }
+
+  void unreadableFileAndReadOnlyFolderLoseNothing() {
+    if (geteuid() == 0) QSKIP("root may read and write everything");
+    writeFile(path_, R"({"toolSortMode":"recent"})");
+    QFile::setPermissions(path_, QFile::Permissions());
+    SettingsStore unreadable(path_);
+    QVERIFY(unreadable.value().toolSortMode.isEmpty());
+    unreadable.update([](AppSettings& settings) { settings.privacyAccepted = true; });
+    QFile::setPermissions(path_ + u".corrupt"_s, QFile::ReadOwner);
+    QVERIFY(readFile(path_ + u".corrupt"_s).contains("recent"));
+
+    const QByteArray before = readFile(path_);
+    QFile::setPermissions(directory_->path(), QFile::ReadOwner | QFile::ExeOwner);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^SettingsStore save failed: "_s));
+    unreadable.update([](AppSettings& settings) { settings.toolSortMode = u"manual"_s; });
+    QFile::setPermissions(directory_->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(readFile(path_), before);
   }
 
   void preferencesHaveTheirDefaultsAndBounds() {
