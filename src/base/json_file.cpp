@@ -2,16 +2,13 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <filesystem>
 #include <system_error>
 
-#include "base/folder.h"
+#include "base/atomic_file.h"
 
 namespace {
-
-constexpr auto kFileMode = QFile::ReadOwner | QFile::WriteOwner;
 
 QString freeCorruptName(const QString& path) {
   const QString first = path + QStringLiteral(".corrupt");
@@ -48,17 +45,10 @@ std::expected<QByteArray, FileError> JsonFile::readBytes() {
 }
 
 std::expected<void, FileError> JsonFile::write(const QJsonDocument& document) {
-  if (!makePrivateFolder(QFileInfo(path_).path()))
-    return std::unexpected(FileError{path_, QStringLiteral("the folder cannot be created")});
   if (keepOld_) {
     if (auto kept = setAside(); !kept) return kept;
   }
-  QSaveFile file(path_);
-  if (!file.open(QIODevice::WriteOnly)) return std::unexpected(FileError{path_, file.errorString()});
-  file.setPermissions(kFileMode);
-  file.write(document.toJson(QJsonDocument::Indented));
-  if (!file.commit()) return std::unexpected(FileError{path_, file.errorString()});
-  return {};
+  return writeFileAtomically(path_, document.toJson(QJsonDocument::Indented));
 }
 
 std::expected<void, FileError> JsonFile::setAside() {

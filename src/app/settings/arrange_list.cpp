@@ -16,6 +16,7 @@ constexpr int kIDRole = Qt::UserRole + 16;
 }  // namespace
 
 ArrangeList::ArrangeList(ToolRegistry& registry) : SidebarList(u"Order of the grid"_s, kWidth), registry_(registry) {
+  setMaximumWidth(QWIDGETSIZE_MAX);
   setDragDropMode(QAbstractItemView::InternalMove);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   connect(&registry, &ToolRegistry::changed, this, &ArrangeList::follow);

@@ -2,10 +2,9 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QUuid>
 
-#include "base/folder.h"
+#include "base/atomic_file.h"
 #include "base/logging.h"
 
 namespace {
@@ -19,15 +18,6 @@ QString readID(const QString& path) {
   return QString::fromUtf8(file.read(kMaximumSize)).trimmed();
 }
 
-bool writeID(const QString& path, const QString& id) {
-  if (!makePrivateFolder(QFileInfo(path).path())) return false;
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly)) return false;
-  file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-  file.write(id.toUtf8());
-  return file.commit();
-}
-
 }  // namespace
 
 const QString& InstallIdentity::id() {
@@ -35,7 +25,8 @@ const QString& InstallIdentity::id() {
   id_ = readID(path_);
   if (id_.isEmpty()) {
     id_ = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    if (!writeID(path_, id_)) qCWarning(lcSettings).noquote() << "InstallIdentity save failed:" << path_;
+    if (const auto saved = writeFileAtomically(path_, id_.toUtf8()); !saved)
+      qCWarning(lcSettings).noquote() << "InstallIdentity save failed:" << saved.error().description();
   }
   return id_;
 }

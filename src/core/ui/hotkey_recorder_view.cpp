@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kButtonWidth = 132;
+constexpr int kButtonHeight = 26;
 constexpr int kClearIcon = 16;
 
 }  // namespace
@@ -28,7 +29,7 @@ HotkeyRecorderView::HotkeyRecorderView(HotkeyRecorderModel::Services services, c
       button_(new QPushButton(this)),
       clear_(new QToolButton(this)),
       hint_(new QLabel(this)) {
-  button_->setFixedWidth(kButtonWidth);
+  button_->setFixedSize(kButtonWidth, kButtonHeight);
   button_->setAutoDefault(false);
   button_->installEventFilter(this);
   clear_->setAutoRaise(true);
