@@ -1,5 +1,7 @@
 #include "platform/x11/x11_panel_window.h"
 
+#include <xcb/shape.h>
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QTimer>
@@ -79,6 +81,20 @@ void X11PanelWindow::stopWatching(QWindow& window) {
 
 bool X11PanelWindow::isTranslucencyAvailable() const {
   return selectionOwner(session_, compositorSelection_) != XCB_WINDOW_NONE;
+}
+
+void X11PanelWindow::setInputRegion(QWindow& window, const QRegion& region) {
+  const double ratio = window.devicePixelRatio();
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const QRect& rect : region) {
+    const QRect pixels = QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio).toAlignedRect();
+    rectangles.push_back({static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
+                          static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height())});
+  }
+  xcb_shape_rectangles(session_.connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+                       static_cast<xcb_window_t>(window.winId()), 0, 0, static_cast<std::uint32_t>(rectangles.size()),
+                       rectangles.data());
+  xcb_flush(session_.connection);
 }
 
 bool X11PanelWindow::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
