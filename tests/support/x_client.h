@@ -113,6 +113,19 @@ class XClient {
     return reply ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
   }
 
+  /// Makes the own window the owner of a selection.
+  void own(QByteArrayView selection) {
+    xcb_set_selection_owner(connection_, window_, atom(selection), XCB_CURRENT_TIME);
+    sync();
+  }
+  /// Sets a property of the own window.
+  void setProperty(QByteArrayView name, const QByteArray& bytes) {
+    const auto property = atom(name);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, property, property, 8,
+                        static_cast<std::uint32_t>(bytes.size()), bytes.constData());
+    sync();
+  }
+
   /// Keys and buttons that the own window has got since it was opened.
   const std::vector<xcb_keycode_t>& keysReceived() {
     collect();

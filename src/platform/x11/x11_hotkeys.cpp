@@ -8,6 +8,7 @@
 #include "base/logging.h"
 #include "platform/carbon_modifiers.h"
 #include "platform/x11/x11_raw_input.h"
+#include "platform/x11/xcb_reply.h"
 
 namespace {
 
@@ -36,7 +37,7 @@ std::uint16_t x11Modifiers(std::uint32_t carbonModifiers) {
 }
 
 bool isDown(xcb_connection_t* connection, xcb_keycode_t code) {
-  const XcbOwned<xcb_query_keymap_reply_t> reply(
+  const XcbReply<xcb_query_keymap_reply_t> reply(
       xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
   return reply && (reply->keys[code / 8] & (1 << (code % 8))) != 0;
 }
@@ -93,7 +94,7 @@ std::expected<void, HotkeyRefusal> X11Hotkeys::take(const Grab& grab) {
   });
   std::uint8_t refusal = 0;
   for (const auto cookie : cookies)
-    if (const XcbOwned<xcb_generic_error_t> error(xcb_request_check(session_.connection, cookie)); error)
+    if (const XcbReply<xcb_generic_error_t> error(xcb_request_check(session_.connection, cookie)); error)
       refusal = error->error_code;
   if (refusal == 0) return {};
   give(grab);

@@ -6,6 +6,7 @@
 
 #include "platform/key_codes.h"
 #include "platform/x11/x11_session.h"
+#include "platform/x11/xcb_reply.h"
 #include "platform/x11/xcb_xkb.h"
 
 namespace {
@@ -25,7 +26,7 @@ X11KeyMap::Map readMap(const X11Session& session) {
 
 xkb_layout_index_t readLayout(const X11Session& session) {
   const auto cookie = xcb_xkb_get_state(session.connection, XCB_XKB_ID_USE_CORE_KBD);
-  const XcbOwned<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(session.connection, cookie, nullptr));
+  const XcbReply<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(session.connection, cookie, nullptr));
   return reply ? reply->group : 0;
 }
 

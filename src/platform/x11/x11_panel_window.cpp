@@ -10,6 +10,7 @@
 
 #include "base/logging.h"
 #include "platform/x11/x11_raw_input.h"
+#include "platform/x11/xcb_reply.h"
 
 using namespace std::chrono_literals;
 
@@ -65,7 +66,7 @@ void X11PanelWindow::releaseKeyboard(QWindow& window) {
   retry_.cancel();
   // Waits for the server, so that keys synthesized on another connection find the user's window.
   const auto cookie = xcb_ungrab_keyboard_checked(session_.connection, XCB_CURRENT_TIME);
-  const XcbOwned<xcb_generic_error_t> error(xcb_request_check(session_.connection, cookie));
+  const XcbReply<xcb_generic_error_t> error(xcb_request_check(session_.connection, cookie));
 }
 
 void X11PanelWindow::watchKeyboardLoss(QWindow& window, const QRect& card, std::function<void()> lost) {
@@ -110,7 +111,7 @@ bool X11PanelWindow::nativeEventFilter(const QByteArray&, void* message, qintptr
 bool X11PanelWindow::grab() {
   const auto cookie = xcb_grab_keyboard(session_.connection, false, static_cast<xcb_window_t>(holder_->winId()),
                                         XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-  const XcbOwned<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(session_.connection, cookie, nullptr));
+  const XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(session_.connection, cookie, nullptr));
   return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 

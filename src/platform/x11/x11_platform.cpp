@@ -1,18 +1,26 @@
 #include "platform/platform.h"
+#include "platform/x11/x11_desktop_application.h"
 #include "platform/x11/x11_hotkeys.h"
-#include "platform/x11/x11_panel_window.h"
-#include "platform/x11/x11_raw_input.h"
-
 #include "platform/x11/x11_key_events.h"
-namespace { struct Yes : Permissions { bool isAccessibilityTrusted() const override { return true; } void promptForAccessibility() override {} }; }
+#include "platform/x11/x11_network_path.h"
+#include "platform/x11/x11_panel_window.h"
+#include "platform/x11/x11_permissions.h"
+#include "platform/x11/x11_raw_input.h"
+#include "platform/x11/x11_sounds.h"
+#include "platform/x11/x11_system_info.h"
+
 Platform makePlatform() {
   Platform platform = makeNullPlatform();
   const X11Session session = currentX11Session();
   if (session.connection == nullptr) return platform;
   const auto rawInput = std::make_shared<X11RawInput>(session);
   platform.hotkeys = std::make_unique<X11Hotkeys>(session, rawInput);
-  platform.panelWindow = std::make_unique<X11PanelWindow>(session, rawInput);
   platform.keyEvents = makeX11KeyEvents();
-  platform.permissions = std::make_unique<Yes>();
+  platform.panelWindow = std::make_unique<X11PanelWindow>(session, rawInput);
+  platform.permissions = std::make_unique<X11Permissions>(session);
+  platform.networkPath = std::make_unique<X11NetworkPath>();
+  platform.sounds = std::make_unique<X11Sounds>(session);
+  platform.systemInfo = std::make_unique<X11SystemInfo>(session);
+  platform.desktopApplication = std::make_unique<X11DesktopApplication>();
   return platform;
 }

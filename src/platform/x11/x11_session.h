@@ -4,17 +4,6 @@
 
 #include <QByteArray>
 
-#include <cstdlib>
-#include <memory>
-
-struct FreeReply {
-  void operator()(void* reply) const { std::free(reply); }
-};
-
-/// A reply or error of xcb; all of them come from malloc.
-template <class T>
-using XcbOwned = std::unique_ptr<T, FreeReply>;
-
 /// Qt's own connection to the X server, shared by the X11 backends so that requests of all of them stay in order.
 struct X11Session {
   xcb_connection_t* connection = nullptr;
