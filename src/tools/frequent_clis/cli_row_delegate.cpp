@@ -17,7 +17,7 @@ constexpr int kTileToText = 12;
 QRect paintReturnCap(QPainter& painter, const QRect& area, const RowLook& look) {
   const KeyCapRow cap{{u"↩"_s}};
   const int width = static_cast<int>(cap.size().width());
-  const QPointF corner(area.right() + 1 - width, area.center().y() + 1 - KeyCapRow::kHeight / 2);
+  const QPointF corner(area.right() + 1 - width, area.top() + (area.height() - KeyCapRow::kHeight) / 2.0);
   cap.paint(painter, corner, look.theme, look.selected ? KeyCapGround::selection : KeyCapGround::card);
   return area.adjusted(0, 0, -width - kTileToText, 0);
 }

@@ -47,8 +47,8 @@ void setText(QLineEdit& field, const QString& text) {
 void paintGrip(QPainter& painter, const QRectF& area, const QColor& color) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(color);
-  for (int dot = 0; dot < 6; ++dot)
-    painter.drawEllipse(area.center() + QPointF(dot % 2 * 5 - 2.5, dot / 2 * 5 - 5), 1.25, 1.25);
+  for (const double x : {-2.5, 2.5})
+    for (const double y : {-5.0, 0.0, 5.0}) painter.drawEllipse(area.center() + QPointF(x, y), 1.25, 1.25);
 }
 
 }  // namespace
@@ -112,6 +112,7 @@ void CommandRowEditor::edit(Change change) {
 
 void CommandRowEditor::setCommand(const CLICommand& command) {
   command_ = command;
+  setAccessibleName(command.title);
   setText(*title_, command.title);
   setText(*text_, command.command);
   pressReturn_->setChecked(command.pressReturn);
@@ -197,6 +198,11 @@ void CommandRowEditor::styleFields() {
 
 bool CommandRowEditor::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusIn) Q_EMIT activated();
+  // Up and down walk through the list, though in some systems' text fields they mean its ends.
+  if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Up || key == Qt::Key_Down) return QCoreApplication::sendEvent(parentWidget(), event);
+  }
   return QWidget::eventFilter(watched, event);
 }
 
