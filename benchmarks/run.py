@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / "tests" / "e2e"), str(ROOT / "benchmarks")]
+sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "tests/e2e/typing", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
@@ -38,7 +38,7 @@ def main():
 def arguments():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--vantle", required=True, help="the program")
-    parser.add_argument("--typing", required=True, help="the program that measures typing")
+    parser.add_argument("--typing", required=True, help="the program that types what it reads")
     parser.add_argument("--out", required=True, help="the JSON file to write")
     return parser.parse_args()
 

@@ -3,7 +3,7 @@
 import subprocess
 import time
 
-from driver.application import Application
+from driver.application import COMMANDS, Application
 from driver.waiting import expect, until
 from driver.world import PALETTE
 from Xlib import X
@@ -96,7 +96,7 @@ def settle(desktop):
 
 def measure_rofi(desktop):
     """The menu is a new process each time: that is how it is bound to a shortcut."""
-    rows = "\n".join(["Say hello", "Run and go", "Zebra"]).encode()
+    rows = "\n".join(command["title"] for command in COMMANDS).encode()
     command = ["rofi", "-dmenu", "-no-config"]
 
     def start():

@@ -26,14 +26,10 @@ PEER_DELAY_MS = {"ascii": 0, "many": 12}
 NAMES = {"ascii": "ASCII", "many": "a thousand different characters, most outside the layout"}
 
 
-def type_with_vantle(binary, words):
-    """Seconds from the request to the last key."""
-    return float(subprocess.run([binary], input=words.encode(), capture_output=True, check=True).stdout)
-
-
-def type_with_xdotool(words, delay_ms):
+def seconds_of(command, words):
+    """How long a program takes to type what it reads."""
     start = time.monotonic()
-    subprocess.run(["xdotool", "type", "--delay", str(delay_ms), "--file", "-"], input=words.encode(), check=True)
+    subprocess.run(command, input=words.encode(), stdout=subprocess.DEVNULL, check=True)
     return time.monotonic() - start
 
 
@@ -51,10 +47,10 @@ def matching(a, b):
     return sum(block.size for block in SequenceMatcher(None, a, b, autojunk=False).get_matching_blocks())
 
 
-def measure(terminal, type_text, words):
+def measure(terminal, command, words):
     """(characters a second, lost or wrong) of one text."""
     terminal.clear()
-    seconds = type_text(words)
+    seconds = seconds_of(command, words)
     got = terminal.settled(len(words))
     return len(words) / seconds, faults(words, got)
 
@@ -65,13 +61,12 @@ def figures(binary):
     for kind, name in NAMES.items():
         with PrivateDisplay() as display, tempfile.TemporaryDirectory() as folder:
             terminal = Terminal(display, Desktop(display.name), folder)
-            speed, wrong = measure(terminal, lambda words: type_with_vantle(binary, words), text(kind, LENGTH))
+            speed, wrong = measure(terminal, [binary], text(kind, LENGTH))
             peer_words = text(kind, PEER_LENGTH[kind])
-            peer_speed, peer_wrong = measure(
-                terminal, lambda words: type_with_xdotool(words, PEER_DELAY_MS[kind]), peer_words
-            )
+            peer = ["xdotool", "type", "--delay", str(PEER_DELAY_MS[kind]), "--file", "-"]
+            peer_speed, peer_wrong = measure(terminal, peer, peer_words)
         rows += [
-            Figure(f"typing, {name}", speed, "characters/s", TARGET_A_SECOND, "higher", "xdotool", peer_speed),
+            Figure(f"typing, {name}", speed, "/s", TARGET_A_SECOND, "higher", "xdotool", peer_speed),
             Figure(f"lost or wrong of {LENGTH:,}, {name}".replace(",", " ", 1), wrong, "", 0)
             .against("xdotool", peer_wrong * LENGTH / len(peer_words)),
         ]

@@ -12,9 +12,15 @@ from pathlib import Path
 from .waiting import StepFailed, until
 
 COMMANDS = [
-    {"title": "Say hello", "command": "echo 'Hello, terminal' # typed", "pressReturn": False, "icon": "terminal"},
-    {"title": "Run and go", "command": "printf 'ran: %s\\n' \"a b\" | tee -a log", "pressReturn": True, "icon": "claude"},
-    {"title": "Zebra", "command": "ls --color=never ~/zebra", "pressReturn": True, "icon": "codex"},
+    {"title": title, "command": command, "pressReturn": press_return, "icon": icon}
+    for title, command, press_return, icon in [
+        ("Claude — skip permissions", "claude --dangerously-skip-permissions", False, "claude"),
+        ("Codex — YOLO", "codex --yolo", False, "codex"),
+        ("Continue where I stopped", "claude --continue", True, "claude"),
+        ("Say hello", "echo 'Hello, terminal' # typed", False, "terminal"),
+        ("Run the tests", "printf 'ran: %s\\n' \"a b\" | tee -a log", True, "terminal"),
+        ("Ask a local model", "ollama run qwen --verbose", True, "ollama"),
+    ]
 ]
 
 

@@ -2,36 +2,39 @@
 
 import time
 
+from driver.application import COMMANDS
 from driver.waiting import expect, stays, until
 
 
 def types_a_command(world):
     """Ctrl+Alt+Return, a filter, Return: the command's exact text stands in the terminal, and no Return"""
-    command = world.application.read_json("FrequentCLIs/commands.json")[0]
-    choose(world, "hello", "filtered")
-    until("the command is typed", lambda: world.terminal.typed() == command["command"])
-    stays("no Return follows", lambda: world.terminal.typed() == command["command"], 0.3)
+    choose(world, "HELLO")
+    until("the command is typed", lambda: world.terminal.typed() == text_of("Say hello"))
+    stays("no Return follows", lambda: world.terminal.typed() == text_of("Say hello"), 0.3)
     world.expect_terminal_active("after typing")
     expect("no key is left down", not world.desktop.held_keys())
 
 
 def types_and_runs_a_command(world):
     """The same with a command that presses Return: its text and one line end"""
-    command = world.application.read_json("FrequentCLIs/commands.json")[1]
-    choose(world, "RUN", "")
-    until("the command is typed and run", lambda: world.terminal.typed() == command["command"] + "\n")
+    choose(world, "tests")
+    until("the command is typed and run", lambda: world.terminal.typed() == text_of("Run the tests") + "\n")
     world.expect_terminal_active("after typing")
 
 
-def choose(world, query, picture):
+def text_of(title):
+    return next(command["command"] for command in COMMANDS if command["title"] == title)
+
+
+def choose(world, query):
     world.terminal.focus()
     world.terminal.forget()
     world.expect_terminal_active("before")
     world.summon_palette()
+    world.picture("open")
     world.desktop.type(query, pause=0.01)
     world.stays_terminal_active("while the palette is up")
-    if picture:
-        world.picture(picture)
+    world.picture("filtered")
     world.desktop.press("Return")
     until("the palette is gone", lambda: not world.palette())
 
@@ -74,7 +77,7 @@ def closes_by_a_click_elsewhere(world):
     world.expect_terminal_active("after Escape")
 
 
-def forgets_the_query(world):
+def goes_round_and_says_when_nothing_matches(world):
     """↑ goes round to the last row, Backspace takes characters back, nothing found says so"""
     world.terminal.forget()
     world.summon_palette()
@@ -85,7 +88,7 @@ def forgets_the_query(world):
         world.desktop.press("Backspace")
     world.desktop.press("Up")
     world.desktop.press("Return")
-    until("the last command is typed", lambda: world.terminal.typed() == "ls --color=never ~/zebra\n")
+    until("the last command is typed", lambda: world.terminal.typed() == COMMANDS[-1]["command"] + "\n")
 
 
 def opens_from_the_command_line(world):
@@ -99,7 +102,7 @@ def opens_from_the_command_line(world):
 STEPS = [
     types_a_command,
     types_and_runs_a_command,
-    forgets_the_query,
+    goes_round_and_says_when_nothing_matches,
     closes_by_a_click_elsewhere,
     keeps_every_early_key,
     opens_from_the_command_line,
