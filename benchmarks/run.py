@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "tests/e2e/typing", "benchmarks")]
+sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
