@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <utility>
 
@@ -15,8 +16,11 @@ constexpr std::array kSignals = {SIGTERM, SIGINT, SIGHUP};
 std::array<int, 2> wakePipe = {-1, -1};
 
 void wake(int) {
+  // Whatever the handler interrupts may be about to look at its own errno.
+  const int interrupted = errno;
   const char byte = 0;
   [[maybe_unused]] const auto written = write(wakePipe[1], &byte, 1);
+  errno = interrupted;
 }
 
 }  // namespace
