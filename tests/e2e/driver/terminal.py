@@ -15,6 +15,7 @@ class Terminal:
         self.seen = 0
         display.start(
             ["xterm", "-T", "terminal", "-geometry", "120x34+220+160", "-fa", "DejaVu Sans Mono", "-fs", "12"]
+            + ["-xrm", "XTerm*fullscreen: never"]  # or Alt+Return makes it so when nobody has that shortcut
             + ["-bg", "#16181D", "-fg", "#D5D9E0", "-b", "14", "+sb"]
             + ["-e", "bash", "-c", f"stty -icanon min 1; exec cat >'{self.file}'"]
         )
