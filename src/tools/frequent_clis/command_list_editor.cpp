@@ -2,7 +2,9 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPropertyAnimation>
 #include <QScrollArea>
+#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -110,12 +112,34 @@ QSize CommandListEditor::sizeHint() const { return {400, rowHeight() * static_ca
 
 void CommandListEditor::resizeEvent(QResizeEvent*) { layOutRows(); }
 
+QPoint CommandListEditor::place(std::size_t index) const {
+  return {kEdge, kEdge + static_cast<int>(index) * rowHeight()};
+}
+
 void CommandListEditor::layOutRows() {
-  const int height = rowHeight();
-  for (std::size_t index = 0; index < rows_.size(); ++index)
-    if (rows_[index] != carried_)
-      rows_[index]->setGeometry(kEdge, kEdge + static_cast<int>(index) * height, width() - 2 * kEdge, height);
+  const QSize size(width() - 2 * kEdge, rowHeight());
+  for (std::size_t index = 0; index < rows_.size(); ++index) {
+    if (rows_[index] == carried_) continue;
+    delete rows_[index]->findChild<QPropertyAnimation*>({}, Qt::FindDirectChildrenOnly);
+    rows_[index]->setGeometry(QRect(place(index), size));
+  }
   update();
+}
+
+// Rows make room for the carried one by sliding, so that the eye can follow them.
+void CommandListEditor::slideRows() {
+  const int duration = std::min(style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this), 120);
+  if (duration == 0) return layOutRows();
+  for (std::size_t index = 0; index < rows_.size(); ++index) {
+    if (rows_[index] == carried_) continue;
+    delete rows_[index]->findChild<QPropertyAnimation*>({}, Qt::FindDirectChildrenOnly);
+    if (rows_[index]->pos() == place(index)) continue;
+    auto* slide = new QPropertyAnimation(rows_[index], "pos", rows_[index]);
+    slide->setDuration(duration);
+    slide->setEasingCurve(QEasingCurve::OutCubic);
+    slide->setEndValue(place(index));
+    slide->start(QAbstractAnimation::DeleteWhenStopped);
+  }
 }
 
 void CommandListEditor::paintEvent(QPaintEvent*) {
@@ -139,7 +163,7 @@ void CommandListEditor::carry(CommandRowEditor* row, const QPoint& offset) {
   const int to = std::clamp((row->y() + height / 2) / height, 0, last);
   rows_.erase(rows_.begin() + from);
   rows_.insert(rows_.begin() + to, row);
-  if (from != to) layOutRows();
+  if (from != to) slideRows();
   scrollTo(*row);
 }
 

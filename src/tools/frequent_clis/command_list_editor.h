@@ -46,7 +46,9 @@ class CommandListEditor : public QWidget {
   void discard(CommandRowEditor* row);
   int indexOf(const CommandRowEditor* row) const;
   int rowHeight() const;
+  QPoint place(std::size_t index) const;
   void layOutRows();
+  void slideRows();
   void carry(CommandRowEditor* row, const QPoint& offset);
   void drop(CommandRowEditor* row);
   void cancelCarrying();

@@ -143,7 +143,9 @@ std::optional<CommandRowEditor::Field> CommandRowEditor::focusedField() const {
 }
 
 void CommandRowEditor::focusField(Field field) {
-  (field == Field::title ? title_ : text_)->setFocus(Qt::OtherFocusReason);
+  QLineEdit* focused = field == Field::title ? title_ : text_;
+  focused->end(false);
+  focused->setFocus(Qt::OtherFocusReason);
 }
 
 void CommandRowEditor::focusForNaming() {
