@@ -32,7 +32,12 @@ class CLIPaletteWindowTest : public QObject {
   void hugeCommandsDoNotSlowPainting();
 
  private:
-  struct World : CLIWorld {
+  /// Outlives the panel, which gives its keyboard back when it goes.
+  struct Native {
+    FakePanelWindow native;
+    CLIPaletteWindow* window = nullptr;
+  };
+  struct World : Native, CLIWorld {
     World()
         : CLIWorld([this](CLIPaletteController& controller) {
             auto made = std::make_unique<CLIPaletteWindow>(native, controller);
@@ -49,9 +54,6 @@ class CLIPaletteWindowTest : public QObject {
       QContextMenuEvent event(QContextMenuEvent::Mouse, row(index), list().viewport()->mapToGlobal(row(index)));
       QCoreApplication::sendEvent(list().viewport(), &event);
     }
-
-    FakePanelWindow native;
-    CLIPaletteWindow* window = nullptr;
   };
   std::unique_ptr<World> world_;
 };
