@@ -10,10 +10,4 @@ class PaletteList : public QListView {
  public:
   /// `name`: what it lists, for screen readers.
   explicit PaletteList(const QString& name, QWidget* parent = nullptr);
-
- protected:
-  void changeEvent(QEvent* event) override;
-
- private:
-  void styleScrollBar();
 };

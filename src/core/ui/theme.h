@@ -20,6 +20,8 @@ struct Theme {
   QColor failure;
   /// One-pixel separators and the card's edge.
   QColor hairline;
+  /// The edge of controls, which must be seen by itself.
+  QColor edge;
   /// Key caps and fields.
   QColor raised;
   /// A row under the pointer.

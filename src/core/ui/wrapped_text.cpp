@@ -39,3 +39,17 @@ QStringList wrappedLines(const QString& text, const QFont& font, int width, int 
   layout.endLayout();
   return lines;
 }
+
+int balancedWidth(const QString& text, const QFont& font, int width, int maximumLines) {
+  const QStringList lines = wrappedLines(text, font, width, maximumLines);
+  // What is cut short needs all the room there is.
+  if (lines.size() < 2 || lines.last().endsWith(QChar(0x2026))) return width;
+  int narrow = width / 2;
+  int wide = width;
+  while (wide - narrow > 4) {
+    const int middle = (narrow + wide) / 2;
+    const QStringList tried = wrappedLines(text, font, middle, maximumLines + 1);
+    (tried.size() > lines.size() ? narrow : wide) = middle;
+  }
+  return wide;
+}

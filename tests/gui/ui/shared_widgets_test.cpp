@@ -1,10 +1,13 @@
 #include <QAccessible>
 #include <QImage>
+#include <QScrollBar>
+#include <QSpinBox>
 #include <QTest>
 
 #include <algorithm>
 
 #include "core/tools/tool.h"
+#include "core/ui/control_style.h"
 #include "core/ui/icon.h"
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
@@ -96,12 +99,46 @@ class SharedWidgetsTest : public QObject {
     QVERIFY(!interface->state().checked);
   }
 
+  void controlsAnswerWhereTheirMarksAreDrawn() {
+    ControlStyle style;
+    QSpinBox box;
+    box.setStyle(&style);
+    box.resize(120, 28);
+    box.show();
+    QTest::mouseClick(&box, Qt::LeftButton, {}, {108, 8});
+    QCOMPARE(box.value(), 1);
+    QTest::mouseClick(&box, Qt::LeftButton, {}, {108, 20});
+    QCOMPARE(box.value(), 0);
+
+    QScrollBar bar(Qt::Vertical);
+    bar.setStyle(&style);
+    bar.setRange(0, 900);
+    bar.setPageStep(100);
+    bar.resize(10, 400);
+    bar.show();
+    // A page, down and up again: there are no arrows at the ends.
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {5, 398});
+    QCOMPARE(bar.value(), 100);
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {5, 1});
+    QCOMPARE(bar.value(), 0);
+    QTest::mousePress(&bar, Qt::LeftButton, {}, {5, 10});
+    QTest::mouseMove(&bar, {5, 1000});
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, {5, 399});
+    QCOMPARE(bar.value(), 900);
+  }
+
   void textIsBrokenToItsLimit() {
     const QFont font = Theme::detailFont();
     QCOMPARE(wrappedLines({}, font, 200, 2), QStringList());
     QCOMPARE(wrappedLines(u"one\r\ntwo\n"_s, font, 200, 3), QStringList({u"one"_s, u"two"_s}));
     const QStringList cut = wrappedLines(u"one\ntwo\nthree"_s, font, 200, 2);
     QCOMPARE(cut, QStringList({u"one"_s, u"two three"_s}));
+    const QString sentence = u"A sentence that is a little longer than a line and ends in one short word"_s;
+    const int full = QFontMetrics(font).horizontalAdvance(sentence) - 4;
+    const int balanced = balancedWidth(sentence, font, full, 2);
+    QVERIFY(balanced < full * 3 / 4);
+    QCOMPARE(wrappedLines(sentence, font, balanced, 3).size(), 2);
+    QCOMPARE(balancedWidth(u"word"_s, font, full, 2), full);
     const QStringList lines = wrappedLines(QString(5000, u'm'), font, 200, 3);
     QCOMPARE(lines.size(), 3);
     QVERIFY(lines.last().endsWith(u'…'));

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "core/ui/control_style.h"
 #include "core/ui/theme.h"
 #include "core/ui/theme_palette.h"
 #include "support/gallery/pieces.h"
@@ -18,7 +19,8 @@ int main(int argc, char** argv) {
     std::fputs("usage: gallery <folder> [--dark]\n", stderr);
     return 2;
   }
-  QApplication::setStyle(u"fusion"_s);
+  QApplication::setStyle(new ControlStyle);
+  QApplication::setFont(Theme::detailFont());
   QApplication::setPalette(themePalette(dark ? Theme::darkTheme() : Theme::light()));
   for (const Piece& piece : makePieces()) {
     piece.widget->ensurePolished();

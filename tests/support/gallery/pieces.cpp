@@ -1,11 +1,14 @@
 #include "support/gallery/pieces.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QSpinBox>
 #include <QStandardItemModel>
 #include <QSvgRenderer>
 #include <QVBoxLayout>
@@ -111,7 +114,23 @@ Piece controls() {
   layout->addWidget(new KeyCaps({u"⌃"_s, u"⌥"_s, u"⇧"_s, u"⌘"_s, u"Space"_s, u"↩"_s, u"F12"_s}));
   layout->addWidget(new QPushButton(u"Record Shortcut"_s));
   layout->addWidget(new QLineEdit(u"Text"_s));
-  layout->addWidget(new QCheckBox(u"Check box"_s));
+  auto* box = new QCheckBox(u"Check box"_s);
+  box->setChecked(true);
+  layout->addWidget(box);
+  layout->addWidget(new QCheckBox(u"Another"_s));
+  auto* choice = new QComboBox;
+  choice->addItems({u"System"_s, u"Dark"_s});
+  layout->addWidget(choice);
+  auto* number = new QSpinBox;
+  number->setSuffix(u" s"_s);
+  layout->addWidget(number);
+  auto* disabled = new QPushButton(u"Not now"_s);
+  disabled->setEnabled(false);
+  layout->addWidget(disabled);
+  auto* bar = new QScrollBar(Qt::Horizontal);
+  bar->setRange(0, 100);
+  bar->setPageStep(40);
+  layout->addWidget(bar);
   return {u"controls"_s, std::move(window)};
 }
 

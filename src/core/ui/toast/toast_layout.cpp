@@ -73,9 +73,11 @@ ToastLayout ToastLayout::of(const ToastContent& content) {
   ToastLayout layout;
   layout.titleLines = wrappedLines(content.title, Theme::rowFont(), mostText, kTitleLines);
   const int limit = std::clamp(content.detailLineLimit, 1, kMostDetailLines);
-  layout.detailLines = wrappedLines(content.detail, toastDetailFont(content), mostText, limit);
-  const int text = std::max({widest(layout.titleLines, Theme::rowFont()),
-                             widest(layout.detailLines, toastDetailFont(content)), keysWidth(content)});
+  const QFont detailFont = toastDetailFont(content);
+  const int detailWidth = balancedWidth(content.detail, detailFont, mostText, limit);
+  layout.detailLines = wrappedLines(content.detail, detailFont, detailWidth, limit);
+  const int text = std::max(
+      {widest(layout.titleLines, Theme::rowFont()), widest(layout.detailLines, detailFont), keysWidth(content)});
   const int width = std::clamp(chrome + text, kMinimumWidth, kMaximumWidth);
 
   const int textHeight = stack(layout, content, textLeft, width - chrome);
