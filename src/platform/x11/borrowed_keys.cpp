@@ -182,10 +182,18 @@ bool BorrowedKeys::fill(std::size_t index, std::span<const char32_t> characters)
     current_[code].symbols[level.level] = symbolOf(characters[at]);
     bank.held.emplace(characters[at], KeyStroke{code, level.modifiers});
   }
-  const auto [first, last] = std::ranges::minmax(std::span(bank.codes).first(used));
-  const bool written = write(first, std::span(current_).subspan(first, static_cast<std::size_t>(last - first + 1)));
+  const bool written = writeCurrent(std::span(bank.codes).first(used));
   if (!written) bank.held.clear();
   return written;
+}
+
+void BorrowedKeys::touch(std::size_t bank) {
+  if (isLending_) writeCurrent(banks_[bank].codes);
+}
+
+bool BorrowedKeys::writeCurrent(std::span<const xcb_keycode_t> codes) {
+  const auto [first, last] = std::ranges::minmax(codes);
+  return write(first, std::span(current_).subspan(first, static_cast<std::size_t>(last - first + 1)));
 }
 
 std::optional<KeyStroke> BorrowedKeys::find(char32_t character, std::size_t bank) const {

@@ -34,6 +34,8 @@ class BorrowedKeys {
   std::size_t capacity(std::size_t bank) const { return banks_[bank].codes.size() * levels_.size(); }
   /// Fills a bank in one change of the server's map, forgetting what it held.
   bool fill(std::size_t bank, std::span<const char32_t> characters);
+  /// Writes a bank as it is: nothing changes, but programs hear of a change.
+  void touch(std::size_t bank);
   std::optional<KeyStroke> find(char32_t character, std::size_t bank) const;
   bool isLending() const { return isLending_; }
   /// Gives all codes back; the map is then as it was.
@@ -57,6 +59,7 @@ class BorrowedKeys {
   std::vector<xcb_keycode_t> withoutGrabbed(std::vector<xcb_keycode_t> codes) const;
   void chooseLevels(const KeyboardMap& map);
   void remember(const KeyboardMap& map);
+  bool writeCurrent(std::span<const xcb_keycode_t> codes);
   bool write(xcb_keycode_t first, std::span<const KeySymbols> keys);
   bool isStillOurs(xcb_keycode_t first, std::span<const KeySymbols> old) const;
   void forget();

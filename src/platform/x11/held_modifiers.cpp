@@ -17,7 +17,7 @@ constexpr auto kPoll = 5ms;
 bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const std::stop_token& stop) {
   neutralKey_ = neutralKey;
   lifted_.clear();
-  keyboard_.takeForeignKeys();
+  keyboard_.watchKeys(true);
   // A modifier that goes down and up alone means something to many programs (Alt opens a menu, Super a launcher); a key
   // in between makes it part of a chord. It also makes XTEST the current keyboard before the first character.
   keyboard_.tap(neutralKey_);
@@ -95,5 +95,5 @@ void HeldModifiers::giveBack(const KeyboardMap& map) {
   follow(map);
   for (const xcb_keycode_t code : pressed)
     if (!lifted_.contains(code)) keyboard_.release(code);
-  keyboard_.sync();
+  keyboard_.watchKeys(false);
 }

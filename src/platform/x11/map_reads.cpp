@@ -14,6 +14,8 @@ using Clock = std::chrono::steady_clock;
 namespace {
 
 constexpr std::uint8_t kFromClient = 1;
+/// How soon a request to stop is noticed.
+constexpr auto kSlice = std::chrono::milliseconds(20);
 
 xcb_record_range_t mapRequests(std::uint8_t xkbOpcode) {
   xcb_record_range_t range{};
@@ -61,10 +63,12 @@ int MapReads::count() {
   return reads_;
 }
 
-bool MapReads::waitForMore(int count, std::chrono::milliseconds longest) {
+bool MapReads::waitForMore(int count, std::chrono::milliseconds longest, const std::stop_token& stop) {
   const auto end = Clock::now() + longest;
-  for (drain(); reads_ <= count; drain())
-    if (!waitForData(end)) return false;
+  for (drain(); reads_ <= count; drain()) {
+    if (stop.stop_requested() || Clock::now() >= end || isBroken()) return false;
+    waitForData(std::min(end, Clock::now() + kSlice));
+  }
   return true;
 }
 
@@ -75,8 +79,8 @@ void MapReads::waitForState(std::chrono::milliseconds longest) {
 }
 
 bool MapReads::waitForData(Clock::time_point end) {
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-  if (left.count() <= 0 || xcb_connection_has_error(data_.get())) return false;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+  if (left.count() <= 0 || isBroken()) return false;
   pollfd readable{xcb_get_file_descriptor(data_.get()), POLLIN, 0};
   return poll(&readable, 1, static_cast<int>(left.count())) > 0;
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stop_token>
 
 /// Sees, through the RECORD extension, when one application reads the keyboard map.
 ///
@@ -18,8 +19,8 @@ class MapReads {
   xcb_window_t window() const { return window_; }
   /// How often the application has read the map so far.
   int count();
-  /// Whether there are more than `count` reads within `longest`.
-  bool waitForMore(int count, std::chrono::milliseconds longest);
+  /// Whether there are more than `count` reads within `longest`; false soon after `stop` is requested.
+  bool waitForMore(int count, std::chrono::milliseconds longest, const std::stop_token& stop);
   /// Waits, once the map is read, until the application has asked for the keyboard's state as well: toolkits that read
   /// both at once take the modifiers of that moment for those of the keys they have yet to see.
   void waitForState(std::chrono::milliseconds longest);
@@ -32,6 +33,7 @@ class MapReads {
 
   explicit MapReads(xcb_window_t window) : window_(window) {}
   bool start();
+  bool isBroken() const { return xcb_connection_has_error(data_.get()) != 0; }
   void drain();
   void take(const void* request);
   /// Whether something arrived before `end`.

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Sequences wait here for the worker, first come, first typed. Destruction stops typing within some 20 ms, but waits
-/// until borrowed keys are given back.
+/// until borrowed keys are given back, half a second as a rule.
 class X11KeyEvents final : public KeyEvents {
  public:
   X11KeyEvents() : worker_([this](const std::stop_token& stop) { run(stop); }) {}
@@ -44,30 +44,31 @@ class X11KeyEvents final : public KeyEvents {
       if (!typist || typist->isBroken()) typist = X11Typist::open();
       deliver(std::move(request->done), typist ? typist->perform(request->steps, stop) : unavailable());
     }
-    if (typist) giveBackInTime(*typist);
+    if (typist) typist->lender().giveBackSoon();
   }
 
   /// The next request; gives borrowed keys back meanwhile when it is time. Empty at the end.
   std::optional<Request> next(X11Typist* typist, const std::stop_token& stop) {
     std::unique_lock lock(mutex_);
     const auto hasRequest = [this] { return !queue_.empty(); };
-    const auto until = typist ? typist->giveBackTime() : std::nullopt;
-    if (until && !wake_.wait_until(lock, stop, *until, hasRequest) && !stop.stop_requested()) {
-      lock.unlock();
-      typist->giveBackKeys();
-      lock.lock();
+    while (!stop.stop_requested()) {
+      if (hasRequest()) return takeFirst();
+      const auto due = typist ? typist->lender().dueTime() : std::nullopt;
+      if (!due) {
+        wake_.wait(lock, stop, hasRequest);
+      } else if (!wake_.wait_until(lock, stop, *due, hasRequest) && !stop.stop_requested()) {
+        lock.unlock();
+        typist->lender().giveBackIfRead();
+        lock.lock();
+      }
     }
-    if (!wake_.wait(lock, stop, hasRequest) || stop.stop_requested()) return {};
+    return {};
+  }
+
+  Request takeFirst() {
     Request request = std::move(queue_.front());
     queue_.pop_front();
     return request;
-  }
-
-  static void giveBackInTime(X11Typist& typist) {
-    const auto until = typist.giveBackTime();
-    if (!until) return;
-    std::this_thread::sleep_until(*until);
-    typist.giveBackKeys();
   }
 
   static X11Typist::Result unavailable() {

@@ -17,16 +17,8 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-/// What a change of the map needs to reach the programs that wait for it; 20 ms were always enough.
+/// For the first key of XTEST after those of another keyboard: programs read the map when the keyboard changes.
 constexpr auto kSettle = 25ms;
-/// For programs that read the map at once but are busy right now.
-constexpr auto kLongestRead = 2s;
-/// After the first read a program that does so while it looks at its keys has looked at those before.
-constexpr auto kAfterRead = 10ms;
-/// Between typing with a bank and refilling it, where nothing tells whether the program has read the map.
-constexpr auto kBlindWait = 250ms;
-/// Given back earlier, the last characters are lost in programs that are slow to look at them.
-constexpr auto kBeforeGivingBack = 600ms;
 
 }  // namespace
 
@@ -37,20 +29,18 @@ std::unique_ptr<X11Typist> X11Typist::open() {
 }
 
 X11Typist::X11Typist(std::unique_ptr<XTestKeyboard> keyboard)
-    : keyboard_(std::move(keyboard)), modifiers_(*keyboard_), borrowed_(keyboard_->connection(), keyboard_->root()) {
-  borrowed_.recover();
-}
+    : keyboard_(std::move(keyboard)), modifiers_(*keyboard_), lender_(*keyboard_) {}
 
 X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::stop_token& stop) {
-  map_ = KeyboardMap::read(keyboard_->connection(), borrowed_.lent());
+  map_ = KeyboardMap::read(keyboard_->connection(), lender_.lent());
   if (!map_) return std::unexpected(KeyEventError{u"The keyboard's map could not be read"_s});
-  borrowed_.choose(*map_);
+  lender_.prepare(*map_);
   skipped_ = 0;
-  const bool free = modifiers_.lift(*map_, borrowed_.neutralKey(), stop);
+  const bool free = modifiers_.lift(*map_, lender_.neutralKey(), stop);
   pacing::sleep(kSettle);
   if (free) typeSteps(typingSteps(sequence), stop);
+  lender_.finish();
   modifiers_.giveBack(*map_);
-  reads_.reset();
   if (isBroken()) return std::unexpected(KeyEventError{u"The connection to the display was lost"_s});
   if (!free) return std::unexpected(KeyEventError{u"Nothing was typed: a modifier key stayed held down"_s});
   if (stop.stop_requested()) return std::unexpected(KeyEventError{u"Typing was stopped"_s});
@@ -67,29 +57,32 @@ void X11Typist::typeSteps(const std::vector<TypingStep>& steps, const std::stop_
     if (const auto* key = std::get_if<PressKey>(&steps[step]))
       pressKey(*key);
     else
-      typeText(steps, step);
+      typeText(steps, step, stop);
     keyboard_->sync();
     modifiers_.liftNewlyHeld(*map_);
   }
 }
 
-void X11Typist::typeText(const std::vector<TypingStep>& steps, std::size_t step) {
+void X11Typist::typeText(const std::vector<TypingStep>& steps, std::size_t step, const std::stop_token& stop) {
   const auto& text = std::get<std::u32string>(steps[step]);
   for (std::size_t offset = 0; offset < text.size(); ++offset) {
     auto stroke = strokeFor(text[offset]);
-    if (!stroke && lend(steps, step, offset)) stroke = strokeFor(text[offset]);
+    if (!stroke) {
+      holdModifiers(0);
+      lender_.lend(missingFrom(steps, step, offset), stop);
+      stroke = strokeFor(text[offset]);
+    }
     if (stroke)
       typeCharacter(*stroke);
     else
       ++skipped_;
   }
   holdModifiers(0);
-  if (borrowed_.isLending()) lastLent_ = Clock::now();
 }
 
 std::optional<KeyStroke> X11Typist::strokeFor(char32_t character) const {
   const auto own = map_->find(character);
-  return own ? own : borrowed_.find(character, bank_);
+  return own ? own : lender_.find(character);
 }
 
 void X11Typist::typeCharacter(KeyStroke stroke) {
@@ -127,27 +120,10 @@ void X11Typist::pressKey(const PressKey& key) {
   for (const xcb_keycode_t modifier : held) keyboard_->release(modifier);
 }
 
-/// Puts the next characters that have no key on the other bank, whose own have been typed long enough ago.
-bool X11Typist::lend(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset) {
-  holdModifiers(0);
-  keyboard_->sync();
-  const std::size_t next = borrowed_.isLending() ? (bank_ + 1) % BorrowedKeys::kBanks : 0;
-  const auto characters = missingFrom(steps, step, offset, borrowed_.capacity(next));
-  if (characters.empty()) return false;
-  watchFocused();
-  waitUntilRead();
-  readsAtChange_ = reads_ ? reads_->count() : 0;
-  if (!borrowed_.fill(next, characters)) {
-    qCWarning(lcTyping) << "The server refused a change of the keyboard's map";
-    return false;
-  }
-  bank_ = next;
-  settle();
-  return true;
-}
-
-std::vector<char32_t> X11Typist::missingFrom(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset,
-                                             std::size_t most) const {
+/// The next characters without a key of their own, as many as can be lent at once.
+std::vector<char32_t> X11Typist::missingFrom(const std::vector<TypingStep>& steps, std::size_t step,
+                                             std::size_t offset) const {
+  const std::size_t most = lender_.capacity();
   std::vector<char32_t> missing;
   std::unordered_set<char32_t> seen;
   for (; step < steps.size(); ++step, offset = 0) {
@@ -161,50 +137,3 @@ std::vector<char32_t> X11Typist::missingFrom(const std::vector<TypingStep>& step
   }
   return missing;
 }
-
-/// A bank that was typed with before the last change may be refilled once the program has read the map since that
-/// change: it has then looked at all keys typed before.
-void X11Typist::waitUntilRead() {
-  if (!borrowed_.isLending()) return;
-  if (!reads_ || !reads_->waitForMore(readsAtChange_, kLongestRead))
-    pacing::sleep(kBlindWait);
-  else if (!readsAtOnce_)
-    pacing::sleep(kAfterRead);
-}
-
-void X11Typist::settle() {
-  const auto start = Clock::now();
-  if (reads_ && reads_->waitForMore(readsAtChange_, readsAtOnce_ ? kLongestRead : kSettle)) {
-    readsAtOnce_ = true;
-    reads_->waitForState(kSettle);
-  }
-  pacing::sleep(std::max<Clock::duration>(0ms, start + kSettle - Clock::now()));
-}
-
-void X11Typist::watchFocused() {
-  const xcb_window_t window = focusedWindow();
-  if (reads_ && reads_->window() == window) return;
-  reads_ = window == XCB_NONE ? nullptr : MapReads::watch(window);
-  readsAtChange_ = 0;
-  readsAtOnce_ = false;
-  // What was typed with borrowed keys before is not known to have been read.
-  if (borrowed_.isLending()) pacing::sleep(kBlindWait);
-}
-
-xcb_window_t X11Typist::focusedWindow() const {
-  xcb_connection_t* connection = keyboard_->connection();
-  const auto cookie = xcb_get_input_focus(connection);
-  const XcbReply<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(connection, cookie, nullptr));
-  if (!focus) return XCB_NONE;
-  if (focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT && focus->focus != keyboard_->root()) return focus->focus;
-  const auto pointerCookie = xcb_query_pointer(connection, keyboard_->root());
-  const XcbReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(connection, pointerCookie, nullptr));
-  return pointer ? pointer->child : XCB_NONE;
-}
-
-std::optional<Clock::time_point> X11Typist::giveBackTime() const {
-  if (!borrowed_.isLending()) return {};
-  return lastLent_ + kBeforeGivingBack;
-}
-
-void X11Typist::giveBackKeys() { borrowed_.giveBack(); }

@@ -8,10 +8,9 @@
 #include <stop_token>
 #include <vector>
 
-#include "platform/x11/borrowed_keys.h"
+#include "platform/x11/character_lender.h"
 #include "platform/x11/held_modifiers.h"
 #include "platform/x11/keyboard_map.h"
-#include "platform/x11/map_reads.h"
 #include "platform/x11/typing_steps.h"
 #include "platform/x11/xtest_keyboard.h"
 
@@ -30,37 +29,23 @@ class X11Typist {
   Result perform(const KeySequence& sequence, const std::stop_token& stop);
   bool isBroken() const { return keyboard_->isBroken(); }
 
-  /// When borrowed keys are to be given back; empty when there are none.
-  std::optional<std::chrono::steady_clock::time_point> giveBackTime() const;
-  void giveBackKeys();
+  CharacterLender& lender() { return lender_; }
 
  private:
   explicit X11Typist(std::unique_ptr<XTestKeyboard> keyboard);
 
   void typeSteps(const std::vector<TypingStep>& steps, const std::stop_token& stop);
-  void typeText(const std::vector<TypingStep>& steps, std::size_t step);
+  void typeText(const std::vector<TypingStep>& steps, std::size_t step, const std::stop_token& stop);
   void typeCharacter(KeyStroke stroke);
   void pressKey(const PressKey& key);
   std::optional<KeyStroke> strokeFor(char32_t character) const;
   void holdModifiers(std::uint8_t modifiers);
-  bool lend(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset);
-  std::vector<char32_t> missingFrom(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset,
-                                    std::size_t most) const;
-  void waitUntilRead();
-  void settle();
-  void watchFocused();
-  xcb_window_t focusedWindow() const;
+  std::vector<char32_t> missingFrom(const std::vector<TypingStep>& steps, std::size_t step, std::size_t offset) const;
 
   std::unique_ptr<XTestKeyboard> keyboard_;
   HeldModifiers modifiers_;
-  BorrowedKeys borrowed_;
+  CharacterLender lender_;
   std::optional<KeyboardMap> map_;
-  std::unique_ptr<MapReads> reads_;
-  /// The bank that holds what is typed now.
-  std::size_t bank_ = 0;
   std::uint8_t held_ = 0;
-  int readsAtChange_ = 0;
-  bool readsAtOnce_ = false;
   std::size_t skipped_ = 0;
-  std::chrono::steady_clock::time_point lastLent_;
 };

@@ -38,10 +38,10 @@ bool XTestKeyboard::prepare(int screen) {
   root_ = found->root;
   const auto useXkb = xcb_xkb_use_extension(c, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
   const XcbReply<xcb_xkb_use_extension_reply_t> xkb(xcb_xkb_use_extension_reply(c, useXkb, nullptr));
-  return xkb && xkb->supported && watchKeys();
+  return xkb && xkb->supported && prepareInput();
 }
 
-bool XTestKeyboard::watchKeys() {
+bool XTestKeyboard::prepareInput() {
   xcb_connection_t* c = connection_.get();
   if (!hasExtension(c, &xcb_input_id)) return false;
   inputOpcode_ = xcb_get_extension_data(c, &xcb_input_id)->major_opcode;
@@ -49,13 +49,19 @@ bool XTestKeyboard::watchKeys() {
   const auto version = xcb_input_xi_query_version(c, 2, 2);
   const XcbReply<xcb_input_xi_query_version_reply_t> answer(xcb_input_xi_query_version_reply(c, version, nullptr));
   if (!answer) return false;
-  const struct {
-    xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
-    std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
-  } mask;
-  xcb_input_xi_select_events(c, root_, 1, &mask.head);
   findXTestDevice();
   return !isBroken();
+}
+
+void XTestKeyboard::watchKeys(bool wanted) {
+  constexpr std::uint32_t keys = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+  const struct {
+    xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
+    std::uint32_t events;
+  } mask{.events = wanted ? keys : 0};
+  xcb_input_xi_select_events(connection_.get(), root_, 1, &mask.head);
+  sync();
+  takeForeignKeys();
 }
 
 void XTestKeyboard::findXTestDevice() {

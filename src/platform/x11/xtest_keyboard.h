@@ -35,6 +35,9 @@ class XTestKeyboard {
   /// Returns when the server has performed everything so far.
   void sync();
 
+  /// Starts or ends noticing other people's keys. They pile up unread, so that it should not go on while nothing is
+  /// typed.
+  void watchKeys(bool wanted);
   /// What others did with keys since the last call, in order, up to the last `sync`. Own keys are left out.
   std::vector<ForeignKey> takeForeignKeys();
   /// The core state: bits 0 to 7 are the modifiers that keys hold down at this moment.
@@ -55,7 +58,7 @@ class XTestKeyboard {
 
   XTestKeyboard() = default;
   bool prepare(int screen);
-  bool watchKeys();
+  bool prepareInput();
   void findXTestDevice();
   void fake(xcb_keycode_t code, bool pressed);
   bool isOwn(std::uint16_t source, const ForeignKey& key);
