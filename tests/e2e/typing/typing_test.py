@@ -126,6 +126,24 @@ def pressed_while_typing(world):
     expect("nothing is held down", not world.desktop.held_keys() and world.state() == 0)
 
 
+def frozen(world, kind, length, delay):
+    """The program hangs for a second while it is typed into, from the start or some time later."""
+    world.program.clear()
+    words = text(kind, length)
+    before = keyboard_map()
+    if not delay:
+        world.program.process.send_signal(signal.SIGSTOP)
+    typing = world.start_typing(words)
+    if delay:
+        time.sleep(delay)
+        world.program.process.send_signal(signal.SIGSTOP)
+    time.sleep(1)
+    world.program.process.send_signal(signal.SIGCONT)
+    world.finish(typing)
+    world.expect_text(words)
+    expect("the keyboard map is as before", keyboard_map() == before)
+
+
 def caps_lock(world):
     world.program.clear()
     world.desktop.press("Caps_Lock")
@@ -178,6 +196,10 @@ def cases(full):
         for release in ("at once", "meanwhile", "after"):
             for program in ("terminal", "gtk", "qt") if full else ("qt",):
                 yield "us", program, f"{name} let go {release}", lambda world, n=name, r=release: held(world, n, r)
+    for program in ("terminal", "gtk", "qt") if full else ("terminal",):
+        yield "us", program, "hangs when typing starts", lambda world: frozen(world, "few", 600, 0)
+    for program in ("terminal", "gtk", "qt") if full else ("qt",):
+        yield "us", program, "hangs while keys change hands", lambda world: frozen(world, "many", 2500, 0.5)
     yield "us", "qt", "line ends and control characters", line_ends_and_controls
     yield "us", "qt", "a chord", chord
     yield "de", "qt", "Caps Lock", caps_lock
