@@ -74,8 +74,11 @@ class PrivateDisplay:
         return process
 
     def _managed(self):
-        answer = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], capture_output=True, text=True)
-        return "window id" in answer.stdout
+        """It announces itself first; a window mapped before it keeps its list of windows never gets the focus."""
+        names = ["_NET_SUPPORTING_WM_CHECK", "_NET_CLIENT_LIST", "_NET_WORKAREA"]
+        answer = subprocess.run(["xprop", "-root", *names], capture_output=True, text=True)
+        # Some start the list with the first window, but have a work area before.
+        return answer.stdout.count("(") >= 2
 
 
 def run(*command):
