@@ -1,5 +1,6 @@
 #include <QKeyEvent>
 #include <QMenu>
+#include <QProcess>
 #include <QTest>
 #include <QWidget>
 
@@ -118,6 +119,36 @@ class X11PanelWindowTest : public QObject {
     user_.chord({kCtrl, kAlt}, kSpace);
     QTRY_COMPARE(presses, 1);
     QCOMPARE(panel_->typed, QString());
+  }
+
+  /// The key is still down when the panel gives the keyboard back, so its release goes to the terminal.
+  void theSameShortcutOpensAndCloses() {
+    platform_.hotkeys->install(
+        [this](std::uint32_t) { panel_->isVisible() ? panel_->dismiss() : void(panel_->present()); });
+    QVERIFY(platform_.hotkeys->registerHotkey(1, kMacSpace, carbon::kControl | carbon::kOption));
+    for (int round = 0; round < 4; ++round) {
+      for (const auto key : {kCtrl, kAlt, kSpace}) user_.key(key, true);
+      QTRY_COMPARE(panel_->isVisible(), round % 2 == 0);
+      for (const auto key : {kSpace, kAlt, kCtrl}) user_.key(key, false);
+      QTest::qWait(2);
+    }
+  }
+
+  void aHeldShortcutIsNotTypedIntoThePanel() {
+    platform_.hotkeys->install([this](std::uint32_t) { panel_->present(); });
+    QVERIFY(platform_.hotkeys->registerHotkey(1, kMacSpace, carbon::kControl | carbon::kOption));
+    QCOMPARE(QProcess::execute(QStringLiteral("xset"), {QStringLiteral("r"), QStringLiteral("rate"),
+                                                        QStringLiteral("30"), QStringLiteral("100")}),
+             0);
+    for (const auto key : {kCtrl, kAlt, kSpace}) user_.key(key, true);
+    QTRY_VERIFY(panel_->isActiveWindow());
+    for (const auto key : {kAlt, kCtrl}) user_.key(key, false);
+    // Long enough for many repetitions, now without modifiers.
+    QTest::qWait(200);
+    user_.key(kSpace, false);
+    user_.tap(kFirstLetter);
+    QTRY_COMPARE(panel_->typed, QStringLiteral("q"));
+    QCOMPARE(QProcess::execute(QStringLiteral("xset"), {QStringLiteral("r"), QStringLiteral("rate")}), 0);
   }
 
   void clickElsewhereIsTheEnd() {
