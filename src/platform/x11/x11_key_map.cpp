@@ -62,9 +62,10 @@ X11KeyMap X11KeyMap::current(const X11Session& session) {
 std::optional<xcb_keycode_t> X11KeyMap::keyCode(std::uint32_t mac) const {
   const KeyCode* key = findKeyCode(mac);
   if (key == nullptr) return {};
-  const auto layouts = map_ ? xkb_keymap_num_layouts(map_.get()) : 0;
-  for (xkb_layout_index_t step = 0; step < layouts; ++step)
-    if (const auto code = find(map_.get(), (layout_ + step) % layouts, *key)) return code;
+  if (map_ == nullptr) return static_cast<xcb_keycode_t>(key->position);
+  if (const auto code = find(map_.get(), layout_, *key)) return code;
+  for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(map_.get()); ++layout)
+    if (const auto code = find(map_.get(), layout, *key)) return code;
   return static_cast<xcb_keycode_t>(key->position);
 }
 

@@ -22,8 +22,8 @@ class X11KeyMap {
   /// `map` may be null: then all keys are where an ANSI keyboard has them.
   X11KeyMap(Map map, xkb_layout_index_t layout) : map_(std::move(map)), layout_(layout) {}
 
-  /// The key that carries the symbol without modifiers on the active layout, else on another layout, else the key at
-  /// the position of an ANSI keyboard. Nothing for codes that are not in the table.
+  /// The key that carries the symbol without modifiers on the active layout, else on the first other one, else the key
+  /// at the position of an ANSI keyboard. Nothing for codes that are not in the table.
   std::optional<xcb_keycode_t> keyCode(std::uint32_t mac) const;
 
  private:

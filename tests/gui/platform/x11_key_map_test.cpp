@@ -37,6 +37,7 @@ class X11KeyMapTest : public QObject {
     QTest::newRow("fr: digits need Shift there, the keys are the same") << QByteArray("fr") << 0 << 18 << 10;
     QTest::newRow("ru alone: no Latin letters, so by position") << QByteArray("ru") << 0 << 6 << 52;
     QTest::newRow("ru beside de: the letters of the other layout") << QByteArray("de,ru") << 1 << 6 << 29;
+    QTest::newRow("ru between two: the first one counts") << QByteArray("us,ru,de") << 1 << 6 << 52;
     QTest::newRow("the active one of two layouts counts") << QByteArray("us,de") << 1 << 6 << 29;
     QTest::newRow("Return has one layout only") << QByteArray("us,ru") << 1 << 36 << 36;
   }
