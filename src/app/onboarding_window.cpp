@@ -1,6 +1,7 @@
 #include "app/onboarding_window.h"
 
 #include <QEvent>
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -55,6 +56,7 @@ OnboardingWindow::OnboardingWindow(AppContext& context)
       prompt_(new QPushButton(u"Ask for Permission"_s)),
       next_(new QPushButton) {
   setWindowTitle(u"Welcome"_s);
+  setWindowIcon(QIcon(u":/icons/vantle.svg"_s));
   setFixedSize(kSize);
   steps_->addWidget(makeWelcomeStep());
   steps_->addWidget(makePermissionsStep());

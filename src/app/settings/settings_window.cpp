@@ -1,6 +1,7 @@
 #include "app/settings/settings_window.h"
 
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QStackedWidget>
@@ -44,6 +45,7 @@ SidebarList* makeTabList(QWidget* parent) {
 SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection)
     : context_(context), selection_(selection), tabs_(makeTabList(this)), pages_(new QStackedWidget(this)) {
   setWindowTitle(u"Settings"_s);
+  setWindowIcon(QIcon(u":/icons/vantle.svg"_s));
   resize(kSize);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(Theme::kGrid, Theme::kGrid, 0, 0);

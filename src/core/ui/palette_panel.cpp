@@ -11,6 +11,7 @@
 
 #include "core/ui/card_frame.h"
 #include "core/ui/key_event.h"
+#include "core/ui/search_field.h"
 #include "core/ui/theme.h"
 
 QScreen* activeScreen() {
@@ -73,6 +74,8 @@ void PalettePanel::dismiss() {
   }
   watching_ = false;
   grip_.reset();
+  // An unfinished composition belongs to no later query.
+  if (auto* field = findChild<SearchField*>()) field->setPreedit({});
   hide();
 }
 
@@ -100,8 +103,16 @@ void PalettePanel::keyPressEvent(QKeyEvent* event) {
 }
 
 void PalettePanel::inputMethodEvent(QInputMethodEvent* event) {
+  if (auto* field = findChild<SearchField*>()) field->setPreedit(event->preeditString());
   if (!event->commitString().isEmpty()) offer(textPress(event->commitString()));
   event->accept();
+}
+
+QVariant PalettePanel::inputMethodQuery(Qt::InputMethodQuery query) const {
+  const auto* field = findChild<SearchField*>();
+  if (query != Qt::ImCursorRectangle || !field) return QWidget::inputMethodQuery(query);
+  const QRect caret = field->caretRect();
+  return QRect(field->mapTo(this, caret.topLeft()), caret.size());
 }
 
 void PalettePanel::mousePressEvent(QMouseEvent* event) {

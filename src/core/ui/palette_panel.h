@@ -44,6 +44,8 @@ class PalettePanel : public QWidget {
   /// Gives the keyboard back and hides.
   void dismiss();
 
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
  Q_SIGNALS:
   void resignedKey();
   /// The user has dragged the panel; only for panels that may be moved.

@@ -15,7 +15,9 @@ namespace {
 
 constexpr int kSymbol = 20;
 constexpr int kSide = 2 * Theme::kGrid;
+constexpr int kGap = 12;
 constexpr int kCaretWidth = 2;
+constexpr int kCaretRoom = kCaretWidth + 2;
 
 class AccessibleSearchField final : public QAccessibleWidget {
  public:
@@ -54,6 +56,12 @@ void SearchField::setText(const QString& text) {
   QAccessible::updateAccessibility(&event);
 }
 
+void SearchField::setPreedit(const QString& preedit) {
+  if (preedit == preedit_) return;
+  preedit_ = preedit;
+  update();
+}
+
 void SearchField::setPlaceholder(const QString& placeholder) {
   placeholder_ = placeholder;
   setAccessibleName(placeholder);
@@ -73,27 +81,47 @@ void SearchField::setTrailingText(const QString& text) {
 
 QSize SearchField::sizeHint() const { return {40 * Theme::kGrid, kHeight}; }
 
+QRect SearchField::textArea() const {
+  const QRect area = rect().adjusted(kSide + kSymbol + kGap, 0, -kSide, 0);
+  if (trailing_.isEmpty()) return area;
+  return area.adjusted(0, 0, -QFontMetrics(Theme::detailFont()).horizontalAdvance(trailing_) - kSide, 0);
+}
+
+QString SearchField::shownText() const {
+  return QFontMetricsF(Theme::fieldFont()).elidedText(text_ + preedit_, Qt::ElideLeft, textArea().width() - kCaretRoom);
+}
+
+QRect SearchField::caretRect() const {
+  const QFontMetricsF metrics(Theme::fieldFont());
+  const QString shown = shownText();
+  const int height = qRound(metrics.ascent() + 2);
+  const int x =
+      textArea().left() + (shown.isEmpty() ? 0 : static_cast<int>(std::ceil(metrics.horizontalAdvance(shown))) + 1);
+  return {x, (this->height() - height) / 2, kCaretWidth, height};
+}
+
 void SearchField::paintEvent(QPaintEvent*) {
   const Theme& theme = themeOf(*this);
   QPainter painter(this);
-  QRect area = rect().adjusted(kSide, 0, -kSide, 0);
-  paintSymbol(painter, symbol_, QRectF(area.left(), (height() - kSymbol) / 2.0, kSymbol, kSymbol), theme.secondary);
-  area.setLeft(area.left() + kSymbol + 12);
-
+  const QRectF symbol(kSide, (height() - kSymbol) / 2.0, kSymbol, kSymbol);
+  paintSymbol(painter, symbol_, symbol, theme.secondary);
   painter.setFont(Theme::detailFont());
   painter.setPen(theme.secondary);
-  painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, trailing_);
-  if (!trailing_.isEmpty()) area.setRight(area.right() - painter.fontMetrics().horizontalAdvance(trailing_) - kSide);
+  painter.drawText(rect().adjusted(0, 0, -kSide, 0), Qt::AlignRight | Qt::AlignVCenter, trailing_);
 
   painter.setFont(Theme::fieldFont());
   const QFontMetricsF metrics(painter.font());
-  // The end of a long query is what is being typed.
-  const QString shown = metrics.elidedText(text_, Qt::ElideLeft, area.width() - kCaretWidth - 2);
-  painter.setPen(text_.isEmpty() ? theme.secondary : theme.text);
-  const QString line = text_.isEmpty() ? metrics.elidedText(placeholder_, Qt::ElideRight, area.width()) : shown;
-  painter.drawText(area.adjusted(text_.isEmpty() ? kCaretWidth + 2 : 0, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                   line);
-  const double caretX = area.left() + (text_.isEmpty() ? 0 : std::ceil(metrics.horizontalAdvance(shown)) + 1);
-  const double caretHeight = std::round(metrics.ascent() + 2);
-  painter.fillRect(QRectF(caretX, std::round((height() - caretHeight) / 2), kCaretWidth, caretHeight), theme.accent);
+  const QRect area = textArea();
+  const QString shown = shownText();
+  const QRect caret = caretRect();
+  if (shown.isEmpty()) {
+    painter.drawText(area.adjusted(kCaretRoom, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                     metrics.elidedText(placeholder_, Qt::ElideRight, area.width() - kCaretRoom));
+  } else {
+    painter.setPen(theme.text);
+    painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter, shown);
+  }
+  const double composed = std::min<double>(metrics.horizontalAdvance(preedit_), caret.left() - area.left());
+  painter.fillRect(QRectF(caret.left() - composed, caret.bottom() + 1, composed, 1), theme.text);
+  painter.fillRect(caret, theme.accent);
 }

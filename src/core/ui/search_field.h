@@ -14,6 +14,10 @@ class SearchField : public QWidget {
 
   const QString& text() const { return text_; }
   void setText(const QString& text);
+  /// What an input method is composing at the caret, underlined.
+  void setPreedit(const QString& preedit);
+  /// Where the caret stands, so that an input method shows its candidates there.
+  QRect caretRect() const;
   void setPlaceholder(const QString& placeholder);
   /// The leading symbol, a magnifying glass unless set.
   void setSymbol(const QString& symbol);
@@ -26,7 +30,12 @@ class SearchField : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  QRect textArea() const;
+  /// The end of text and preedit as far as they fit, for the end is what is being typed.
+  QString shownText() const;
+
   QString text_;
+  QString preedit_;
   QString placeholder_;
   QString symbol_;
   QString trailing_;

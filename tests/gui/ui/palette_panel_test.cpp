@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "core/ui/search_field.h"
 #include "core/ui/theme.h"
 #include "support/fake_panel_window.h"
 #include "support/two_screens.h"
@@ -102,6 +103,30 @@ class PalettePanelTest : public QObject {
     QVERIFY(world.presses[2].shift);
     QCOMPARE(world.presses[3].characters, u"é"_s);
     QVERIFY(world.presses[3].isText());
+  }
+
+  void showsWhatAnInputMethodComposes() {
+    World world;
+    auto* field = new SearchField(u"Search"_s);
+    world.panel.setContent(field);
+    world.panel.present();
+    const auto compose = [&world](const QString& preedit, const QString& commit) {
+      QInputMethodEvent event(preedit, {});
+      event.setCommitString(commit);
+      QApplication::sendEvent(&world.panel, &event);
+      return world.panel.inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    };
+    const QRect empty = compose({}, {});
+    QVERIFY(world.native.watchedCard.contains(empty));
+    const QRect composing = compose(u"にほん"_s, {});
+    QVERIFY(composing.left() > empty.left());
+    QVERIFY(world.presses.empty());
+    QCOMPARE(compose({}, u"日本"_s), empty);
+    QCOMPARE(world.presses.size(), 1U);
+    QCOMPARE(world.presses[0].characters, u"日本"_s);
+    compose(u"に"_s, {});
+    world.panel.dismiss();
+    QCOMPARE(field->caretRect().left(), empty.left() - field->mapTo(&world.panel, QPoint()).x());
   }
 
   void isAskedBeforeTheFieldThatHasTheFocus() {
