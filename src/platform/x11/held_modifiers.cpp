@@ -11,6 +11,9 @@ constexpr auto kWaitForUser = 400ms;
 /// For a server that does not let XTEST release another keyboard's keys.
 constexpr auto kWaitWhenNotLifted = 5s;
 constexpr auto kPoll = 5ms;
+/// After typing, how long a hand that still holds a modifier is watched, and how often.
+constexpr auto kAttention = 10s;
+constexpr auto kAttend = 50ms;
 
 }  // namespace
 
@@ -26,6 +29,8 @@ bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const
   // XTEST may have keys of an earlier run down that the user's own keyboard has released since.
   keyboard_.release(map.shiftKey());
   keyboard_.release(map.level3Key());
+  for (const xcb_keycode_t code : given_) keyboard_.release(code);
+  given_.clear();
   switchLocksOff(map);
   keyboard_.sync();
   follow(map);
@@ -90,10 +95,25 @@ void HeldModifiers::giveBack(const KeyboardMap& map) {
   for (const xcb_keycode_t code : pressed) keyboard_.press(code);
   if (!pressed.empty()) keyboard_.tap(neutralKey_);
   if (locks_ != 0) keyboard_.setLocked(locks_, locks_);
+  given_ = pressed;
+  attendUntil_ = std::chrono::steady_clock::now() + kAttention;
+  attend(map);
+}
+
+std::optional<std::chrono::steady_clock::time_point> HeldModifiers::dueTime() const {
+  if (given_.empty()) return {};
+  return std::chrono::steady_clock::now() + kAttend;
+}
+
+void HeldModifiers::attend(const KeyboardMap& map) {
   keyboard_.sync();
-  // Let go in the moment before the press: the release went by unseen, so it is made up for.
   follow(map);
-  for (const xcb_keycode_t code : pressed)
-    if (!lifted_.contains(code)) keyboard_.release(code);
-  keyboard_.watchKeys(false);
+  // Let go before the press, the key is down only because of it: the release also makes up for that.
+  std::erase_if(given_, [this](xcb_keycode_t code) {
+    if (lifted_.contains(code)) return false;
+    keyboard_.release(code);
+    return true;
+  });
+  if (std::chrono::steady_clock::now() > attendUntil_) given_.clear();
+  if (given_.empty()) keyboard_.watchKeys(false);
 }

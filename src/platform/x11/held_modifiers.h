@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <set>
 #include <stop_token>
 
@@ -19,8 +20,13 @@ class HeldModifiers {
   bool lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const std::stop_token& stop);
   /// Lifts what was pressed since; called between chunks.
   void liftNewlyHeld(const KeyboardMap& map);
-  /// Presses again what the user still holds.
+  /// Presses again what the user still holds. Then `attend` is to be called at each `dueTime`.
   void giveBack(const KeyboardMap& map);
+
+  std::optional<std::chrono::steady_clock::time_point> dueTime() const;
+  /// Ends XTEST's part in keys that were given back once the user lets go: later presses of them by XTEST, ours or
+  /// another program's, would have no effect otherwise.
+  void attend(const KeyboardMap& map);
 
  private:
   void waitForUser(const KeyboardMap& map, std::chrono::milliseconds longest, const std::stop_token& stop);
@@ -34,5 +40,8 @@ class HeldModifiers {
   xcb_keycode_t neutralKey_ = 0;
   /// Modifier keys that the user holds down while the server has them up.
   std::set<xcb_keycode_t> lifted_;
+  /// Given back, and down as far as XTEST is concerned.
+  std::set<xcb_keycode_t> given_;
+  std::chrono::steady_clock::time_point attendUntil_;
   std::uint8_t locks_ = 0;
 };

@@ -44,7 +44,7 @@ class X11KeyEvents final : public KeyEvents {
       if (!typist || typist->isBroken()) typist = X11Typist::open();
       deliver(std::move(request->done), typist ? typist->perform(request->steps, stop) : unavailable());
     }
-    if (typist) typist->lender().giveBackSoon();
+    if (typist) typist->finish();
   }
 
   /// The next request; gives borrowed keys back meanwhile when it is time. Empty at the end.
@@ -53,12 +53,12 @@ class X11KeyEvents final : public KeyEvents {
     const auto hasRequest = [this] { return !queue_.empty(); };
     while (!stop.stop_requested()) {
       if (hasRequest()) return takeFirst();
-      const auto due = typist ? typist->lender().dueTime() : std::nullopt;
+      const auto due = typist ? typist->dueTime() : std::nullopt;
       if (!due) {
         wake_.wait(lock, stop, hasRequest);
       } else if (!wake_.wait_until(lock, stop, *due, hasRequest) && !stop.stop_requested()) {
         lock.unlock();
-        typist->lender().giveBackIfRead();
+        typist->attend();
         lock.lock();
       }
     }

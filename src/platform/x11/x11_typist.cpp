@@ -48,6 +48,22 @@ X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::sto
   return {};
 }
 
+std::optional<std::chrono::steady_clock::time_point> X11Typist::dueTime() const {
+  const auto keys = lender_.dueTime();
+  const auto modifiers = modifiers_.dueTime();
+  return keys && modifiers ? std::min(*keys, *modifiers) : keys ? keys : modifiers;
+}
+
+void X11Typist::attend() {
+  if (const auto due = lender_.dueTime(); due && *due <= std::chrono::steady_clock::now()) lender_.giveBackIfRead();
+  if (modifiers_.dueTime()) modifiers_.attend(*map_);
+}
+
+void X11Typist::finish() {
+  lender_.giveBackSoon();
+  if (modifiers_.dueTime()) modifiers_.attend(*map_);
+}
+
 void X11Typist::typeSteps(const std::vector<TypingStep>& steps, const std::stop_token& stop) {
   for (std::size_t step = 0; step < steps.size() && !stop.stop_requested() && !isBroken(); ++step) {
     if (const auto* pause = std::get_if<Pause>(&steps[step])) {

@@ -29,7 +29,12 @@ class X11Typist {
   Result perform(const KeySequence& sequence, const std::stop_token& stop);
   bool isBroken() const { return keyboard_->isBroken(); }
 
-  CharacterLender& lender() { return lender_; }
+  /// When `attend` is to be called next; empty when nothing is left to do.
+  std::optional<std::chrono::steady_clock::time_point> dueTime() const;
+  /// Gives back what typing has taken, keys and modifiers, as it becomes possible.
+  void attend();
+  /// For the end of the process.
+  void finish();
 
  private:
   explicit X11Typist(std::unique_ptr<XTestKeyboard> keyboard);
