@@ -13,6 +13,7 @@ class DesktopApplication {
   virtual bool forceDark([[maybe_unused]] bool dark) { return false; }
   /// Calls `changed` on the main thread with what the desktop wants, soon and at each change; never where it does not
   /// say.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): implementations keep it
   virtual void watchAppearance([[maybe_unused]] std::function<void(bool dark)> changed) {}
   /// Makes the program the active application. Due whenever an ordinary window is opened, and only then: raising a
   /// window does not do it, so that panels can be raised over the user's own application.
