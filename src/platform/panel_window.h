@@ -15,6 +15,9 @@ enum class PanelKind {
   toast,
 };
 
+/// What scrolls: each has a direction of its own in the user's settings.
+enum class ScrollSource { wheel, touchpad };
+
 /// The native side of panels. The same calls are made at every show; main thread only.
 class PanelWindow {
  public:
@@ -31,6 +34,12 @@ class PanelWindow {
   /// window loses the keyboard otherwise.
   virtual void watchKeyboardLoss(QWindow& window, const QRect& card, std::function<void()> lost) = 0;
   virtual void stopWatching(QWindow& window) = 0;
+  /// Whether the user has turned the direction of scrolling round ("natural" scrolling), for systems whose scroll
+  /// events do not say so themselves.
+  virtual bool isScrollingInverted(ScrollSource source) const {
+    Q_UNUSED(source)
+    return false;
+  }
   /// Where the window takes clicks (window coordinates); the rest lets them through to what is behind. Nothing to do
   /// where the system lets clicks through transparent pixels by itself.
   virtual void setInputRegion(QWindow& window, const QRegion& region) {

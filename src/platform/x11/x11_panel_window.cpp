@@ -10,6 +10,7 @@
 
 #include "base/logging.h"
 #include "platform/x11/x11_raw_input.h"
+#include "platform/x11/x11_scrolling.h"
 #include "platform/x11/xcb_reply.h"
 
 using namespace std::chrono_literals;
@@ -82,6 +83,10 @@ void X11PanelWindow::stopWatching(QWindow& window) {
 
 bool X11PanelWindow::isTranslucencyAvailable() const {
   return selectionOwner(session_, compositorSelection_) != XCB_WINDOW_NONE;
+}
+
+bool X11PanelWindow::isScrollingInverted(ScrollSource source) const {
+  return isNaturalScrollingEnabled(session_, source);
 }
 
 void X11PanelWindow::setInputRegion(QWindow& window, const QRegion& region) {

@@ -1,3 +1,5 @@
+#include <xcb/xinput.h>
+
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
@@ -25,6 +27,7 @@ class Composited final : public PanelWindow {
     real_.watchKeyboardLoss(window, card, std::move(lost));
   }
   void stopWatching(QWindow& window) override { real_.stopWatching(window); }
+  bool isScrollingInverted(ScrollSource source) const override { return real_.isScrollingInverted(source); }
   bool isTranslucencyAvailable() const override { return composited_; }
   void setInputRegion(QWindow& window, const QRegion& region) override { real_.setInputRegion(window, region); }
 
@@ -104,14 +107,48 @@ class ToastX11Test : public QObject {
   void theWheelSwipesItAway() {
     World world(true);
     world.show({.title = u"Swipe me"_s});
-    const QPoint middle = world.card().center();
-    user_.click(middle.x(), middle.y(), 4);
-    user_.click(middle.x(), middle.y(), 4);
+    scroll(world, kUp);
     QTRY_VERIFY(!world.controller.model().isShown());
     QCOMPARE(user_.activeWindow(), application_.window());
   }
 
+  /// With natural scrolling the driver reports a turn of the wheel upwards as one downwards.
+  void naturalScrollingTurnsTheSwipeRound() {
+    setNaturalScrolling(true);
+    World world(true);
+    world.show({.title = u"Swipe me"_s});
+    scroll(world, kUp);
+    scroll(world, kDown);
+    scroll(world, kDown);
+    QTRY_VERIFY(!world.controller.model().isShown());
+  }
+
+  void cleanup() { setNaturalScrolling(false); }
+
  private:
+  static constexpr std::uint8_t kUp = 4;
+  static constexpr std::uint8_t kDown = 5;
+
+  void scroll(const World& world, std::uint8_t button) {
+    const QPoint middle = world.card().center();
+    user_.click(middle.x(), middle.y(), button);
+    user_.click(middle.x(), middle.y(), button);
+  }
+  /// As the desktop's settings do, on the device that the tests scroll with.
+  void setNaturalScrolling(bool enabled) {
+    constexpr xcb_input_device_id_t kTestPointer = 4;
+    constexpr QByteArrayView kName = "libinput Natural Scrolling Enabled";
+    const auto cookie = xcb_intern_atom(user_.connection(), false, kName.size(), kName.data());
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> name(
+        xcb_intern_atom_reply(user_.connection(), cookie, nullptr), &std::free);
+    std::uint8_t value = enabled ? 1 : 0;
+    xcb_input_xi_change_property_items_t items{};
+    items.data8 = &value;
+    xcb_input_xi_change_property_aux(user_.connection(), kTestPointer, XCB_PROP_MODE_REPLACE, 8, name->atom,
+                                     XCB_ATOM_INTEGER, 1, &items);
+    xcb_flush(user_.connection());
+  }
+
   XClient application_;
   XClient user_;
 };

@@ -7,6 +7,7 @@
 #include "core/ui/toast/toast_panel.h"
 #include "core/ui/toast/toast_view.h"
 #include "support/fake_clock.h"
+#include "support/fake_panel_window.h"
 #include "support/fake_platform.h"
 #include "support/fake_toast_surface.h"
 
@@ -71,7 +72,7 @@ std::vector<ToastContent> samples(const Theme& theme) {
 struct Stage {
   explicit Stage(const ToastContent& content, QWidget* parent)
       : controller([](ToastController&) { return std::make_unique<FakeToastSurface>(); }, preferences, sounds, clock),
-        view(new ToastView(controller, clock)) {
+        view(new ToastView(controller, native, clock)) {
     view->setParent(parent);
     view->resize(ToastPanel::kSize);
     controller.show(content, content.showsSpinner ? 120s : 8s);
@@ -82,6 +83,7 @@ struct Stage {
   AppPreferences preferences{folder.filePath(u"app-settings.json"_s)};
   FakeSounds sounds;
   FakeClock clock;
+  FakePanelWindow native;
   ToastController controller;
   ToastView* view;
 };

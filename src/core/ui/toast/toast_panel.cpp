@@ -22,7 +22,7 @@ ToastPanel::ToastPanel(ToastController& controller, PanelWindow& native, const S
       native_(native),
       system_(system),
       model_(controller.model()),
-      view_(new ToastView(controller, clock)) {
+      view_(new ToastView(controller, native, clock)) {
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_X11DoNotAcceptFocus);

@@ -54,17 +54,24 @@ QAccessibleInterface* accessibleToast(const QString&, QObject* object) {
 }
 
 /// A notch of a wheel counts 15 points, so that one alone dismisses nothing.
-ScrollStep scrollStep(const QWheelEvent& event) {
+ScrollStep scrollStep(const QWheelEvent& event, const PanelWindow& native) {
+  const int angle = event.angleDelta().y();
+  const ScrollSource source =
+      angle % QWheelEvent::DefaultDeltasPerStep == 0 ? ScrollSource::wheel : ScrollSource::touchpad;
   const bool isGesture = event.phase() != Qt::NoScrollPhase && !event.pixelDelta().isNull();
-  return {.deltaY = isGesture ? event.pixelDelta().y() : event.angleDelta().y() / 8.0,
-          .inverted = event.inverted(),
+  return {.deltaY = isGesture ? event.pixelDelta().y() : angle / 8.0,
+          .inverted = event.inverted() || native.isScrollingInverted(source),
           .begins = event.phase() == Qt::ScrollBegin};
 }
 
 }  // namespace
 
-ToastView::ToastView(ToastController& controller, Clock& clock)
-    : controller_(controller), model_(controller.model()), clock_(clock), close_(new CloseButton(this)) {
+ToastView::ToastView(ToastController& controller, const PanelWindow& native, Clock& clock)
+    : controller_(controller),
+      model_(controller.model()),
+      native_(native),
+      clock_(clock),
+      close_(new CloseButton(this)) {
   static const bool installed = (QAccessible::installFactory(accessibleToast), true);
   Q_UNUSED(installed)
   setMouseTracking(true);
@@ -185,7 +192,9 @@ void ToastView::paintEvent(QPaintEvent*) {
   paintContents(painter, current_, morph < 0.5 ? 0 : 2 * morph - 1);
 }
 
-void ToastView::wheelEvent(QWheelEvent* event) { event->setAccepted(controller_.scrolled(scrollStep(*event))); }
+void ToastView::wheelEvent(QWheelEvent* event) {
+  event->setAccepted(controller_.scrolled(scrollStep(*event, native_)));
+}
 
 void ToastView::mousePressEvent(QMouseEvent* event) {
   pressed_ = event->button() == Qt::LeftButton && cardRect().contains(event->position().toPoint());

@@ -8,6 +8,7 @@
 
 #include "core/ui/toast/toast_controller.h"
 #include "core/ui/toast/toast_layout.h"
+#include "platform/panel_window.h"
 
 class QAbstractButton;
 
@@ -20,7 +21,7 @@ class ToastView : public QWidget {
   Q_OBJECT
 
  public:
-  ToastView(ToastController& controller, Clock& clock);
+  ToastView(ToastController& controller, const PanelWindow& native, Clock& clock);
 
   /// For the toasts that follow. Without translucency the card has no shadow and does not fade.
   void setLook(ToastMotion motion, bool translucent);
@@ -60,6 +61,7 @@ class ToastView : public QWidget {
 
   ToastController& controller_;
   ToastModel& model_;
+  const PanelWindow& native_;
   Clock& clock_;
   ToastMotion motion_ = ToastMotion::none;
   bool translucent_ = true;
