@@ -10,6 +10,7 @@
 #include "platform/network_path.h"
 #include "platform/permissions.h"
 #include "platform/sounds.h"
+#include "platform/system_info.h"
 
 /// Remembers registrations; refuses the combinations in `taken`.
 class FakeHotkeys final : public HotkeyBackend {
@@ -76,4 +77,16 @@ class FakeSounds final : public Sounds {
   void beep() override { ++beeps; }
   int completions = 0;
   int beeps = 0;
+};
+
+class FakeSystem final : public SystemInfo {
+ public:
+  QString osVersion() const override { return QStringLiteral("Testix 1"); }
+  QString thisComputer() const override { return QStringLiteral("this computer"); }
+  QString systemName() const override { return QStringLiteral("Testix"); }
+  QString fileManager() const override { return QStringLiteral("file manager"); }
+  QString systemSettings() const override { return QStringLiteral("Settings"); }
+  bool isMotionReduced() const override { return motionReduced; }
+  QString shortcutOwnerHint() const override { return {}; }
+  bool motionReduced = true;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include "core/hotkeys/hotkey_center.h"
@@ -20,42 +21,29 @@ class FakeHttp final : public HttpClient {
   std::vector<HttpRequest> sent;
 };
 
-/// Counts its activations.
-class FakeTool final : public Tool {
- public:
-  explicit FakeTool(const ToolInfo& info) : Tool(info, {}) {}
-  void activate() override { ++activations; }
-  int activations = 0;
-};
-
-/// A whole core over a temporary folder and recording fakes, with the fourteen tools; each test builds its own.
+/// A whole core over a temporary folder and recording fakes; each test builds its own.
 struct World {
-  QTemporaryDir directory;
-  Folders folders{directory.path()};
-  FakeClock clock;
-  FakeHotkeys hotkeyBackend;
-  FakeNetworkPath networkPath;
-  FakeToasts toasts;
-  FakeHttp http;
-  Platform system = makeNullPlatform();
-  SettingsStore settings{folders.file(QStringLiteral("settings.json"))};
-  AppPreferences preferences{folders.file(QStringLiteral("app-settings.json"))};
-  NetworkMonitor network{networkPath};
-  HotkeyCenter hotkeys{hotkeyBackend, settings, clock};
-  InstallIdentity identity{folders.file(QStringLiteral("install-id"))};
-  Analytics analytics{{preferences, network, http, identity, *system.systemInfo, [this] { return endpoint; }}};
-  ToolRegistry registry{{settings, hotkeys, network, analytics, toasts, clock}};
-  std::optional<EventEndpoint> endpoint =
-      EventEndpoint{QUrl(QStringLiteral("https://api.example/v1/events")), "secret"};
+  class RecordingTool final : public Tool {
+   public:
+    RecordingTool(const ToolInfo& info, World& world) : Tool(info, {}), world_(world) {}
+    void activate() override {
+      world_.activated.append(id());
+      if (world_.onActivate) world_.onActivate();
+    }
 
-  void bootstrap() { registry.bootstrap(makeTools()); }
-  static std::vector<std::unique_ptr<Tool>> makeTools() {
+   private:
+    World& world_;
+  };
+
+  /// The fourteen tools of the table.
+  std::vector<std::unique_ptr<Tool>> makeTools() {
     std::vector<std::unique_ptr<Tool>> tools;
-    for (const ToolInfo& info : toolTable()) tools.push_back(std::make_unique<FakeTool>(info));
+    for (const ToolInfo& info : toolTable()) tools.push_back(std::make_unique<RecordingTool>(info, *this));
     return tools;
   }
-  FakeTool& tool(const QString& id) { return *dynamic_cast<FakeTool*>(registry.tool(id)); }
-  QStringList shownIDs() const {
+  void bootstrap() { registry.bootstrap(makeTools()); }
+  qsizetype activations(const QString& id) const { return activated.count(id); }
+  QStringList order() const {
     QStringList ids;
     for (const ToolItem& item : registry.items()) ids.append(item.id());
     return ids;
@@ -64,4 +52,30 @@ struct World {
     networkPath.report(online);
     QCoreApplication::processEvents();
   }
+
+  QTemporaryDir directory;
+  Folders folders{directory.path()};
+  FakeClock clock;
+  FakeHotkeys hotkeyBackend;
+  FakeNetworkPath networkPath;
+  FakeToasts toasts;
+  FakeSounds sounds;
+  FakeHttp http;
+  Platform system = makeNullPlatform();
+  SettingsStore settings{folders.file(QStringLiteral("settings.json"))};
+  AppPreferences preferences{folders.file(QStringLiteral("app-settings.json"))};
+  NetworkMonitor network{networkPath};
+  HotkeyCenter hotkeys{hotkeyBackend, settings, clock};
+  InstallIdentity identity{folders.file(QStringLiteral("install-id"))};
+  std::optional<EventEndpoint> endpoint =
+      EventEndpoint{QUrl(QStringLiteral("https://api.example/v1/events")), "secret"};
+  Analytics analytics{{preferences, network, http, identity, *system.systemInfo, [this] { return endpoint; }}};
+  ToolRegistry registry{{settings, hotkeys, network, analytics, toasts, clock}};
+  QStringList activated;
+  std::function<void()> onActivate;
+};
+
+/// The same with the tools registered; starting one runs `onActivate`.
+struct ToolWorld : World {
+  ToolWorld() { bootstrap(); }
 };

@@ -7,10 +7,7 @@
 
 #include "app/onboarding_window.h"
 #include "app/settings/settings_window.h"
-#include "core/ui/control_style.h"
 #include "core/ui/hotkey_recorder_view.h"
-#include "core/ui/theme.h"
-#include "core/ui/theme_palette.h"
 #include "core/ui/toggle_switch.h"
 #include "support/world.h"
 
@@ -18,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A settings window over a whole core; VANTLE_SHOTS names a folder for pictures of what is tested.
+/// A settings window over a whole core.
 struct Stage {
   explicit Stage(std::vector<Hotkey> taken = {}) {
     world.hotkeyBackend.taken = std::move(taken);
@@ -44,11 +41,6 @@ struct Stage {
     QVERIFY(QTest::qWaitForWindowExposed(&window));
   }
 };
-
-void shoot(QWidget& window, const QString& name) {
-  const QString folder = qEnvironmentVariable("VANTLE_SHOTS");
-  if (!folder.isEmpty()) window.grab().save(folder + u'/' + name + u".png"_s);
-}
 
 /// The visible controls that a screen reader could not name.
 QStringList unnamedControls(QWidget& window) {
@@ -77,36 +69,23 @@ class TestSettingsWindow : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void everyControlHasAName_data() {
-    QTest::addColumn<int>("tab");
-    for (int tab = 0; tab < 6; ++tab) QTest::addRow("tab %d", tab) << tab;
-  }
   void everyControlHasAName() {
-    QFETCH(int, tab);
     Stage stage;
-    stage.show(static_cast<SettingsTab>(tab));
-    QCOMPARE(unnamedControls(stage.window), QStringList());
-    shoot(stage.window, u"settings-%1"_s.arg(tab));
+    for (int tab = 0; tab < 6; ++tab) {
+      stage.show(static_cast<SettingsTab>(tab));
+      QCOMPARE(unnamedControls(stage.window), QStringList());
+    }
   }
 
-  void recorderTakesRealKeys() {
+  void aRecorderPutAwayMidwayGivesTheShortcutsBack() {
     Stage stage;
     stage.show(SettingsTab::shortcuts);
     auto* button = named<QPushButton>(stage.window, u"Shortcut of Image to URL"_s);
     QVERIFY(button);
     QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(button->text(), u"Press shortcut…"_s);
     QTest::keyClick(button, Qt::Key_P, Qt::ControlModifier | Qt::AltModifier);
     QCOMPARE(stage.sounds->beeps, 1);
-    QCOMPARE(button->text(), u"Press shortcut…"_s);
-    shoot(stage.window, u"recording-conflict"_s);
-    QTest::keyClick(button, Qt::Key_X, Qt::ControlModifier | Qt::AltModifier);
-    QCOMPARE(stage.world.hotkeys.binding(u"uplink"_s), (Hotkey{7, 0x1800}));
-
-    QTest::mouseClick(button, Qt::LeftButton);
-    QTest::keyClick(button, Qt::Key_Escape);
-    QCOMPARE(button->text(), u"⌃⌥X"_s);
-    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(!stage.world.hotkeys.isRegistered(u"uplink"_s));
     stage.window.hide();
     QVERIFY(stage.world.hotkeys.isRegistered(u"uplink"_s));
   }
@@ -131,7 +110,6 @@ class TestSettingsWindow : public QObject {
     QCOMPARE(window.windowTitle(), u"Welcome"_s);
     QCOMPARE(window.size(), QSize(560, 640));
     QCOMPARE(unnamedControls(window), QStringList());
-    shoot(window, u"welcome"_s);
     auto* consent = named<ToggleSwitch>(window, u"Share"_s);
     QVERIFY(consent && !consent->isChecked());
     consent->click();
@@ -144,20 +122,11 @@ class TestSettingsWindow : public QObject {
     press(u"Continue"_s);
     QVERIFY(stage.world.settings.value().privacyAccepted && stage.world.settings.value().onboardingReachedPermissions);
     QVERIFY(!stage.world.settings.value().onboardingCompleted);
-    shoot(window, u"welcome-permissions"_s);
     press(u"Done"_s);
     QVERIFY(stage.world.settings.value().onboardingCompleted);
     QVERIFY(!window.isVisible());
   }
 };
 
-int main(int argc, char** argv) {
-  const QApplication application(argc, argv);
-  QApplication::setStyle(new ControlStyle);
-  const bool dark = qEnvironmentVariableIsSet("VANTLE_SHOTS_DARK");
-  QApplication::setPalette(themePalette(dark ? Theme::darkTheme() : Theme::light()));
-  TestSettingsWindow test;
-  return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TestSettingsWindow)
 #include "test_settings_window.moc"

@@ -9,7 +9,6 @@
 #include "core/ui/toast/toast_view.h"
 #include "support/fake_panel_window.h"
 #include "support/fake_platform.h"
-#include "support/tool_world.h"
 #include "support/two_screens.h"
 
 using namespace Qt::StringLiterals;

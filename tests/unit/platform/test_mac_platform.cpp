@@ -114,164 +114,151 @@ class MacPlatformTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
-  void cleanup();
-  void pressesArriveOutsideTheSystemsHandler();
-  void refusalsAreTold();
-  void stepsAreTypedInOrderAndPaced();
-  void failedStepIsSkippedAndReported();
-  void typingEndsWithTheProgram();
-  void toastIsOrderedFrontOnceShown();
-  void keyboardLossIsToldOnce();
-  void watchedWindowMayDie();
-  void activationIsReturned();
-  void versionText();
+  void init() {
+    fake = new FakeSystem;
+    platform_ = makePlatform();
+  }
+
+  void cleanup() {
+    platform_.reset();
+    QCOMPARE(fake->handles, 0);
+    delete std::exchange(fake, nullptr);
+  }
+
+  void pressesArriveOutsideTheSystemsHandler() {
+    std::vector<std::uint32_t> pressed;
+    platform_->hotkeys->install([&](std::uint32_t id) { pressed.push_back(id); });
+    QVERIFY(platform_->hotkeys->registerHotkey(7, 36, 0x1800));
+    QVERIFY(platform_->hotkeys->registerHotkey(8, 49, 0x1800));
+    platform_->hotkeys->unregisterHotkey(8);
+    platform_->hotkeys->unregisterHotkey(99);
+
+    fake->listener->pressed(fake->listener->context, 7);
+    QVERIFY(pressed.empty());
+    QTRY_COMPARE(pressed, std::vector<std::uint32_t>{7});
+
+    fake->listener->pressed(fake->listener->context, 7);
+    platform_.reset();
+    QCoreApplication::processEvents();
+    QCOMPARE(pressed.size(), 1U);
+  }
+
+  void refusalsAreTold() {
+    fake->answer = mac::HotkeyResult::taken;
+    QCOMPARE(platform_->hotkeys->registerHotkey(1, 36, 0x1800).error().reason, HotkeyRefusal::Reason::taken);
+    fake->answer = mac::HotkeyResult::failed;
+    QCOMPARE(platform_->hotkeys->registerHotkey(2, 36, 0x1800).error().reason, HotkeyRefusal::Reason::unavailable);
+  }
+
+  void stepsAreTypedInOrderAndPaced() {
+    QThread* doneOn = nullptr;
+    platform_->keyEvents->perform({TypeText{u"über 🙂"_s}, Pause{3ms}, TypeText{u"b"_s}, Pause{20ms}, PressKey{36, 0}},
+                                  {});
+    platform_->keyEvents->perform({PressKey{9, 0x0100}}, [&](auto result) {
+      QVERIFY(result);
+      doneOn = QThread::currentThread();
+    });
+    QTRY_COMPARE(doneOn, QThread::currentThread());
+    QCOMPARE(fake->posted(), (QStringList{u"über 🙂"_s, u"b"_s, u"<36 0>"_s, u"<9 256>"_s}));
+    for (const auto& post : fake->posts) QVERIFY(post.thread != QThread::currentThread());
+    QVERIFY(fake->posts[1].at - fake->posts[0].at >= 3ms);
+    QVERIFY(fake->posts[2].at - fake->posts[1].at >= 20ms);
+  }
+
+  void failedStepIsSkippedAndReported() {
+    fake->failing = u"b"_s;
+    std::optional<bool> succeeded;
+    platform_->keyEvents->perform({TypeText{u"a"_s}, TypeText{u"b"_s}, TypeText{u"c"_s}},
+                                  [&](auto result) { succeeded = result.has_value(); });
+    QTRY_VERIFY(succeeded);
+    QVERIFY(!*succeeded);
+    QCOMPARE(fake->posted(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+  }
+
+  void typingEndsWithTheProgram() {
+    bool done = false;
+    KeySequence hour;
+    for (int second = 0; second < 36000; ++second) hour.insert(hour.end(), {TypeText{u"x"_s}, Pause{100ms}});
+    platform_->keyEvents->perform(hour, [&](auto) { done = true; });
+    platform_->keyEvents->perform(hour, [&](auto) { done = true; });
+    QTRY_VERIFY(!fake->posted().isEmpty());
+    QElapsedTimer ending;
+    ending.start();
+    platform_.reset();
+    QVERIFY(ending.elapsed() < 10000);
+    QCoreApplication::processEvents();
+    QVERIFY(!done);
+  }
+
+  void toastIsOrderedFrontOnceShown() {
+    QWindow toast;
+    platform_->panelWindow->prepare(toast, PanelKind::toast);
+    QCoreApplication::processEvents();
+    QVERIFY(fake->ordered.empty());
+    platform_->panelWindow->prepare(toast, PanelKind::toast);
+    toast.show();
+    QTRY_COMPARE(fake->ordered, std::vector{mac::Panel::toast});
+  }
+
+  void keyboardLossIsToldOnce() {
+    QWindow palette;
+    int losses = 0;
+    const auto press = [&](QPointF at) {
+      QMouseEvent event(QEvent::MouseButtonPress, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+      QCoreApplication::sendEvent(&palette, &event);
+      QCoreApplication::processEvents();
+    };
+    platform_->panelWindow->watchKeyboardLoss(palette, QRect(48, 48, 100, 100), [&] {
+      ++losses;
+      platform_->panelWindow->stopWatching(palette);
+    });
+    press({60, 60});
+    QCOMPARE(losses, 0);
+    const auto [resigned, context] = fake->watches.begin()->second;
+    resigned(context);
+    press({10, 60});
+    QCOMPARE(losses, 1);
+    QVERIFY(fake->watches.empty());
+    press({10, 60});
+    QCOMPARE(losses, 1);
+
+    platform_->panelWindow->watchKeyboardLoss(palette, QRect(48, 48, 100, 100), [&] { ++losses; });
+    press({10, 60});
+    press({10, 60});
+    QCOMPARE(losses, 2);
+  }
+
+  void watchedWindowMayDie() {
+    auto palette = std::make_unique<QWindow>();
+    platform_->panelWindow->watchKeyboardLoss(*palette, QRect(), [] { QFAIL("the window is gone"); });
+    palette.reset();
+    QCoreApplication::processEvents();
+  }
+
+  void activationIsReturned() {
+    QWindow palette;
+    PanelWindow& panels = *platform_->panelWindow;
+    QVERIFY(panels.takeKeyboard(palette));
+    QVERIFY(panels.takeKeyboard(palette));
+    panels.releaseKeyboard(palette);
+    panels.releaseKeyboard(palette);
+    QCOMPARE(fake->activationsReturned, 1);
+
+    fake->otherIsActive = false;
+    panels.takeKeyboard(palette);
+    panels.releaseKeyboard(palette);
+    QCOMPARE(fake->activationsReturned, 1);
+  }
+
+  void versionText() {
+    QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 14.5"_s);
+    fake->version = {15, 0, 1};
+    QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 15.0.1"_s);
+  }
 
  private:
   std::optional<Platform> platform_;
 };
-
-void MacPlatformTest::init() {
-  fake = new FakeSystem;
-  platform_ = makePlatform();
-}
-
-void MacPlatformTest::cleanup() {
-  platform_.reset();
-  QCOMPARE(fake->handles, 0);
-  delete std::exchange(fake, nullptr);
-}
-
-void MacPlatformTest::pressesArriveOutsideTheSystemsHandler() {
-  std::vector<std::uint32_t> pressed;
-  platform_->hotkeys->install([&](std::uint32_t id) { pressed.push_back(id); });
-  QVERIFY(platform_->hotkeys->registerHotkey(7, 36, 0x1800));
-  QVERIFY(platform_->hotkeys->registerHotkey(8, 49, 0x1800));
-  platform_->hotkeys->unregisterHotkey(8);
-  platform_->hotkeys->unregisterHotkey(99);
-
-  fake->listener->pressed(fake->listener->context, 7);
-  QVERIFY(pressed.empty());
-  QTRY_COMPARE(pressed, std::vector<std::uint32_t>{7});
-
-  fake->listener->pressed(fake->listener->context, 7);
-  platform_.reset();
-  QCoreApplication::processEvents();
-  QCOMPARE(pressed.size(), 1U);
-}
-
-void MacPlatformTest::refusalsAreTold() {
-  fake->answer = mac::HotkeyResult::taken;
-  QCOMPARE(platform_->hotkeys->registerHotkey(1, 36, 0x1800).error().reason, HotkeyRefusal::Reason::taken);
-  fake->answer = mac::HotkeyResult::failed;
-  QCOMPARE(platform_->hotkeys->registerHotkey(2, 36, 0x1800).error().reason, HotkeyRefusal::Reason::unavailable);
-}
-
-void MacPlatformTest::stepsAreTypedInOrderAndPaced() {
-  QThread* doneOn = nullptr;
-  platform_->keyEvents->perform({TypeText{u"über 🙂"_s}, Pause{3ms}, TypeText{u"b"_s}, Pause{20ms}, PressKey{36, 0}},
-                                {});
-  platform_->keyEvents->perform({PressKey{9, 0x0100}}, [&](auto result) {
-    QVERIFY(result);
-    doneOn = QThread::currentThread();
-  });
-  QTRY_COMPARE(doneOn, QThread::currentThread());
-  QCOMPARE(fake->posted(), (QStringList{u"über 🙂"_s, u"b"_s, u"<36 0>"_s, u"<9 256>"_s}));
-  for (const auto& post : fake->posts) QVERIFY(post.thread != QThread::currentThread());
-  QVERIFY(fake->posts[1].at - fake->posts[0].at >= 3ms);
-  QVERIFY(fake->posts[2].at - fake->posts[1].at >= 20ms);
-}
-
-void MacPlatformTest::failedStepIsSkippedAndReported() {
-  fake->failing = u"b"_s;
-  std::optional<bool> succeeded;
-  platform_->keyEvents->perform({TypeText{u"a"_s}, TypeText{u"b"_s}, TypeText{u"c"_s}},
-                                [&](auto result) { succeeded = result.has_value(); });
-  QTRY_VERIFY(succeeded);
-  QVERIFY(!*succeeded);
-  QCOMPARE(fake->posted(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
-}
-
-void MacPlatformTest::typingEndsWithTheProgram() {
-  bool done = false;
-  KeySequence hour;
-  for (int second = 0; second < 36000; ++second) hour.insert(hour.end(), {TypeText{u"x"_s}, Pause{100ms}});
-  platform_->keyEvents->perform(hour, [&](auto) { done = true; });
-  platform_->keyEvents->perform(hour, [&](auto) { done = true; });
-  QTRY_VERIFY(!fake->posted().isEmpty());
-  QElapsedTimer ending;
-  ending.start();
-  platform_.reset();
-  QVERIFY(ending.elapsed() < 10000);
-  QCoreApplication::processEvents();
-  QVERIFY(!done);
-}
-
-void MacPlatformTest::toastIsOrderedFrontOnceShown() {
-  QWindow toast;
-  platform_->panelWindow->prepare(toast, PanelKind::toast);
-  QCoreApplication::processEvents();
-  QVERIFY(fake->ordered.empty());
-  platform_->panelWindow->prepare(toast, PanelKind::toast);
-  toast.show();
-  QTRY_COMPARE(fake->ordered, std::vector{mac::Panel::toast});
-}
-
-void MacPlatformTest::keyboardLossIsToldOnce() {
-  QWindow palette;
-  int losses = 0;
-  const auto press = [&](QPointF at) {
-    QMouseEvent event(QEvent::MouseButtonPress, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&palette, &event);
-    QCoreApplication::processEvents();
-  };
-  platform_->panelWindow->watchKeyboardLoss(palette, QRect(48, 48, 100, 100), [&] {
-    ++losses;
-    platform_->panelWindow->stopWatching(palette);
-  });
-  press({60, 60});
-  QCOMPARE(losses, 0);
-  const auto [resigned, context] = fake->watches.begin()->second;
-  resigned(context);
-  press({10, 60});
-  QCOMPARE(losses, 1);
-  QVERIFY(fake->watches.empty());
-  press({10, 60});
-  QCOMPARE(losses, 1);
-
-  platform_->panelWindow->watchKeyboardLoss(palette, QRect(48, 48, 100, 100), [&] { ++losses; });
-  press({10, 60});
-  press({10, 60});
-  QCOMPARE(losses, 2);
-}
-
-void MacPlatformTest::watchedWindowMayDie() {
-  auto palette = std::make_unique<QWindow>();
-  platform_->panelWindow->watchKeyboardLoss(*palette, QRect(), [] { QFAIL("the window is gone"); });
-  palette.reset();
-  QCoreApplication::processEvents();
-}
-
-void MacPlatformTest::activationIsReturned() {
-  QWindow palette;
-  PanelWindow& panels = *platform_->panelWindow;
-  QVERIFY(panels.takeKeyboard(palette));
-  QVERIFY(panels.takeKeyboard(palette));
-  panels.releaseKeyboard(palette);
-  panels.releaseKeyboard(palette);
-  QCOMPARE(fake->activationsReturned, 1);
-
-  fake->otherIsActive = false;
-  panels.takeKeyboard(palette);
-  panels.releaseKeyboard(palette);
-  QCOMPARE(fake->activationsReturned, 1);
-}
-
-void MacPlatformTest::versionText() {
-  QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 14.5"_s);
-  fake->version = {15, 0, 1};
-  QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 15.0.1"_s);
-}
 
 QTEST_MAIN(MacPlatformTest)
 #include "test_mac_platform.moc"

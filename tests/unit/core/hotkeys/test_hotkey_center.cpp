@@ -40,35 +40,32 @@ class TestHotkeyCenter : public QObject {
   }
 
   void pressSummonsTheOwner() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     int actions = 0;
     world.hotkeys.registerAction({49, 0x1800}, [&] { ++actions; });
     world.hotkeyBackend.press(kUplink);
     world.hotkeyBackend.press({49, 0x1800});
     world.hotkeys.handlePress(4711);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 1);
+    QCOMPARE(world.activations(u"uplink"_s), 1);
     QCOMPARE(actions, 1);
   }
 
   void openShortcutsWindowClosesFirst() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     OpenShortcutsWindow window;
     world.hotkeys.setShortcutsWindow(&window);
     world.hotkeyBackend.press(kUplink);
     QVERIFY(!window.visible);
     world.clock.advance(119ms);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 0);
+    QCOMPARE(world.activations(u"uplink"_s), 0);
     world.clock.advance(1ms);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 1);
+    QCOMPARE(world.activations(u"uplink"_s), 1);
     world.hotkeyBackend.press(kUplink);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 2);
+    QCOMPARE(world.activations(u"uplink"_s), 2);
   }
 
   void rebindingIsStoredAndResettable() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     world.hotkeys.setHotkey(kOther, u"uplink"_s);
     QVERIFY(world.hotkeyBackend.isRegistered(kOther) && !world.hotkeyBackend.isRegistered(kUplink));
     world.hotkeys.setHotkey(std::nullopt, u"promptify"_s);
@@ -82,31 +79,21 @@ class TestHotkeyCenter : public QObject {
     QVERIFY(!world.settings.value().hotkeys.contains(u"uplink"_s));
   }
 
-  void conflictsAreWithOtherToolsOnly() {
-    World world;
-    world.bootstrap();
-    QCOMPARE(world.hotkeys.conflictingToolID(kUplink, u"feedback"_s), u"uplink"_s);
-    QVERIFY(!world.hotkeys.conflictingToolID(kUplink, u"uplink"_s));
-    QVERIFY(!world.hotkeys.conflictingToolID({49, 0x1800}, u"uplink"_s));
-  }
-
   void disablingKeepsTheBinding() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     world.registry.setEnabled(u"uplink"_s, false);
     world.hotkeyBackend.press(kUplink);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 0);
+    QCOMPARE(world.activations(u"uplink"_s), 0);
     QCOMPARE(world.hotkeys.binding(u"uplink"_s), kUplink);
     world.hotkeys.setHotkey(kOther, u"uplink"_s);
     QVERIFY(!world.hotkeyBackend.isRegistered(kOther));
     world.registry.setEnabled(u"uplink"_s, true);
     world.hotkeyBackend.press(kOther);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 1);
+    QCOMPARE(world.activations(u"uplink"_s), 1);
   }
 
   void pausingLeavesOnlyTheApplicationsOwn() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     world.hotkeys.registerAction({49, 0x1800}, [] {});
     const auto before = world.hotkeyBackend.registered;
     world.hotkeys.pauseAll();
@@ -133,20 +120,6 @@ class TestHotkeyCenter : public QObject {
 
     world.hotkeys.setHotkey(kOther, u"uplink"_s);
     QCOMPARE(world.hotkeys.refused().size(), std::size_t{1});
-  }
-
-  void everythingIsGivenBackAtTheEnd() {
-    FakeHotkeys backend;
-    FakeClock clock;
-    const QTemporaryDir directory;
-    SettingsStore settings(directory.filePath(u"settings.json"_s));
-    {
-      HotkeyCenter center(backend, settings, clock);
-      center.bootstrap({{u"uplink"_s, kUplink}}, {});
-      center.registerAction({49, 0x1800}, [] {});
-      QCOMPARE(backend.registered.size(), std::size_t{2});
-    }
-    QVERIFY(backend.registered.empty());
   }
 };
 

@@ -19,14 +19,6 @@ class TestToolRegistry : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void startsInRegistrationOrder() {
-    World world;
-    world.bootstrap();
-    QCOMPARE(world.shownIDs(), registrationOrder());
-    QCOMPARE(world.registry.sortMode(), ToolSortMode::manual);
-    QVERIFY(!world.registry.tool(u"nonsense"_s));
-  }
-
   void storedStateIsTakenOverAndUnknownIdsAreDropped() {
     World world;
     world.settings.update([](AppSettings& settings) {
@@ -36,69 +28,53 @@ class TestToolRegistry : public QObject {
     });
     world.bootstrap();
     QCOMPARE(world.registry.pinnedToolIDs(), (QStringList{u"feedback"_s, u"uplink"_s}));
-    QCOMPARE(world.shownIDs().mid(0, 5),
+    QCOMPARE(world.order().mid(0, 5),
              (QStringList{u"feedback"_s, u"uplink"_s, u"boilerplates"_s, u"promptify"_s, u"frequent-clis"_s}));
-    QCOMPARE(world.shownIDs().size(), 14);
+    QCOMPARE(world.order().size(), 14);
     QCOMPARE(world.registry.sortMode(), ToolSortMode::manual);
   }
 
   void sortModesOrderTheUnpinnedStably() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     world.registry.summon(u"open-project"_s);
     world.clock.advance(1s);
     world.registry.summon(u"feedback"_s);
     world.registry.summon(u"feedback"_s);
     world.clock.advance(1s);
     world.registry.summon(u"uplink"_s);
-    QCOMPARE(world.shownIDs(), registrationOrder());
+    QCOMPARE(world.order(), registrationOrder());
 
     world.registry.setSortMode(ToolSortMode::mostUsed);
-    QCOMPARE(world.shownIDs().mid(0, 4),
-             (QStringList{u"feedback"_s, u"uplink"_s, u"open-project"_s, u"frequent-clis"_s}));
+    QCOMPARE(world.order().mid(0, 4), (QStringList{u"feedback"_s, u"uplink"_s, u"open-project"_s, u"frequent-clis"_s}));
     world.registry.setSortMode(ToolSortMode::recent);
-    QCOMPARE(world.shownIDs().mid(0, 4),
-             (QStringList{u"uplink"_s, u"feedback"_s, u"open-project"_s, u"frequent-clis"_s}));
+    QCOMPARE(world.order().mid(0, 4), (QStringList{u"uplink"_s, u"feedback"_s, u"open-project"_s, u"frequent-clis"_s}));
     world.clock.advance(1s);
     world.registry.summon(u"boilerplates"_s);
-    QCOMPARE(world.shownIDs().first(), u"boilerplates"_s);
+    QCOMPARE(world.order().first(), u"boilerplates"_s);
     world.registry.setSortMode(ToolSortMode::alphabetical);
-    QCOMPARE(world.shownIDs().mid(0, 3), (QStringList{u"ai-text-transform"_s, u"quick-question"_s, u"boilerplates"_s}));
+    QCOMPARE(world.order().mid(0, 3), (QStringList{u"ai-text-transform"_s, u"quick-question"_s, u"boilerplates"_s}));
     world.registry.togglePin(u"vibe-history"_s);
-    QCOMPARE(world.shownIDs().first(), u"vibe-history"_s);
+    QCOMPARE(world.order().first(), u"vibe-history"_s);
     QCOMPARE(SettingsStore(world.folders.file(u"settings.json"_s)).value().toolSortMode, u"alphabetical"_s);
   }
 
   void movingCapturesTheDisplayedOrder() {
-    World world;
-    world.bootstrap();
+    ToolWorld world;
     world.registry.setSortMode(ToolSortMode::alphabetical);
-    QStringList expected = world.shownIDs();
+    QStringList expected = world.order();
     world.registry.move(expected[0], expected[3]);
     expected.move(0, 3);
-    QCOMPARE(world.shownIDs(), expected);
+    QCOMPARE(world.order(), expected);
     QCOMPARE(world.registry.sortMode(), ToolSortMode::manual);
     world.registry.moveToEnd(expected[2]);
     expected.move(2, 13);
-    QCOMPARE(world.shownIDs(), expected);
+    QCOMPARE(world.order(), expected);
     world.registry.move(u"nonsense"_s, expected[0]);
     world.registry.move(expected[0], u"nonsense"_s);
-    QCOMPARE(world.shownIDs(), expected);
+    QCOMPARE(world.order(), expected);
     world.registry.togglePin(expected[5]);
     world.registry.resetArrangement();
-    QCOMPARE(world.shownIDs(), registrationOrder());
-  }
-
-  void manualOrderIsAppliedAsGiven() {
-    World world;
-    world.bootstrap();
-    world.registry.applyManualOrder({u"feedback"_s, u"uplink"_s}, {u"boilerplates"_s, u"inject-md"_s});
-    QCOMPARE(world.shownIDs().mid(0, 5),
-             (QStringList{u"feedback"_s, u"uplink"_s, u"boilerplates"_s, u"inject-md"_s, u"frequent-clis"_s}));
-    World again;
-    again.settings.update([&](AppSettings& settings) { settings = world.settings.value(); });
-    again.bootstrap();
-    QCOMPARE(again.shownIDs(), world.shownIDs());
+    QCOMPARE(world.order(), registrationOrder());
   }
 
   void summonRecordsSendsAndActivates() {
@@ -107,7 +83,7 @@ class TestToolRegistry : public QObject {
     world.bootstrap();
     world.registry.summon(u"uplink"_s);
     world.registry.summon(u"no-such-tool"_s);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 1);
+    QCOMPARE(world.activations(u"uplink"_s), 1);
     QCOMPARE(world.registry.usageCount(u"uplink"_s), 1);
     QCOMPARE(world.settings.value().toolLastUsed.at(u"uplink"_s), world.clock.now().count());
     QCOMPARE(world.http.sent.size(), std::size_t{1});
@@ -119,7 +95,7 @@ class TestToolRegistry : public QObject {
     world.bootstrap();
     world.setOnline(false);
     world.registry.summon(u"uplink"_s);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 0);
+    QCOMPARE(world.activations(u"uplink"_s), 0);
     QCOMPARE(world.registry.usageCount(u"uplink"_s), 0);
     QCOMPARE(world.toasts.shown.size(), std::size_t{1});
     const auto& [toast, duration] = world.toasts.shown.front();
@@ -129,11 +105,11 @@ class TestToolRegistry : public QObject {
     QCOMPARE(duration, 4s);
 
     world.registry.summon(u"frequent-clis"_s);
-    QCOMPARE(world.tool(u"frequent-clis"_s).activations, 1);
+    QCOMPARE(world.activations(u"frequent-clis"_s), 1);
     QVERIFY(world.http.sent.empty());
     world.setOnline(true);
     world.registry.summon(u"uplink"_s);
-    QCOMPARE(world.tool(u"uplink"_s).activations, 1);
+    QCOMPARE(world.activations(u"uplink"_s), 1);
   }
 };
 

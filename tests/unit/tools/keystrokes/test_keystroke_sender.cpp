@@ -10,19 +10,6 @@ namespace {
 
 const QString k45 = u"claude --dangerously-skip-permissions --model"_s;
 
-/// Answers the questions about permission in turn, the last answer for good.
-class AnsweringPermissions final : public Permissions {
- public:
-  explicit AnsweringPermissions(std::vector<bool> answers) : answers_(std::move(answers)) {}
-  bool isAccessibilityTrusted() const override { return answers_[std::min(asked_++, answers_.size() - 1)]; }
-  void promptForAccessibility() override { ++prompts; }
-  int prompts = 0;
-
- private:
-  std::vector<bool> answers_;
-  mutable std::size_t asked_ = 0;
-};
-
 }  // namespace
 
 class KeystrokeSenderTest : public QObject {
@@ -39,20 +26,9 @@ class KeystrokeSenderTest : public QObject {
   void returnFollowsEightyMillisecondsLater() {
     const KeySequence expected{TypeText{u"ls"_s}, Pause{3ms}, Pause{80ms}, PressKey{36, 0}};
     QVERIFY(KeystrokeSender::sequence(u"ls"_s, true) == expected);
-  }
-
-  void anEmptyTextIsOnlyTheReturn() {
     QVERIFY(KeystrokeSender::sequence({}, true) == (KeySequence{Pause{80ms}, PressKey{36, 0}}));
     send({}, false);
     QVERIFY(events_.sequences.empty());
-  }
-
-  void aPairCutByAChunkIsWholeInTheSequence() {
-    const QString text = QString(19, u'x') + u"🙂"_s;
-    QString joined;
-    for (const KeyStep& step : KeystrokeSender::sequence(text, false))
-      if (const auto* typed = std::get_if<TypeText>(&step)) joined += typed->text;
-    QCOMPARE(joined, text);
   }
 
   void aChordHoldsOnlyCommand() {
@@ -67,13 +43,6 @@ class KeystrokeSenderTest : public QObject {
     KeystrokeSender(events_, permissions_).sendCommandKey(9);
     QVERIFY(events_.sequences.empty());
     QCOMPARE(permissions_.prompts, 2);
-  }
-
-  void aPermissionGrantedMeanwhileNeitherAsksNorTypes() {
-    AnsweringPermissions granted({false, true});
-    KeystrokeSender(events_, granted).send(k45, false);
-    QVERIFY(events_.sequences.empty());
-    QCOMPARE(granted.prompts, 0);
   }
 
   void init() {
