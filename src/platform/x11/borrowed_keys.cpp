@@ -193,7 +193,11 @@ void BorrowedKeys::touch(std::size_t bank) {
 
 bool BorrowedKeys::writeCurrent(std::span<const xcb_keycode_t> codes) {
   const auto [first, last] = std::ranges::minmax(codes);
-  return write(first, std::span(current_).subspan(first, static_cast<std::size_t>(last - first + 1)));
+  return write(first, currentBetween(first, last));
+}
+
+std::span<const KeySymbols> BorrowedKeys::currentBetween(std::size_t first, std::size_t last) const {
+  return std::span(current_).subspan(first, last - first + 1);
 }
 
 std::optional<KeyStroke> BorrowedKeys::find(char32_t character, std::size_t bank) const {
@@ -205,7 +209,7 @@ void BorrowedKeys::remember(const KeyboardMap& map) {
   for (std::size_t code = 0; code < current_.size(); ++code)
     current_[code] = map.symbols(static_cast<xcb_keycode_t>(code));
   std::vector<std::uint8_t> record{first_};
-  const auto keys = std::span<const KeySymbols>(current_).subspan(first_, static_cast<std::size_t>(last_ - first_ + 1));
+  const auto keys = currentBetween(first_, last_);
   const auto bytes = packed(keys);
   record.insert(record.end(), bytes.begin(), bytes.end());
   xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, name_, XCB_ATOM_INTEGER, 8,

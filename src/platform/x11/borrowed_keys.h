@@ -59,6 +59,7 @@ class BorrowedKeys {
   std::vector<xcb_keycode_t> withoutGrabbed(std::vector<xcb_keycode_t> codes) const;
   void chooseLevels(const KeyboardMap& map);
   void remember(const KeyboardMap& map);
+  std::span<const KeySymbols> currentBetween(std::size_t first, std::size_t last) const;
   bool writeCurrent(std::span<const xcb_keycode_t> codes);
   bool write(xcb_keycode_t first, std::span<const KeySymbols> keys);
   bool isStillOurs(xcb_keycode_t first, std::span<const KeySymbols> old) const;

@@ -84,10 +84,9 @@ bool KeyboardMap::readMap(xcb_connection_t* connection) {
   maximum_ = reply->maxKeyCode;
   Cursor cursor(reply.get() + 1);
   for (int index = 0; index < reply->nTypes; ++index) types_.push_back(takeType(cursor));
-  for (int index = 0; index < reply->nKeySyms; ++index)
-    keys_[static_cast<std::size_t>(reply->firstKeySym + index)] = takeKey(cursor);
-  for (int index = 0; index < reply->nKeyActions; ++index)
-    acting_[static_cast<std::size_t>(reply->firstKeyAction + index)] = cursor.take<std::uint8_t>() != 0;
+  for (std::size_t index = 0; index < reply->nKeySyms; ++index) keys_.at(reply->firstKeySym + index) = takeKey(cursor);
+  for (std::size_t index = 0; index < reply->nKeyActions; ++index)
+    acting_.set(reply->firstKeyAction + index, cursor.take<std::uint8_t>() != 0);
   return true;
 }
 
@@ -135,7 +134,9 @@ void KeyboardMap::findCharacters(const std::bitset<256>& ignored) {
 void KeyboardMap::addKey(xcb_keycode_t code) {
   const KeySymbols& key = keys_[code];
   if (key.groups() == 0 || modifiers_[code] != 0) return;
-  const KeyType& type = types_.at(key.types[static_cast<std::size_t>(group(key))]);
+  const std::size_t typeIndex = key.types[static_cast<std::size_t>(group(key))];
+  if (typeIndex >= types_.size()) return;
+  const KeyType& type = types_[typeIndex];
   for (int level = 0; level < std::min(type.levels, key.width); ++level) {
     const char32_t character = characterOf(symbol(key, level));
     const auto modifiers = modifiersFor(type, level);
@@ -155,7 +156,8 @@ int KeyboardMap::group(const KeySymbols& key) const {
 
 std::uint32_t KeyboardMap::symbol(const KeySymbols& key, int level) const {
   if (key.groups() == 0 || level >= key.width) return XKB_KEY_NoSymbol;
-  return key.symbols[static_cast<std::size_t>(group(key) * key.width + level)];
+  const auto place = static_cast<std::size_t>(group(key)) * key.width + static_cast<std::size_t>(level);
+  return place < key.symbols.size() ? key.symbols[place] : XKB_KEY_NoSymbol;
 }
 
 std::optional<std::uint8_t> KeyboardMap::modifiersFor(const KeyType& type, int level) const {

@@ -87,7 +87,7 @@ bool MapReads::waitForData(Clock::time_point end) {
 
 void MapReads::drain() {
   // Answers are read from the socket only by looking for events, of which this connection has none.
-  XcbReply<xcb_generic_event_t>(xcb_poll_for_event(data_.get()));
+  const XcbReply<xcb_generic_event_t> none(xcb_poll_for_event(data_.get()));
   void* answer = nullptr;
   xcb_generic_error_t* error = nullptr;
   while (xcb_poll_for_reply(data_.get(), enabled_, &answer, &error) != 0 && (answer != nullptr || error != nullptr)) {

@@ -40,7 +40,7 @@ class XTestKeyboard {
   void watchKeys(bool wanted);
   /// What others did with keys since the last call, in order, up to the last `sync`. Own keys are left out.
   std::vector<ForeignKey> takeForeignKeys();
-  /// The core state: bits 0 to 7 are the modifiers that keys hold down at this moment.
+  /// The modifiers that keys hold down at this moment, Shift being bit 0.
   std::uint8_t heldModifiers();
   std::uint8_t lockedModifiers();
   /// Ends latched modifiers and sets the locked ones of `affected` to `locked`.

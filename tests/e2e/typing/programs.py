@@ -24,10 +24,10 @@ class Program:
         return window if window not in (0, before) else None
 
     def settled(self, length, seconds=60):
-        """The text once it has `length` characters, or has not grown for a second."""
+        """The text once it has `length` characters, or for half a minute no more: editors on a busy machine lag."""
         text, changed = self.text(), time.monotonic()
         deadline = time.monotonic() + seconds
-        while len(text) < length and time.monotonic() < min(deadline, changed + 2):
+        while len(text) < length and time.monotonic() < min(deadline, changed + 30):
             time.sleep(0.05)
             now = self.text()
             if len(now) != len(text):
