@@ -12,6 +12,22 @@
 class StoreBase : public QObject {
   Q_OBJECT
 
+ public:
+  /// Holds saves back while it lives; what changed meanwhile is written once, at its end. For the moments in which a
+  /// disk that takes its time would keep the user's next key from where it belongs.
+  class [[nodiscard]] HeldSaves {
+   public:
+    explicit HeldSaves(StoreBase& store) : store_(store) { ++store_.holds_; }
+    ~HeldSaves() {
+      if (--store_.holds_ == 0 && std::exchange(store_.isUnsaved_, false)) store_.saveNow();
+    }
+    HeldSaves(const HeldSaves&) = delete;
+    HeldSaves& operator=(const HeldSaves&) = delete;
+
+   private:
+    StoreBase& store_;
+  };
+
  Q_SIGNALS:
   /// The record has changed and, unless the log says otherwise, is on disk.
   void changed();
@@ -22,12 +38,22 @@ class StoreBase : public QObject {
   /// The file's object; empty when there is none or it cannot be read, which is nothing to report.
   QJsonObject loadObject();
   void keepBeforeOverwriting() { file_.keepBeforeOverwriting(); }
-  /// Writes at once; a failure is logged as "<name> save failed: " and the error.
+  /// Writes now, or when the last HeldSaves ends.
+  void save() {
+    if (holds_ > 0)
+      isUnsaved_ = true;
+    else
+      saveNow();
+  }
+  virtual void saveNow() = 0;
+  /// Writes; a failure is logged as "<name> save failed: " and the error.
   void saveObject(const QJsonObject& object);
 
  private:
   JsonFile file_;
   const char* name_;
+  int holds_ = 0;
+  bool isUnsaved_ = false;
 };
 
 /// One settings record in one JSON file: loaded once, with a default for every key that is missing or unreadable, and
@@ -54,13 +80,17 @@ class Store : public StoreBase {
     std::forward<Change>(change)(next);
     if (next == record_) return;
     record_ = std::move(next);
-    QJsonObject object = foreign_;
-    record_.write(object);
-    saveObject(object);
+    save();
     Q_EMIT changed();
   }
 
  private:
+  void saveNow() override {
+    QJsonObject object = foreign_;
+    record_.write(object);
+    saveObject(object);
+  }
+
   Record record_;
   QJsonObject foreign_;
 };

@@ -158,6 +158,8 @@ void ToolRegistry::summon(const QString& id) {
     showOfflineToast(*summoned);
     return;
   }
+  // The panel takes the keyboard first, then the disk has its turn: the next key may be 20 ms away.
+  const StoreBase::HeldSaves untilActive(services_.settings);
   services_.analytics.track(UsageEvent::toolActivated, id);
   recordUsage(id);
   summoned->activate();

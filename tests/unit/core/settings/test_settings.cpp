@@ -77,6 +77,19 @@ class TestSettings : public QObject {
     QVERIFY(SettingsStore(nested).value() == store.value());
   }
 
+  void heldSavesAreWrittenOnceAtTheEnd() {
+    SettingsStore store(path_);
+    {
+      const StoreBase::HeldSaves held(store);
+      store.update([](AppSettings& settings) { settings.toolUsage[u"uplink"_s] = 1; });
+      QVERIFY(!QFile::exists(path_));
+      QCOMPARE(store.value().toolUsage.at(u"uplink"_s), 1);
+    }
+    QCOMPARE(SettingsStore(path_).value().toolUsage.at(u"uplink"_s), 1);
+    store.update([](AppSettings& settings) { settings.toolUsage.clear(); });
+    QVERIFY(SettingsStore(path_).value().toolUsage.empty());
+  }
+
   void unknownKeysOfANewerVersionSurvive() {
     writeFile(path_, R"({"fromTheFuture":{"a":[1]},"toolOrder":["x"]})");
     SettingsStore store(path_);
