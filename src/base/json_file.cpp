@@ -29,7 +29,7 @@ std::expected<QJsonDocument, FileError> JsonFile::read() {
   const auto bytes = readBytes();
   if (!bytes) return std::unexpected(bytes.error());
   QJsonParseError parsing;
-  const QJsonDocument document = QJsonDocument::fromJson(*bytes, &parsing);
+  QJsonDocument document = QJsonDocument::fromJson(*bytes, &parsing);
   if (document.isNull()) return std::unexpected(FileError{path_, parsing.errorString()});
   keepOld_ = false;
   return document;
