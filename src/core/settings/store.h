@@ -29,7 +29,7 @@ class StoreBase : public QObject {
   };
 
  Q_SIGNALS:
-  /// The record has changed and, unless the log says otherwise, is on disk.
+  /// The record has changed and is on disk, unless the log says otherwise or a HeldSaves still lives.
   void changed();
 
  protected:

@@ -1,3 +1,4 @@
+#include <QFile>
 #include <QTest>
 
 #include "support/world.h"
@@ -12,6 +13,22 @@ QStringList registrationOrder() {
   for (const ToolInfo& info : toolTable()) ids.append(info.id);
   return ids;
 }
+
+/// Notes what is known and what is on disk at the moment it is activated.
+class LookingTool final : public Tool {
+ public:
+  LookingTool(const World& world, int& uses, bool& saved)
+      : Tool(toolInfo("uplink"_L1), {}), world_(world), uses_(uses), saved_(saved) {}
+  void activate() override {
+    uses_ = world_.registry.usageCount(id());
+    saved_ = QFile::exists(world_.folders.file(u"settings.json"_s));
+  }
+
+ private:
+  const World& world_;
+  int& uses_;
+  bool& saved_;
+};
 
 }  // namespace
 
@@ -87,6 +104,19 @@ class TestToolRegistry : public QObject {
     QCOMPARE(world.registry.usageCount(u"uplink"_s), 1);
     QCOMPARE(world.settings.value().toolLastUsed.at(u"uplink"_s), world.clock.now().count());
     QCOMPARE(world.http.sent.size(), std::size_t{1});
+  }
+
+  void theDiskWaitsUntilTheToolIsActive() {
+    int uses = 0;
+    bool saved = true;
+    World world;
+    std::vector<std::unique_ptr<Tool>> tools;
+    tools.push_back(std::make_unique<LookingTool>(world, uses, saved));
+    world.registry.bootstrap(std::move(tools));
+    world.registry.summon(u"uplink"_s);
+    QCOMPARE(uses, 1);
+    QVERIFY(!saved);
+    QCOMPARE(SettingsStore(world.folders.file(u"settings.json"_s)).value().toolUsage.at(u"uplink"_s), 1);
   }
 
   void offlineRefusesNetworkToolsOnly() {
