@@ -6,6 +6,7 @@
 #include "core/presenters/launcher_opener.h"
 #include "core/presenters/settings_opener.h"
 #include "core/presenters/toast_presenter.h"
+#include "core/presenters/window_opener.h"
 #include "core/settings/app_preferences.h"
 #include "core/settings/app_settings.h"
 #include "core/settings/folders.h"
@@ -25,4 +26,5 @@ struct AppContext {
   ToastPresenter& toasts;
   SettingsOpener& settingsOpener;
   LauncherOpener& launcher;
+  WindowOpener& windows;
 };

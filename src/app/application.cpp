@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "app/app_context.h"
+#include "app/app_windows.h"
 #include "app/onboarding_window.h"
 #include "app/placeholder_tool.h"
 #include "app/settings/settings_window.h"
@@ -63,6 +64,7 @@ struct Application::Parts {
   CommandStore commands{folders, clock};
   KeystrokeSender keystrokes{*platform.keyEvents, *platform.permissions};
   ToolLauncherController launcher;
+  AppWindows windows{*platform.desktopApplication};
   AppContext context;
   CLIPaletteController cliPalette;
   SettingsSelection selection;
@@ -71,7 +73,6 @@ struct Application::Parts {
   AppServer server;
   TrayIcon tray{context};
   Job warmUp = Job::start();
-  std::unique_ptr<SettingsWindow> settingsWindow;
   std::unique_ptr<OnboardingWindow> onboarding;
 };
 
@@ -88,13 +89,16 @@ Application::Parts::Parts(Application& owner)
                  return std::make_unique<ToolLauncherPanel>(
                      controller, ToolLauncherPanel::Services{*platform.panelWindow, *platform.systemInfo, defaults});
                }),
-      context{folders, platform, clock, settings, preferences, network, hotkeys, registry, toasts, owner, launcher},
+      context{folders, platform, clock,  settings, preferences, network,
+              hotkeys, registry, toasts, owner,    launcher,    windows},
       cliPalette({commands, keystrokes, clock, owner, launcher},
                  [this](CLIPaletteController& controller) {
                    return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, controller);
                  }),
       delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
-      server([&owner](const QJsonObject& request) { return owner.answer(request); }) {}
+      server([&owner](const QJsonObject& request) { return owner.answer(request); }) {
+  windows.add(AppWindow::settings, [this] { return std::make_unique<SettingsWindow>(context, selection); });
+}
 
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
   connect(&parts_->tray, &TrayIcon::quitChosen, qApp, &QCoreApplication::quit);
@@ -158,12 +162,7 @@ void Application::run(AppAction action) {
   }
 }
 
-void Application::openSettings() {
-  if (!parts_->settingsWindow)
-    parts_->settingsWindow = std::make_unique<SettingsWindow>(parts_->context, parts_->selection);
-  parts_->settingsWindow->open();
-  parts_->platform.desktopApplication->activate();
-}
+void Application::openSettings() { parts_->windows.openWindow(AppWindow::settings); }
 
 void Application::openSettings(SettingsTab tab) {
   parts_->selection.setTab(tab);
@@ -198,10 +197,11 @@ void Application::showFirstRun(AppDelegate::FirstRun where) {
 }
 
 void Application::summon(const QString& target) {
-  if (target == "launcher"_L1)
+  const auto named = std::ranges::find(kAppWindowNames, target, &AppWindowName::name);
+  if (named != kAppWindowNames.end())
+    parts_->windows.openWindow(named->window);
+  else if (target == "launcher"_L1)
     parts_->launcher.show();
-  else if (target == "settings"_L1)
-    openSettings();
   else
     parts_->registry.summon(target);
 }

@@ -4,7 +4,6 @@
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -13,7 +12,6 @@
 #include "app/settings/shortcut_controls.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/key_caps.h"
-#include "core/ui/palette_panel.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
@@ -50,13 +48,12 @@ void addShortcut(SettingsSection& section, const QString& title, const QString& 
 }  // namespace
 
 OnboardingWindow::OnboardingWindow(AppContext& context)
-    : context_(context),
+    : TitledWindow(u"Welcome"_s),
+      context_(context),
       steps_(new QStackedWidget),
       permission_(makeDetailLabel({})),
       prompt_(new QPushButton(u"Ask for Permission"_s)),
       next_(new QPushButton) {
-  setWindowTitle(u"Welcome"_s);
-  setWindowIcon(QIcon(u":/icons/vantle.svg"_s));
   setFixedSize(kSize);
   steps_->addWidget(makeWelcomeStep());
   steps_->addWidget(makePermissionsStep());
@@ -124,10 +121,7 @@ QWidget* OnboardingWindow::makePermissionsStep() {
 
 void OnboardingWindow::open(Step step) {
   showStep(step);
-  if (const QScreen* screen = activeScreen()) move(screen->availableGeometry().center() - rect().center());
-  show();
-  raise();
-  activateWindow();
+  open();
 }
 
 void OnboardingWindow::goOn() {
@@ -161,5 +155,5 @@ void OnboardingWindow::followPermissions() {
 bool OnboardingWindow::event(QEvent* event) {
   // Coming back from the system's own settings is the moment at which the answer may have changed.
   if (event->type() == QEvent::WindowActivate) followPermissions();
-  return QWidget::event(event);
+  return TitledWindow::event(event);
 }

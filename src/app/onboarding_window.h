@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QWidget>
-
 #include "app/app_context.h"
+#include "core/ui/titled_window.h"
 
 class QLabel;
 class QPushButton;
 class QStackedWidget;
 
 /// The first-run window "Welcome": what this is and the consent, then what the system allows and a first try.
-class OnboardingWindow : public QWidget {
+class OnboardingWindow : public TitledWindow {
   Q_OBJECT
 
  public:
@@ -17,6 +16,7 @@ class OnboardingWindow : public QWidget {
 
   explicit OnboardingWindow(AppContext& context);
 
+  using TitledWindow::open;
   void open(Step step);
 
  protected:

@@ -5,6 +5,7 @@
 
 #include "cli/command.h"
 #include "core/net/app_channel.h"
+#include "core/presenters/window_opener.h"
 #include "core/tools/tool.h"
 
 using namespace Qt::StringLiterals;
@@ -17,7 +18,9 @@ constexpr auto kStartPatience = 5s;
 constexpr auto kPollInterval = 20ms;
 
 bool isKnown(const QString& target) {
-  if (target == "launcher"_L1 || target == "settings"_L1) return true;
+  if (target == "launcher"_L1) return true;
+  if (std::ranges::any_of(kAppWindowNames, [&](const AppWindowName& entry) { return entry.name == target; }))
+    return true;
   return std::ranges::any_of(toolTable(), [&](const ToolInfo& info) { return info.id == target; });
 }
 

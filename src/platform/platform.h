@@ -2,9 +2,11 @@
 
 #include <memory>
 
+#include "platform/credential_vault.h"
 #include "platform/desktop_application.h"
 #include "platform/hotkey_backend.h"
 #include "platform/key_events.h"
+#include "platform/login_item.h"
 #include "platform/network_path.h"
 #include "platform/panel_window.h"
 #include "platform/permissions.h"
@@ -21,6 +23,8 @@ struct Platform {
   std::unique_ptr<Sounds> sounds;
   std::unique_ptr<SystemInfo> systemInfo;
   std::unique_ptr<DesktopApplication> desktopApplication = std::make_unique<DesktopApplication>();
+  std::unique_ptr<LoginItem> loginItem = std::make_unique<LoginItem>();
+  std::unique_ptr<CredentialVault> credentials = std::make_unique<CredentialVault>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).

@@ -8,6 +8,7 @@
 #include "core/presenters/launcher_opener.h"
 #include "core/presenters/settings_opener.h"
 #include "core/presenters/toast_presenter.h"
+#include "core/presenters/window_opener.h"
 
 class FakeToasts final : public ToastPresenter {
  public:
@@ -34,4 +35,10 @@ class FakeLauncherOpener final : public LauncherOpener {
   bool takeStartedFromLauncher() override { return std::exchange(startedFromLauncher, false); }
   QStringList shown;
   bool startedFromLauncher = false;
+};
+
+class FakeWindowOpener final : public WindowOpener {
+ public:
+  void openWindow(AppWindow window) override { opened.push_back(window); }
+  std::vector<AppWindow> opened;
 };

@@ -1,14 +1,10 @@
 #include "app/settings/settings_window.h"
 
 #include <QHBoxLayout>
-#include <QIcon>
-#include <QKeyEvent>
-#include <QScreen>
 #include <QStackedWidget>
 
 #include "app/settings/pages.h"
 #include "app/settings/sidebar_list.h"
-#include "core/ui/palette_panel.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
@@ -43,9 +39,11 @@ SidebarList* makeTabList(QWidget* parent) {
 }  // namespace
 
 SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection)
-    : context_(context), selection_(selection), tabs_(makeTabList(this)), pages_(new QStackedWidget(this)) {
-  setWindowTitle(u"Settings"_s);
-  setWindowIcon(QIcon(u":/icons/vantle.svg"_s));
+    : TitledWindow(u"Settings"_s),
+      context_(context),
+      selection_(selection),
+      tabs_(makeTabList(this)),
+      pages_(new QStackedWidget(this)) {
   resize(kSize);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(Theme::kGrid, Theme::kGrid, 0, 0);
@@ -59,18 +57,7 @@ SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection
 
 void SettingsWindow::open() {
   followSelection();
-  if (const QScreen* screen = activeScreen(); screen && !isVisible())
-    move(screen->availableGeometry().center() - rect().center());
-  show();
-  raise();
-  activateWindow();
-}
-
-void SettingsWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape)
-    close();
-  else
-    QWidget::keyPressEvent(event);
+  TitledWindow::open();
 }
 
 void SettingsWindow::followSelection() {

@@ -1,27 +1,22 @@
 #pragma once
 
-#include <QWidget>
-
 #include <array>
 
 #include "app/app_context.h"
 #include "app/settings/settings_selection.h"
+#include "core/ui/titled_window.h"
 
 class QStackedWidget;
 class SidebarList;
 
 /// The window "Settings": six tabs at the left, their pages made when first shown.
-class SettingsWindow : public QWidget {
+class SettingsWindow : public TitledWindow {
   Q_OBJECT
 
  public:
   SettingsWindow(AppContext& context, SettingsSelection& selection);
 
-  /// Shows the window, centred when it was closed, and brings it to the front.
-  void open();
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override;
+  void open() override;
 
  private:
   void followSelection();

@@ -1,7 +1,3 @@
-#include <QAbstractScrollArea>
-#include <QAccessible>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -9,29 +5,17 @@
 #include "app/settings/settings_window.h"
 #include "core/ui/hotkey_recorder_view.h"
 #include "core/ui/toggle_switch.h"
-#include "support/world.h"
+#include "support/app_stage.h"
+#include "support/controls.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// A settings window over a whole core.
-struct Stage {
-  explicit Stage(std::vector<Hotkey> taken = {}) {
-    world.hotkeyBackend.taken = std::move(taken);
-    world.bootstrap();
-    auto ownSounds = std::make_unique<FakeSounds>();
-    sounds = ownSounds.get();
-    world.system.sounds = std::move(ownSounds);
-    world.system.permissions = std::make_unique<FakePermissions>();
-  }
+struct Stage : AppStage {
+  using AppStage::AppStage;
 
-  World world;
-  FakeSounds* sounds = nullptr;
-  FakeSettingsOpener opener;
-  FakeLauncherOpener launcher;
-  AppContext context{world.folders, world.system,   world.clock,  world.settings, world.preferences, world.network,
-                     world.hotkeys, world.registry, world.toasts, opener,         launcher};
   SettingsSelection selection;
   SettingsWindow window{context, selection};
 
@@ -41,27 +25,6 @@ struct Stage {
     QVERIFY(QTest::qWaitForWindowExposed(&window));
   }
 };
-
-/// The visible controls that a screen reader could not name.
-QStringList unnamedControls(QWidget& window) {
-  QStringList unnamed;
-  for (const QWidget* widget : window.findChildren<QWidget*>()) {
-    const bool isControl = widget->focusPolicy() != Qt::NoFocus && widget->isVisible();
-    if (!isControl || qobject_cast<const QAbstractScrollArea*>(widget) || qobject_cast<const QLabel*>(widget)) continue;
-    if (qobject_cast<const QLineEdit*>(widget) && widget->objectName() == "qt_spinbox_lineedit"_L1) continue;
-    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
-    if (!interface || interface->text(QAccessible::Name).isEmpty())
-      unnamed.append(QString::fromLatin1(widget->metaObject()->className()));
-  }
-  return unnamed;
-}
-
-template <class Control>
-Control* named(QWidget& window, const QString& start) {
-  for (Control* control : window.findChildren<Control*>())
-    if (control->isVisible() && control->accessibleName().startsWith(start)) return control;
-  return nullptr;
-}
 
 }  // namespace
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QLatin1StringView>
+
+#include <array>
+
+/// The ordinary windows of the application.
+enum class AppWindow { settings };
+
+/// A window and the name under which `vantle summon` knows it.
+struct AppWindowName {
+  AppWindow window;
+  QLatin1StringView name;
+};
+
+inline constexpr std::array kAppWindowNames = {
+    AppWindowName{AppWindow::settings, QLatin1StringView("settings")},
+};
+
+/// Opens an ordinary window, or brings it to the front. Main thread only.
+class WindowOpener {
+ public:
+  virtual ~WindowOpener() = default;
+
+  virtual void openWindow(AppWindow window) = 0;
+};

@@ -1,0 +1,38 @@
+#include "platform/credential_vault.h"
+
+#include <QMetaObject>
+
+namespace {
+
+/// Answers on a later turn of the event loop, as a keychain would.
+template <class Answer>
+void refuse(const Job& job, Answer answer) {
+  if (!job.isRunning()) return;
+  const auto reply = job.bind([answer = std::move(answer)] {
+    answer(std::unexpected(CredentialError{CredentialError::Reason::noKeychain, {}}));
+  });
+  QMetaObject::invokeMethod(job.scope(), reply, Qt::QueuedConnection);
+}
+
+}  // namespace
+
+QString CredentialError::description() const {
+  switch (reason) {
+    case Reason::noKeychain:
+      return QStringLiteral(
+          "There is no keychain to keep the credential in. Start one (GNOME Keyring or KWallet) and try again.");
+    case Reason::denied:
+      return QStringLiteral("The keychain is locked. Unlock it and try again.");
+    case Reason::failed:
+      break;
+  }
+  return QStringLiteral("The keychain failed: %1").arg(detail);
+}
+
+void CredentialVault::read(const QString&, const Job& job, Read read) { refuse(job, std::move(read)); }
+
+void CredentialVault::write(const QString&, const QByteArray&, const Job& job, Done done) {
+  refuse(job, std::move(done));
+}
+
+void CredentialVault::remove(const QString&, const Job& job, Done done) { refuse(job, std::move(done)); }
