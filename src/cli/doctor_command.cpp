@@ -32,7 +32,9 @@ struct Finding {
 constexpr std::uint32_t kProbeID = 0x7FFF0000;
 constexpr auto kNetworkPatience = 500ms;
 
-bool isDisplayThere(const Platform& platform) { return platform.permissions->isAccessibilityTrusted(); }
+bool isDisplayThere(const Platform& platform) {
+  return platform.permissions->state(Permission::accessibility) != PermissionState::unavailable;
+}
 
 /// What the application would register now, tools first.
 struct Wanted {
@@ -97,6 +99,20 @@ void reportShortcuts(const std::vector<Wanted>& wanted, const std::vector<Refuse
   }
 }
 
+/// A permission that is granted but does not reach everything is a finding too.
+void reportPermissions(const Permissions& permissions, std::vector<Finding>& findings) {
+  for (const auto& [permission, name] : kPermissionNames) {
+    const bool granted = permissions.state(permission) == PermissionState::granted;
+    const QString remedy = permissions.remedy(permission);
+    QStringList texts;
+    if (granted) texts.append(u"allowed"_s);
+    if (!remedy.isEmpty()) texts.append(remedy);
+    findings.push_back({name, remedy.isEmpty(), texts.join(u"; "_s)});
+  }
+  if (const QString remedy = permissions.shortcutsRemedy(); !remedy.isEmpty())
+    findings.push_back({u"Shortcuts"_s, false, remedy});
+}
+
 Finding networkFinding(NetworkPath& path) {
   struct Report {
     std::binary_semaphore arrived{0};
@@ -127,7 +143,7 @@ Finding agentFinding(const QString& name, const QString& relativePath) {
 
 void print(const std::vector<Finding>& findings, QTextStream& out) {
   for (const Finding& finding : findings)
-    out << (finding.isFine ? u"ok   "_s : u"!!   "_s) << finding.subject.leftJustified(13) << finding.text << '\n';
+    out << (finding.isFine ? u"ok   "_s : u"!!   "_s) << finding.subject.leftJustified(18) << finding.text << '\n';
 }
 
 void printJson(const std::vector<Finding>& findings, QTextStream& out) {
@@ -153,7 +169,7 @@ int runDoctor(const QStringList& arguments, CommandContext& context) {
     const auto wanted = wantedShortcuts(settings.value());
     findings.push_back({u"Display"_s, true, qEnvironmentVariable("DISPLAY", platform.systemInfo->systemName())});
     reportShortcuts(wanted, running ? decodeRefused(*running) : tryOut(*platform.hotkeys, wanted), platform, findings);
-    findings.push_back({u"Typing"_s, true, u"allowed"_s});
+    reportPermissions(*platform.permissions, findings);
   } else {
     findings.push_back({u"Display"_s, false, u"none: shortcuts, panels and typing need one"_s});
   }

@@ -56,12 +56,32 @@ class FakeKeyEvents final : public KeyEvents {
   std::vector<KeySequence> sequences;
 };
 
+/// A system whose settings have a page for each permission; remembers what was asked of it.
 class FakePermissions final : public Permissions {
  public:
-  bool isAccessibilityTrusted() const override { return trusted; }
-  void promptForAccessibility() override { ++prompts; }
+  PermissionState state(Permission permission) const override {
+    ++reads;
+    return permission == Permission::accessibility ? granted(trusted) : screenRecording;
+  }
+  QString remedy(Permission permission) const override {
+    return state(permission) == PermissionState::granted ? QString() : QStringLiteral("Enable Vantle in Settings.");
+  }
+  QString shortcutsRemedy() const override { return shortcuts; }
+  void request(Permission) override { ++prompts; }
+  bool hasSettingsPage(Permission) const override { return true; }
+  void openSettingsPage(Permission permission) override { pages.push_back(permission); }
+
   bool trusted = true;
+  PermissionState screenRecording = PermissionState::granted;
+  QString shortcuts;
   int prompts = 0;
+  std::vector<Permission> pages;
+  mutable int reads = 0;
+
+ private:
+  static PermissionState granted(bool isGranted) {
+    return isGranted ? PermissionState::granted : PermissionState::notGranted;
+  }
 };
 
 /// Reports what `report` is called with.

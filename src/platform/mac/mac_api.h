@@ -62,6 +62,11 @@ void releaseApplication(void* application);
 bool isAccessibilityTrusted();
 /// Asks the system to show its prompt, which leads to System Settings; returns at once.
 void promptForAccessibility();
+bool isScreenCaptureAllowed();
+/// The same for capturing the screen. The system asks once; after a refusal it stays silent.
+void requestScreenCapture();
+/// Shows a page of Privacy & Security in System Settings, "Privacy_Accessibility" say. False when nothing opens it.
+bool openPrivacyPage(const char* page);
 
 // The way out to a network.
 

@@ -33,8 +33,8 @@ class NullPanelWindow final : public PanelWindow {
 
 class NullPermissions final : public Permissions {
  public:
-  bool isAccessibilityTrusted() const override { return false; }
-  void promptForAccessibility() override {}
+  PermissionState state(Permission) const override { return PermissionState::unavailable; }
+  QString remedy(Permission) const override { return QStringLiteral("There is no display here: log in to a desktop."); }
 };
 
 /// Without a way to ask, nothing is held back: a request that cannot succeed fails with its own error.

@@ -2,7 +2,54 @@
 
 #include <xcb/xtest.h>
 
-bool X11Permissions::isAccessibilityTrusted() const {
+#include "platform/x11/xcb_reply.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+PermissionState stateOf(bool works) { return works ? PermissionState::granted : PermissionState::notGranted; }
+
+}  // namespace
+
+PermissionState X11Permissions::state(Permission permission) const {
+  if (permission == Permission::accessibility) return stateOf(canType());
+  return isWaylandSession() ? PermissionState::unavailable : stateOf(canRead());
+}
+
+QString X11Permissions::remedy(Permission permission) const {
+  if (permission == Permission::accessibility) {
+    if (!canType())
+      return u"The X server runs without its XTEST extension: switch that on (over SSH: “ssh -Y”) and log in again."_s;
+    if (!isWaylandSession()) return {};
+    return u"Under Wayland only programs that run through XWayland can be reached: log in with an X11 session to reach "
+           u"all of them."_s;
+  }
+  if (isWaylandSession())
+    return u"Wayland gives the screen only to the desktop portal, which Vantle does not use yet: log in with an X11 "
+           u"session to capture regions."_s;
+  if (canRead()) return {};
+  return u"The X server refuses GetImage on the root window: trust this program (over SSH: “ssh -Y”) and log in again."_s;
+}
+
+QString X11Permissions::shortcutsRemedy() const {
+  if (!isWaylandSession()) return {};
+  return u"Wayland leaves global shortcuts to the compositor: bind them there, Ctrl+Alt+Space to “vantle summon "
+         u"launcher” "
+         u"say, or log in with an X11 session."_s;
+}
+
+bool X11Permissions::canType() const {
   const auto* extension = xcb_get_extension_data(session_.connection, &xcb_test_id);
   return extension != nullptr && extension->present;
+}
+
+bool X11Permissions::canRead() const {
+  constexpr std::uint32_t kAllPlanes = 0xFFFFFFFF;
+  const auto cookie =
+      xcb_get_image(session_.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, session_.root, 0, 0, 1, 1, kAllPlanes);
+  xcb_generic_error_t* refusal = nullptr;
+  const XcbReply<xcb_get_image_reply_t> pixel(xcb_get_image_reply(session_.connection, cookie, &refusal));
+  const XcbReply<xcb_generic_error_t> owned(refusal);
+  return pixel != nullptr;
 }

@@ -11,6 +11,10 @@ constexpr std::uint32_t kLongestProperty = 16384;
 
 }  // namespace
 
+bool isWaylandSession() {
+  return qgetenv("XDG_SESSION_TYPE") == "wayland" || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
 X11Session currentX11Session() {
   if (qGuiApp == nullptr) return {};
   const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();

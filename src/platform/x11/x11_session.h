@@ -10,6 +10,9 @@ struct X11Session {
   xcb_window_t root = XCB_WINDOW_NONE;
 };
 
+/// Whether the user's session is a Wayland one, so that the X server is XWayland.
+bool isWaylandSession();
+
 /// The session of the running QGuiApplication; without a connection unless it runs on X11.
 X11Session currentX11Session();
 

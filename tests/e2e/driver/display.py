@@ -34,7 +34,8 @@ class PrivateDisplay:
             lambda number: ["-displayfd", number, "-screen", "0", screen, "-nolisten", "tcp", "-noreset"],
         )
         os.environ["DISPLAY"] = self.name
-        os.environ.pop("WAYLAND_DISPLAY", None)
+        for name in ("WAYLAND_DISPLAY", "XDG_SESSION_TYPE"):
+            os.environ.pop(name, None)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._first_line(
             "dbus-daemon", lambda number: ["--session", "--nofork", f"--print-address={number}"]
         )

@@ -13,16 +13,18 @@ namespace {
 
 /// One run of the command line and what it printed.
 struct Run {
-  Run(const QStringList& arguments, const Folders& folders, std::vector<Hotkey> taken = {}) {
+  Run(const QStringList& arguments, const Folders& folders, std::vector<Hotkey> taken = {}, bool trusted = true) {
     QTextStream outStream(&out);
     QTextStream errStream(&err);
     CommandContext context{outStream, errStream, folders, [] { return false; },
-                           [taken] {
+                           [taken, trusted] {
                              Platform platform = makeNullPlatform();
                              auto hotkeys = std::make_unique<FakeHotkeys>();
                              hotkeys->taken = taken;
                              platform.hotkeys = std::move(hotkeys);
-                             platform.permissions = std::make_unique<FakePermissions>();
+                             auto permissions = std::make_unique<FakePermissions>();
+                             permissions->trusted = trusted;
+                             platform.permissions = std::move(permissions);
                              return platform;
                            }};
     code = runCommandLine(arguments, context);
@@ -61,6 +63,15 @@ class TestCommandLine : public QObject {
     const Run sick({u"doctor"_s}, folders_, {{32, 0x1800}, {49, 0x1800}, {14, 0x1800}});
     QVERIFY2(sick.out.contains(u"⌃⌥U Image to URL: taken by another program; ⌃⌥J is free"_s), qPrintable(sick.out));
     QVERIFY2(sick.out.contains(u"⌃⌥Space Launcher: taken by another program; ⌃⌥M is free"_s), qPrintable(sick.out));
+    QCOMPARE(sick.code, exit_code::kFailure);
+  }
+
+  void doctorTellsBothPermissions() {
+    const QString healthy = Run({u"doctor"_s}, folders_).out;
+    QVERIFY2(healthy.contains(u"ok   Accessibility     allowed\nok   Screen Recording  allowed\n"_s),
+             qPrintable(healthy));
+    const Run sick({u"doctor"_s}, folders_, {}, false);
+    QVERIFY2(sick.out.contains(u"!!   Accessibility     Enable Vantle in Settings.\n"_s), qPrintable(sick.out));
     QCOMPARE(sick.code, exit_code::kFailure);
   }
 

@@ -55,6 +55,10 @@ struct FakeSystem {
   bool otherIsActive = true;
   int activationsReturned = 0;
   mac::Version version{14, 5, 0};
+  /// Pages of the privacy settings on which this program is switched on.
+  QStringList allowed;
+  /// Prompts and pages that were asked for.
+  QStringList asked;
 };
 
 FakeSystem* fake = nullptr;
@@ -96,8 +100,14 @@ void stopWatching(void* watch) {
 void* activeApplication() { return fake->otherIsActive ? fake->retain() : nullptr; }
 void returnActivation(void* application) { fake->activationsReturned += application ? 1 : 0; }
 void releaseApplication(void* application) { fake->release(application); }
-bool isAccessibilityTrusted() { return false; }
-void promptForAccessibility() {}
+bool isAccessibilityTrusted() { return fake->allowed.contains(u"Privacy_Accessibility"_s); }
+void promptForAccessibility() { fake->asked.append(u"typing"_s); }
+bool isScreenCaptureAllowed() { return fake->allowed.contains(u"Privacy_ScreenCapture"_s); }
+void requestScreenCapture() { fake->asked.append(u"screen"_s); }
+bool openPrivacyPage(const char* page) {
+  fake->asked.append(QString::fromLatin1(page));
+  return true;
+}
 void* startNetworkPath(void (*)(void*, bool), void*) { return fake->retain(); }
 void stopNetworkPath(void* path) { fake->release(path); }
 bool playSound(const char*) { return true; }
@@ -248,6 +258,24 @@ class MacPlatformTest : public QObject {
     panels.takeKeyboard(palette);
     panels.releaseKeyboard(palette);
     QCOMPARE(fake->activationsReturned, 1);
+  }
+
+  void eachPermissionHasItsOwnPromptAndPage() {
+    Permissions& permissions = *platform_->permissions;
+    fake->allowed = {u"Privacy_ScreenCapture"_s};
+    QVERIFY(!permissions.isAccessibilityTrusted());
+    QVERIFY(permissions.remedy(Permission::accessibility).contains(u"→ Accessibility"_s));
+    QCOMPARE(permissions.state(Permission::screenRecording), PermissionState::granted);
+    QVERIFY(permissions.remedy(Permission::screenRecording).isEmpty());
+    fake->allowed = {u"Privacy_Accessibility"_s};
+    QVERIFY(permissions.isAccessibilityTrusted());
+    QVERIFY(permissions.remedy(Permission::screenRecording).contains(u"→ Screen Recording"_s));
+    for (const auto& [permission, name] : kPermissionNames) {
+      permissions.request(permission);
+      permissions.openSettingsPage(permission);
+    }
+    QCOMPARE(fake->asked,
+             (QStringList{u"typing"_s, u"Privacy_Accessibility"_s, u"screen"_s, u"Privacy_ScreenCapture"_s}));
   }
 
   void versionText() {

@@ -96,6 +96,7 @@ EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
 @property(nullable, readonly, strong) NSRunningApplication* frontmostApplication SINCE(10.7);
 @property(readonly) BOOL accessibilityDisplayShouldReduceMotion SINCE(10.12);
+- (BOOL)openURL:(NSURL*)url;
 @end
 
 typedef NSString* NSSoundName;

@@ -30,3 +30,6 @@ EXTERN void CGEventKeyboardSetUnicodeString(CGEventRef _Nullable event, UniCharC
                                             const UniChar* _Nullable unicodeString) SINCE(10.4);
 EXTERN void CGEventSetFlags(CGEventRef _Nullable event, CGEventFlags flags) SINCE(10.4);
 EXTERN void CGEventPost(CGEventTapLocation tap, CGEventRef _Nullable event) SINCE(10.4);
+
+EXTERN bool CGPreflightScreenCaptureAccess(void) SINCE(10.15);
+EXTERN bool CGRequestScreenCaptureAccess(void) SINCE(10.15);

@@ -23,6 +23,10 @@ typedef struct {
 @property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
 @end
 
+@interface NSURL : NSObject <NSCopying>
++ (nullable instancetype)URLWithString:(NSString*)URLString;
+@end
+
 @interface NSNumber : NSObject <NSCopying>
 + (NSNumber*)numberWithBool:(BOOL)value;
 @end
