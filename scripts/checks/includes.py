@@ -20,6 +20,8 @@ BELOW = {
 }
 # Leaves that tools share; of the third only the scanner.
 SHARED_TOOL_FILES = ("tools/keystrokes/", "tools/projects/", "tools/session_history/session_scanner")
+# What the backends of one family of systems share.
+SHARED_BACKENDS = ("platform/xdg/",)
 # Stands in for a system's own headers, so it has their include root.
 SYSTEM_DECLARATIONS = "platform/mac/check"
 WIDGETS = re.compile(
@@ -128,7 +130,7 @@ def _is_sideways(name, target):
         return path.split("/")[:2]
 
     if tree_part(name) == tree_part(target) == "platform" and target.count("/") > 1:
-        return folder(name) != folder(target)
+        return folder(name) != folder(target) and not target.startswith(SHARED_BACKENDS)
     if tree_part(name) != "tools" or tree_part(target) != "tools" or folder(name) == folder(target):
         return False
     return not target.startswith(SHARED_TOOL_FILES)

@@ -30,4 +30,6 @@ class LoginItem {
   virtual std::expected<void, LoginItemError> setEnabled([[maybe_unused]] bool enabled) {
     return std::unexpected(LoginItemError{QStringLiteral("this system has no login items")});
   }
+  /// Opens the system's settings where the user allows what awaits approval.
+  virtual void openApproval() {}
 };

@@ -1,6 +1,7 @@
 #include <QComboBox>
-#include <QLabel>
+#include <QCoreApplication>
 
+#include "app/settings/login_item_control.h"
 #include "app/settings/pages.h"
 #include "app/settings/settings_form.h"
 
@@ -24,14 +25,22 @@ QComboBox* makeAppearanceBox(AppPreferences& preferences) {
   return box;
 }
 
+void addLoginItem(SettingsSection& section, Platform& platform) {
+  auto* control = new LoginItemControl(*platform.loginItem, *platform.systemInfo);
+  control->setRemark(
+      section.addRow(u"Open at login"_s, u"Your shortcuts work as soon as you have logged in."_s, control));
+}
+
 }  // namespace
 
 QWidget* makeGeneralPage(AppContext& context, SettingsSelection&) {
   auto* page = new SettingsPage;
-  SettingsSection* look = page->addSection(u"Appearance"_s);
+  SettingsSection* look = page->addSection(u"Appearance and start"_s);
   look->addRow(u"Appearance"_s, u"Panels, toasts and windows."_s, makeAppearanceBox(context.preferences));
-  SettingsSection* data = page->addSection(u"Data"_s);
-  data->addWide(
+  addLoginItem(*look, context.platform);
+  SettingsSection* about = page->addSection(u"About"_s);
+  about->addWide(makeHeading(u"Vantle %1"_s.arg(QCoreApplication::applicationVersion()).trimmed()));
+  about->addWide(
       makeDetailLabel(u"Settings and saved commands are plain JSON files in %1."_s.arg(context.folders.vantle())));
   return page;
 }

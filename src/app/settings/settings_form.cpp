@@ -1,7 +1,9 @@
 #include "app/settings/settings_form.h"
 
-#include <QLabel>
+#include <QApplication>
+#include <QEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "core/ui/theme.h"
@@ -42,12 +44,42 @@ QLabel* makeHeading(const QString& text, QWidget* parent) {
   return label;
 }
 
+RowRemark::RowRemark(QWidget* parent) : QLabel(parent) {
+  setFont(Theme::detailFont());
+  setWordWrap(true);
+  // A path in an error is there to be copied.
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setFocusPolicy(Qt::NoFocus);
+  hide();
+}
+
+void RowRemark::showText(const QString& text, bool isError) {
+  isError_ = isError;
+  setText(text);
+  setVisible(!text.isEmpty());
+  applyColor();
+}
+
+void RowRemark::changeEvent(QEvent* event) {
+  QLabel::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) applyColor();
+}
+
+void RowRemark::applyColor() {
+  const Theme& theme = themeOf(*this);
+  const QColor wanted = isError_ ? theme.failure : theme.text;
+  if (palette().color(QPalette::WindowText) == wanted) return;
+  QPalette colors = palette();
+  colors.setColor(QPalette::WindowText, wanted);
+  setPalette(colors);
+}
+
 SettingsSection::SettingsSection(QWidget* parent) : QFrame(parent), rows_(new QVBoxLayout(this)) {
   rows_->setContentsMargins(2 * Theme::kGrid, 0, 2 * Theme::kGrid, 0);
   rows_->setSpacing(0);
 }
 
-void SettingsSection::addRow(const QString& title, const QString& description, QWidget* control) {
+RowRemark* SettingsSection::addRow(const QString& title, const QString& description, QWidget* control) {
   addSeparator();
   auto* label = new QLabel(title, this);
   label->setFont(Theme::rowFont());
@@ -59,12 +91,15 @@ void SettingsSection::addRow(const QString& title, const QString& description, Q
   texts->setSpacing(2);
   texts->addWidget(label);
   if (!description.isEmpty()) texts->addWidget(makeDetailLabel(description, this));
+  auto* remark = new RowRemark(this);
+  texts->addWidget(remark);
   auto* row = new QHBoxLayout;
   row->setContentsMargins(0, kRowPadding, 0, kRowPadding);
   row->setSpacing(2 * Theme::kGrid);
   row->addLayout(texts, 1);
   row->addWidget(control, 0, Qt::AlignRight | Qt::AlignVCenter);
   rows_->addLayout(row);
+  return remark;
 }
 
 void SettingsSection::addWide(QWidget* widget) {
@@ -90,6 +125,8 @@ void SettingsSection::paintEvent(QPaintEvent*) {
 
 SettingsPage::SettingsPage(QWidget* parent) : QScrollArea(parent) {
   setFrameShape(QFrame::NoFrame);
+  // Its controls take the focus; the keys that they leave alone scroll the page.
+  setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   auto* column = new QWidget;
@@ -101,6 +138,14 @@ SettingsPage::SettingsPage(QWidget* parent) : QScrollArea(parent) {
   setWidget(column);
   viewport()->setAutoFillBackground(false);
   column->setAutoFillBackground(false);
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });
+}
+
+// Whoever clicks sees what he clicks on, and a page that moves under the pointer would take it away.
+void SettingsPage::follow(QWidget* focused) {
+  const bool isOurs = focused && widget()->isAncestorOf(focused);
+  if (isOurs && QGuiApplication::mouseButtons() == Qt::NoButton)
+    ensureWidgetVisible(focused, 3 * Theme::kGrid, 3 * Theme::kGrid);
 }
 
 SettingsSection* SettingsPage::addSection(const QString& title) {
@@ -117,3 +162,5 @@ SettingsSection* SettingsPage::addSection(const QString& title) {
 void SettingsPage::addNote(const QString& text) { addWidget(makeDetailLabel(text)); }
 
 void SettingsPage::addWidget(QWidget* widget) { column_->insertWidget(column_->count() - 1, widget); }
+
+void SettingsPage::scrollToTop() { verticalScrollBar()->setValue(0); }

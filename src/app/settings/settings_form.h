@@ -1,11 +1,31 @@
 #pragma once
 
 #include <QFrame>
+#include <QLabel>
 #include <QScrollArea>
 #include <QString>
 
-class QLabel;
 class QVBoxLayout;
+
+/// The line below a row's text that says what stands in the way; hidden while there is nothing to say.
+class RowRemark : public QLabel {
+  Q_OBJECT
+
+ public:
+  explicit RowRemark(QWidget* parent);
+
+  void showHint(const QString& text) { showText(text, false); }
+  void showError(const QString& text) { showText(text, true); }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void showText(const QString& text, bool isError);
+  void applyColor();
+
+  bool isError_ = false;
+};
 
 /// A titled group of rows on a settings page: text at the left, a control at the right, hairlines between.
 class SettingsSection : public QFrame {
@@ -15,7 +35,8 @@ class SettingsSection : public QFrame {
   explicit SettingsSection(QWidget* parent = nullptr);
 
   /// `control` becomes a child and takes `title` as its accessible name unless it has one. Empty description: none.
-  void addRow(const QString& title, const QString& description, QWidget* control);
+  /// Answers the row's remark, which is empty.
+  RowRemark* addRow(const QString& title, const QString& description, QWidget* control);
   /// A row that is all one widget.
   void addWide(QWidget* widget);
 
@@ -28,7 +49,7 @@ class SettingsSection : public QFrame {
   QVBoxLayout* rows_;
 };
 
-/// One page of settings: a scrolling column of sections.
+/// One page of settings: a scrolling column of sections, which follows the keyboard's focus.
 class SettingsPage : public QScrollArea {
   Q_OBJECT
 
@@ -39,8 +60,11 @@ class SettingsPage : public QScrollArea {
   SettingsSection* addSection(const QString& title);
   void addNote(const QString& text);
   void addWidget(QWidget* widget);
+  void scrollToTop();
 
  private:
+  void follow(QWidget* focused);
+
   QVBoxLayout* column_;
 };
 

@@ -1,9 +1,12 @@
 #include "app/settings/settings_window.h"
 
 #include <QHBoxLayout>
+#include <QHideEvent>
+#include <QShortcut>
 #include <QStackedWidget>
 
 #include "app/settings/pages.h"
+#include "app/settings/settings_form.h"
 #include "app/settings/sidebar_list.h"
 #include "core/ui/theme.h"
 
@@ -52,12 +55,39 @@ SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection
   layout->addWidget(pages_, 1);
   connect(tabs_, &QListWidget::currentRowChanged, this,
           [this](int row) { selection_.setTab(kTabs.at(static_cast<std::size_t>(row)).tab); });
+  addTabShortcuts();
   connect(&selection_, &SettingsSelection::changed, this, &SettingsWindow::followSelection);
 }
 
+void SettingsWindow::addTabShortcuts() {
+  for (const TabEntry& entry : kTabs) {
+    const int digit = Qt::Key_1 + static_cast<int>(entry.tab);
+    auto* shortcut = new QShortcut(QKeySequence(Qt::ControlModifier | static_cast<Qt::Key>(digit)), this);
+    connect(shortcut, &QShortcut::activated, this, [this, tab = entry.tab] {
+      tabs_->setFocus(Qt::ShortcutFocusReason);
+      selection_.setTab(tab);
+    });
+  }
+}
+
 void SettingsWindow::open() {
+  const bool isFresh = !isVisible();
+  if (isFresh) resize(kSize);
   followSelection();
+  const bool isAtTool = selection_.tab() == SettingsTab::tools && !selection_.toolID().isEmpty();
+  if (isAtTool)
+    page(SettingsTab::tools)->setFocus(Qt::OtherFocusReason);
+  else if (isFresh)
+    tabs_->setFocus(Qt::OtherFocusReason);
   TitledWindow::open();
+}
+
+void SettingsWindow::hideEvent(QHideEvent* event) {
+  TitledWindow::hideEvent(event);
+  // A minimised window comes back as it was.
+  if (event->spontaneous()) return;
+  for (SettingsPage* page : findChildren<SettingsPage*>()) page->scrollToTop();
+  selection_.setToolID({});
 }
 
 void SettingsWindow::followSelection() {
@@ -73,6 +103,7 @@ QWidget* SettingsWindow::page(SettingsTab tab) {
   const auto index = static_cast<std::size_t>(tab);
   if (!made_[index]) {
     made_[index] = kTabs[index].makePage(context_, selection_);
+    made_[index]->setAccessibleName(kTabs[index].title);
     pages_->addWidget(made_[index]);
   }
   return made_[index];

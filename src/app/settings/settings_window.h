@@ -9,7 +9,8 @@
 class QStackedWidget;
 class SidebarList;
 
-/// The window "Settings": six tabs at the left, their pages made when first shown.
+/// The window "Settings": six tabs at the left, their pages made when first shown. It opens on the tab it was closed
+/// on, at the top of the page, and remembers nothing else.
 class SettingsWindow : public TitledWindow {
   Q_OBJECT
 
@@ -18,7 +19,11 @@ class SettingsWindow : public TitledWindow {
 
   void open() override;
 
+ protected:
+  void hideEvent(QHideEvent* event) override;
+
  private:
+  void addTabShortcuts();
   void followSelection();
   QWidget* page(SettingsTab tab);
 

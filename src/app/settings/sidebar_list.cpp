@@ -20,15 +20,16 @@ class SidebarDelegate final : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const Theme& theme = themeOf(*option.widget);
-    const bool selected = option.state.testFlag(QStyle::State_Selected);
-    const QColor idle = index.data(DimmedRole).toBool() ? theme.secondary : theme.text;
-    const QColor color = selected ? theme.onAccent : idle;
+    const bool focused = isSelected(option) && option.widget->hasFocus();
+    const bool dimmed = index.data(DimmedRole).toBool() && !isSelected(option);
+    const QColor idle = dimmed ? theme.secondary : theme.text;
+    const QColor color = focused ? theme.onAccent : idle;
     const QRect row = option.rect.adjusted(0, 1, 0, -1);
 
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
-    painter->setBrush(selected ? theme.selection : ground(theme, option));
+    painter->setBrush(focused ? theme.selection : ground(theme, option));
     painter->drawRoundedRect(row, Theme::kRowRadius, Theme::kRowRadius);
     const QRect icon(row.left() + kPadding, row.center().y() - kIcon / 2 + 1, kIcon, kIcon);
     paintSymbol(*painter, index.data(SymbolRole).toString(), icon, color);
@@ -42,7 +43,11 @@ class SidebarDelegate final : public QStyledItemDelegate {
   QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {0, kRowHeight}; }
 
  private:
+  static bool isSelected(const QStyleOptionViewItem& option) { return option.state.testFlag(QStyle::State_Selected); }
+
+  // The accent is where the keyboard is: a chosen row elsewhere is quiet.
   static QColor ground(const Theme& theme, const QStyleOptionViewItem& option) {
+    if (isSelected(option)) return theme.switchOff;
     return option.state.testFlag(QStyle::State_MouseOver) ? theme.hover : QColor(Qt::transparent);
   }
 };

@@ -34,6 +34,7 @@ class ToolsPage final : public QWidget {
     });
     connect(&selection_, &SettingsSelection::changed, this, &ToolsPage::followSelection);
     connect(&context.registry, &ToolRegistry::changed, this, &ToolsPage::dimDisabled);
+    setFocusProxy(list_);
     followSelection();
   }
 

@@ -81,6 +81,15 @@ void stopNetworkPath(void* path);
 bool playSound(const char* name);
 void beep();
 
+// Starting at login.
+
+enum class LoginItem : int32_t { off, on, awaitsApproval, unavailable };
+
+LoginItem loginItemState();
+/// False when the system refuses; `refused` is then called with its reason in UTF-8 before the function returns.
+bool setLoginItem(bool enabled, void (*refused)(void* context, const char* reason), void* context);
+void openLoginItemSettings();
+
 // The system itself.
 
 struct Version {

@@ -284,13 +284,45 @@ class MacDesktopApplication final : public DesktopApplication {
   void activate() override { mac::activate(); }
 };
 
+class MacLoginItem final : public LoginItem {
+ public:
+  State state() const override {
+    switch (mac::loginItemState()) {
+      case mac::LoginItem::off:
+        return State::off;
+      case mac::LoginItem::on:
+        return State::on;
+      case mac::LoginItem::awaitsApproval:
+        return State::awaitsApproval;
+      case mac::LoginItem::unavailable:
+        break;
+    }
+    return State::unavailable;
+  }
+
+  std::expected<void, LoginItemError> setEnabled(bool enabled) override {
+    QString reason;
+    if (mac::setLoginItem(enabled, refused, &reason)) return {};
+    // Refused until the user allows it is a state of its own, and shows.
+    if (enabled && state() == State::awaitsApproval) return {};
+    return std::unexpected(LoginItemError{reason});
+  }
+
+  void openApproval() override { mac::openLoginItemSettings(); }
+
+ private:
+  static void refused(void* context, const char* reason) {
+    *static_cast<QString*>(context) = QString::fromUtf8(reason);
+  }
+};
+
 }  // namespace
 
 Platform makePlatform() {
   // Else Qt activates the whole application whenever a window is raised, panels included. Qt asks only once, later.
   qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
-  return {std::make_unique<MacHotkeys>(),     std::make_unique<MacKeyEvents>(),
-          std::make_unique<MacPanelWindow>(), std::make_unique<MacPermissions>(),
-          std::make_unique<MacNetworkPath>(), std::make_unique<MacSounds>(),
-          std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>()};
+  return {
+      std::make_unique<MacHotkeys>(),     std::make_unique<MacKeyEvents>(),          std::make_unique<MacPanelWindow>(),
+      std::make_unique<MacPermissions>(), std::make_unique<MacNetworkPath>(),        std::make_unique<MacSounds>(),
+      std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>(), std::make_unique<MacLoginItem>()};
 }

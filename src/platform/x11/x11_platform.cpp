@@ -8,9 +8,11 @@
 #include "platform/x11/x11_raw_input.h"
 #include "platform/x11/x11_sounds.h"
 #include "platform/x11/x11_system_info.h"
+#include "platform/xdg/xdg_login_item.h"
 
 Platform makePlatform() {
   Platform platform = makeNullPlatform();
+  platform.loginItem = std::make_unique<XdgLoginItem>(XdgLoginItem::Places::standard());
   const X11Session session = currentX11Session();
   if (session.connection == nullptr) return platform;
   const auto rawInput = std::make_shared<X11RawInput>(session);

@@ -59,6 +59,8 @@ struct FakeSystem {
   QStringList allowed;
   /// Prompts and pages that were asked for.
   QStringList asked;
+  mac::LoginItem loginItem = mac::LoginItem::off;
+  bool isLoginItemRefused = false;
 };
 
 FakeSystem* fake = nullptr;
@@ -112,6 +114,16 @@ void* startNetworkPath(void (*)(void*, bool), void*) { return fake->retain(); }
 void stopNetworkPath(void* path) { fake->release(path); }
 bool playSound(const char*) { return true; }
 void beep() {}
+LoginItem loginItemState() { return fake->loginItem; }
+bool setLoginItem(bool enabled, void (*refused)(void*, const char*), void* context) {
+  if (fake->isLoginItemRefused) {
+    refused(context, "n\xC3\xB6");
+    return false;
+  }
+  fake->loginItem = enabled ? LoginItem::on : LoginItem::off;
+  return true;
+}
+void openLoginItemSettings() {}
 Version systemVersion() { return fake->version; }
 bool isMotionReduced() { return false; }
 void forceDarkAppearance(bool) {}
@@ -276,6 +288,19 @@ class MacPlatformTest : public QObject {
     }
     QCOMPARE(fake->asked,
              (QStringList{u"typing"_s, u"Privacy_Accessibility"_s, u"screen"_s, u"Privacy_ScreenCapture"_s}));
+  }
+
+  void loginItemThatAwaitsApprovalIsNoFailure() {
+    LoginItem& item = *platform_->loginItem;
+    QVERIFY(item.setEnabled(true));
+    QCOMPARE(item.state(), LoginItem::State::on);
+    fake->isLoginItemRefused = true;
+    const auto refused = item.setEnabled(false);
+    QVERIFY(!refused);
+    QCOMPARE(refused.error().reason, u"nö"_s);
+    fake->loginItem = mac::LoginItem::awaitsApproval;
+    QVERIFY(item.setEnabled(true));
+    QVERIFY(!item.setEnabled(false));
   }
 
   void versionText() {

@@ -32,6 +32,8 @@ class IncludeRules(unittest.TestCase):
                 {
                     "base/job.h": "#include <QObject>\n",
                     "platform/sounds.h": '#include "base/job.h"\n',
+                    "platform/xdg/entry.h": "",
+                    "platform/x11/backend.cpp": '#include "platform/xdg/entry.h"\n',
                     "core/tools/tool.h": '#include "platform/sounds.h"\n',
                     "tools/keystrokes/sender.h": '#include "core/tools/tool.h"\n',
                     "tools/one/a.h": '#include "tools/keystrokes/sender.h"\n',
