@@ -12,7 +12,8 @@
 #include "app/placeholder_tool.h"
 #include "app/settings/settings_window.h"
 #include "app/tray_icon.h"
-#include "app/update_notice.h"
+#include "app/updates/update_notice.h"
+#include "app/updates/whats_new_window.h"
 #include "core/net/analytics.h"
 #include "core/ui/appearance.h"
 #include "core/ui/launcher/tool_launcher_controller.h"
@@ -68,6 +69,7 @@ struct Application::Parts {
   AppContext context;
   CLIPaletteController cliPalette;
   SettingsSelection selection;
+  UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
   AppDelegate delegate;
   AppServer server;
@@ -98,6 +100,9 @@ Application::Parts::Parts(Application& owner)
       delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
       server([&owner](const QJsonObject& request) { return owner.answer(request); }) {
   windows.add(AppWindow::settings, [this] { return std::make_unique<SettingsWindow>(context, selection); });
+  windows.add(AppWindow::whatsNew, [this] {
+    return std::make_unique<WhatsNewWindow>(update, *platform.updater, WhatsNewWindow::shippedChangelog());
+  });
 }
 
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
@@ -180,13 +185,10 @@ void Application::openCommandSettings(const QUuid& commandID) {
 }
 
 void Application::announceUpdate() {
-  const auto earlier = takeUpdatedFrom(parts_->defaults, QCoreApplication::applicationVersion());
-  if (!earlier) return;
-  ToastContent content;
-  content.icon = u"checkmark.circle.fill"_s;
-  content.title = u"Vantle %1 is installed"_s.arg(QCoreApplication::applicationVersion());
-  content.detail = u"You had %1 before."_s.arg(*earlier);
-  parts_->toasts.show(std::move(content), toastDuration(parts_->preferences.value()));
+  const bool isTrusted = parts_->platform.permissions->isAccessibilityTrusted();
+  const auto firstRun = AppDelegate::firstRun(parts_->settings.value(), isTrusted);
+  if (parts_->update.prepare(firstRun != AppDelegate::FirstRun::nothing))
+    parts_->windows.openWindow(AppWindow::whatsNew);
 }
 
 void Application::showFirstRun(AppDelegate::FirstRun where) {

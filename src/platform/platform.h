@@ -12,6 +12,7 @@
 #include "platform/permissions.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
+#include "platform/updater.h"
 
 /// One implementation of every capability; each lives as long as the whole.
 struct Platform {
@@ -25,6 +26,7 @@ struct Platform {
   std::unique_ptr<DesktopApplication> desktopApplication = std::make_unique<DesktopApplication>();
   std::unique_ptr<LoginItem> loginItem = std::make_unique<LoginItem>();
   std::unique_ptr<CredentialVault> credentials = std::make_unique<CredentialVault>();
+  std::unique_ptr<Updater> updater = std::make_unique<Updater>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).

@@ -1,9 +1,7 @@
-#include <QSettings>
 #include <QTest>
 
 #include "app/app_delegate.h"
 #include "app/placeholder_tool.h"
-#include "app/update_notice.h"
 #include "support/files.h"
 #include "support/world.h"
 #include "tools/frequent_clis/command_store.h"
@@ -68,14 +66,6 @@ class TestAppDelegate : public QObject {
     const auto& [toast, duration] = world.toasts.shown.at(0);
     QCOMPARE(toast.title, u"Vibe History is not built yet"_s);
     QCOMPARE(duration, 10s);
-  }
-
-  void eachVersionIsAnnouncedOnce() {
-    const QTemporaryDir directory;
-    QSettings defaults(directory.filePath(u"defaults.ini"_s), QSettings::IniFormat);
-    QVERIFY(!takeUpdatedFrom(defaults, u"0.1.0"_s));
-    QCOMPARE(takeUpdatedFrom(defaults, u"0.2.0"_s), u"0.1.0"_s);
-    QVERIFY(!takeUpdatedFrom(defaults, u"0.2.0"_s));
   }
 };
 
