@@ -2,13 +2,12 @@
 """Walks through the program as a user would. Prints a line a step; ends with 1 when one did not happen."""
 
 import argparse
-import shutil
 import sys
 import time
 import traceback
-from pathlib import Path
 
 from driver.display import PrivateDisplay
+from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
 from steps import launcher, palette, settings
@@ -19,8 +18,7 @@ STEPS = [*palette.STEPS, *launcher.STEPS, *settings.STEPS]
 
 def main():
     options = arguments()
-    shutil.rmtree(options.pictures, ignore_errors=True)
-    Path(options.pictures).mkdir(parents=True)
+    emptied(options.pictures)
     steps = [step for step in STEPS if not options.steps or any(word in step.__name__ for word in options.steps)]
     with PrivateDisplay(two_screens=True) as display:
         world = World(display, options.vantle, options.pictures)

@@ -128,6 +128,8 @@ SettingsPage::SettingsPage(QWidget* parent) : QScrollArea(parent) {
   // Its controls take the focus; the keys that they leave alone scroll the page.
   setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
+  // It scrolls to the control that gets the keyboard and needs no stop of its own.
+  setFocusPolicy(Qt::NoFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   auto* column = new QWidget;
   column->setMaximumWidth(kColumnWidth + 6 * Theme::kGrid);

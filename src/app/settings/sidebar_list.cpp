@@ -47,7 +47,7 @@ class SidebarDelegate final : public QStyledItemDelegate {
 
   // The accent is where the keyboard is: a chosen row elsewhere is quiet.
   static QColor ground(const Theme& theme, const QStyleOptionViewItem& option) {
-    if (isSelected(option)) return theme.switchOff;
+    if (isSelected(option)) return theme.idleSelection;
     return option.state.testFlag(QStyle::State_MouseOver) ? theme.hover : QColor(Qt::transparent);
   }
 };
@@ -67,6 +67,10 @@ SidebarList::SidebarList(const QString& name, int width, QWidget* parent) : QLis
 void SidebarList::addEntry(const QString& title, const QString& symbol) {
   auto* item = new QListWidgetItem(title, this);
   item->setData(SymbolRole, symbol);
+}
+
+QItemSelectionModel::SelectionFlags SidebarList::selectionCommand(const QModelIndex& index, const QEvent*) const {
+  return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
 }
 
 void SidebarList::setDimmed(int row, bool dimmed) { item(row)->setData(DimmedRole, dimmed); }

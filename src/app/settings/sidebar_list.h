@@ -2,7 +2,8 @@
 
 #include <QListWidget>
 
-/// The list at the left of a settings window: symbol and title, the chosen row in the accent, no frame.
+/// The list at the left of a settings window: symbol and title, the chosen row in the accent while
+/// the keyboard is in the list, no frame.
 class SidebarList : public QListWidget {
   Q_OBJECT
 
@@ -13,4 +14,8 @@ class SidebarList : public QListWidget {
   void addEntry(const QString& title, const QString& symbol);
   /// Rows of what is switched off are drawn in the secondary colour.
   void setDimmed(int row, bool dimmed);
+
+ protected:
+  /// One row is always chosen: neither a drag out of the list nor Ctrl and a click take that away.
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
 };

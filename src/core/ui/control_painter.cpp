@@ -13,6 +13,7 @@ namespace {
 constexpr qreal kRadius = 6;
 constexpr qreal kCheckRadius = 4;
 constexpr int kMark = 12;
+constexpr qreal kFocusLine = 2;
 
 bool isSet(const QStyleOption& option, QStyle::StateFlag flag) { return option.state.testFlag(flag); }
 
@@ -24,10 +25,11 @@ bool isHovered(const QStyleOption& option) {
 void paintGround(QPainter& painter, const QStyleOption& option, const QColor& fill, const Theme& theme) {
   const bool focused = isSet(option, QStyle::State_HasFocus);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(focused ? theme.accent : theme.edge, focused ? 1.5 : 1));
+  const qreal line = focused ? kFocusLine : 1;
+  painter.setPen(QPen(focused ? theme.accent : theme.edge, line));
   painter.setBrush(fill);
   // Half of the line lies on either side of this rectangle.
-  const qreal inset = focused ? 0.75 : 0.5;
+  const qreal inset = line / 2;
   painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
 }
 
@@ -58,27 +60,36 @@ void control::paintFlatButton(QPainter& painter, const QStyleOption& option, con
   const bool pressed = isSet(option, QStyle::State_Sunken) || isSet(option, QStyle::State_On);
   painter.save();
   if (pressed || isHovered(option)) shade(painter, option.rect, pressed ? theme.raised : theme.hover, kRadius);
-  if (isSet(option, QStyle::State_HasFocus)) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(theme.accent, 1.5));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.75, 0.75, -0.75, -0.75), kRadius, kRadius);
-  }
+  painter.restore();
+}
+
+void control::paintFocusRing(QPainter& painter, const QRect& rect, const Theme& theme) {
+  const qreal inset = kFocusLine / 2;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(theme.accent, kFocusLine));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
   painter.restore();
 }
 
 void control::paintCheckBox(QPainter& painter, const QStyleOption& option, const Theme& theme) {
   const bool checked = isSet(option, QStyle::State_On);
   const bool partly = isSet(option, QStyle::State_NoChange);
-  const QRectF box = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  const bool focused = isSet(option, QStyle::State_HasFocus);
+  const bool filled = checked || partly;
+  const qreal line = focused ? kFocusLine : 1;
+  const QRectF box = QRectF(option.rect).adjusted(line / 2, line / 2, -line / 2, -line / 2);
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(isSet(option, QStyle::State_Enabled) ? 1.0 : 0.4);
-  painter.setPen(QPen(checked || partly ? theme.selection : theme.edge, 1));
-  painter.setBrush(checked || partly ? theme.selection : theme.card);
+  // A filled box is in the accent already: the keyboard draws a line of the text's colour around it.
+  const QColor ring = filled ? theme.text : theme.accent;
+  painter.setPen(QPen(focused ? ring : filled ? theme.selection : theme.edge, line));
+  painter.setBrush(filled ? theme.selection : theme.card);
   painter.drawRoundedRect(box, kCheckRadius, kCheckRadius);
   const qreal inset = 2;
-  if (checked || partly)
+  if (filled)
     paintSymbol(painter, partly ? QStringLiteral("minus") : QStringLiteral("checkmark"),
                 QRectF(option.rect).adjusted(inset, inset, -inset, -inset), theme.onAccent);
   painter.restore();

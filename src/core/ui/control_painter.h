@@ -15,6 +15,8 @@ void paintButton(QPainter& painter, const QStyleOption& option, const Theme& the
 void paintField(QPainter& painter, const QStyleOption& option, const Theme& theme);
 /// Buttons without an edge of their own: only shaded under the pointer.
 void paintFlatButton(QPainter& painter, const QStyleOption& option, const Theme& theme);
+/// Shows that the keyboard is at what has no edge to say so.
+void paintFocusRing(QPainter& painter, const QRect& rect, const Theme& theme);
 void paintCheckBox(QPainter& painter, const QStyleOption& option, const Theme& theme);
 /// A small symbol in the middle of `rect`.
 void paintMark(QPainter& painter, const char16_t* symbol, const QRect& rect, const QStyleOption& option,

@@ -81,7 +81,8 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     case PE_FrameDefaultButton:
       return;
     case PE_FrameFocusRect:
-      // Buttons, fields and boxes show the focus by their edge.
+      // Flat buttons have no edge of their own; other buttons, fields and boxes show the focus by theirs.
+      if (widget->inherits("QToolButton")) return control::paintFocusRing(*painter, widget->rect(), theme);
       if (widget->inherits("QAbstractButton") || widget->inherits("QComboBox")) return;
       break;
     default:
@@ -129,6 +130,9 @@ QRect ControlStyle::subControlRect(ComplexControl control, const QStyleOptionCom
 }
 
 QRect ControlStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  // A box without a text of its own, as a switch is, is all of its widget; screen readers ask for this place.
+  if (element == SE_CheckBoxClickRect && button && button->text.isEmpty()) return option->rect;
   const QRect rect = QProxyStyle::subElementRect(element, option, widget);
   return element == SE_LineEditContents && hasOwnGround(*option) ? rect.adjusted(kTextInset, 0, -kTextInset, 0) : rect;
 }

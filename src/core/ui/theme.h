@@ -14,6 +14,8 @@ struct Theme {
   QColor accent;
   /// The selected row and filled controls: an accent deep enough for white text.
   QColor selection;
+  /// The selected row of a list that the keyboard is not in.
+  QColor idleSelection;
   /// Text on `selection`.
   QColor onAccent;
   QColor success;

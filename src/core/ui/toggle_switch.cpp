@@ -8,7 +8,8 @@ namespace {
 
 constexpr QSize kTrack(36, 20);
 /// Room around the track for the focus ring.
-constexpr int kRing = 2;
+constexpr int kRing = 3;
+constexpr qreal kRingLine = 2;
 
 }  // namespace
 
@@ -29,8 +30,10 @@ void ToggleSwitch::paintEvent(QPaintEvent*) {
   const QRectF track(QPointF((width() - kTrack.width()) / 2.0, (height() - kTrack.height()) / 2.0), kTrack);
   const double radius = track.height() / 2;
   if (hasFocus()) {
-    painter.setPen(QPen(theme.accent, 1.5));
-    painter.drawRoundedRect(track.adjusted(-1.25, -1.25, 1.25, 1.25), radius + 1.25, radius + 1.25);
+    // A gap sets the ring off from a track that is in the accent too.
+    painter.setPen(QPen(theme.accent, kRingLine));
+    const qreal out = kRing - kRingLine / 2;
+    painter.drawRoundedRect(track.adjusted(-out, -out, out, out), radius + out, radius + out);
   }
   painter.setPen(Qt::NoPen);
   painter.setBrush(isChecked() ? theme.selection : theme.switchOff);

@@ -28,6 +28,13 @@ def find(pid, beginning):
 
 def nodes(pid):
     """All showing objects of the process."""
+    application = application_of(pid)
+    for window in children(application) if application else ():
+        yield from _showing(window)
+
+
+def application_of(pid):
+    """The process as the accessibility bus knows it; None when it does not."""
     desktop = Atspi.get_desktop(0)
     desktop.set_cache_mask(Atspi.Cache.NONE)
     for index in range(desktop.get_child_count()):
@@ -35,8 +42,8 @@ def nodes(pid):
         if application and _pid(application) == pid:
             # Without an event loop here nobody would tell the cache what has changed.
             application.set_cache_mask(Atspi.Cache.NONE)
-            for window in _children(application):
-                yield from _showing(window)
+            return application
+    return None
 
 
 def _showing(node):
@@ -46,11 +53,12 @@ def _showing(node):
     except GLib.Error:
         return
     yield node
-    for child in _children(node):
+    for child in children(node):
         yield from _showing(child)
 
 
-def _children(node):
+def children(node):
+    """What is directly in it, showing or not."""
     try:
         count = node.get_child_count()
     except GLib.Error:

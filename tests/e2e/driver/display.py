@@ -10,12 +10,14 @@ from .waiting import StepFailed, until
 class PrivateDisplay:
     """Owns the three; puts itself into DISPLAY and DBUS_SESSION_BUS_ADDRESS.
 
-    With `two_screens`, the one screen is cut into L (1920 wide) and R (the other 1280), as two monitors would look.
+    `screen` is its size. With `two_screens`, the one screen is cut into L (1920 wide) and R (the other 1280), as two
+    monitors would look.
     """
 
-    def __init__(self, two_screens=False, window_manager="openbox"):
+    def __init__(self, two_screens=False, window_manager="openbox", screen="1920x1080"):
         self.two_screens = two_screens
         self.window_manager = window_manager
+        self.screen = "3200x1080" if two_screens else screen
         self.processes = []
         self.name = ""
 
@@ -28,10 +30,9 @@ class PrivateDisplay:
         return self
 
     def _start_all(self):
-        screen = "3200x1080x24" if self.two_screens else "1920x1080x24"
         self.name = ":" + self._first_line(
             "Xvfb",
-            lambda number: ["-displayfd", number, "-screen", "0", screen, "-nolisten", "tcp", "-noreset"],
+            lambda number: ["-displayfd", number, "-screen", "0", f"{self.screen}x24", "-nolisten", "tcp", "-noreset"],
         )
         os.environ["DISPLAY"] = self.name
         for name in ("WAYLAND_DISPLAY", "XDG_SESSION_TYPE"):

@@ -122,11 +122,18 @@ class Desktop:
     def brightness(self, window):
         """The mean of the colour channels in the middle of a window's area, as it is on the screen."""
         width, height = window.width // 2, window.height // 2
-        image = self.root.get_image(
-            window.x + width // 2, window.y + height // 2, width, height, X.ZPixmap, 0xFFFFFFFF
-        )
-        colours = bytes(byte for index, byte in enumerate(image.data) if index % 4 != 3)
+        image = self.pixels(window.x + width // 2, window.y + height // 2, width, height)
+        colours = bytes(byte for index, byte in enumerate(image) if index % 4 != 3)
         return sum(colours) / len(colours)
+
+    def pixels(self, x, y, width, height):
+        """What is on that part of the screen, four bytes a pixel."""
+        return self.root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
+
+    @property
+    def screen_size(self):
+        screen = self.display.screen()
+        return screen.width_in_pixels, screen.height_in_pixels
 
     def _tree(self, window, depth):
         try:

@@ -1,0 +1,51 @@
+"""Every window of the application, and how one gets to see each of its pages."""
+
+from collections import namedtuple
+
+from driver.waiting import until
+
+# What to call the picture, and the title of the window that is in it.
+View = namedtuple("View", "name title")
+
+SETTINGS = "Settings"
+TABS = ["General", "Tools", "Shortcuts", "Notifications", "Launcher", "Privacy"]
+
+
+def first_run(stage):
+    """The onboarding window step by step, to its end."""
+    until("the welcome window is shown", lambda: stage.shape("Welcome"), 10)
+    stage.wait_for("Welcome", "Continue")
+    yield View("onboarding-1", "Welcome")
+    stage.control("Welcome", "Continue").act("Press")
+    stage.wait_for("Welcome", "Done")
+    yield View("onboarding-2", "Welcome")
+    stage.control("Welcome", "Done").act("Press")
+    until("the welcome window is gone", lambda: not stage.shape("Welcome"))
+
+
+def settings(stage):
+    """Every tab, and every tool's page."""
+    stage.open("settings", SETTINGS)
+    for tab in TABS:
+        choose(stage, "Settings tabs", tab)
+        if tab != "Tools":
+            yield View(f"settings-{tab.lower()}", SETTINGS)
+            continue
+        for tool in names_in(stage, "Tools"):
+            choose(stage, "Tools", tool)
+            yield View(f"settings-tools-{tool.lower().replace(' ', '-')}", SETTINGS)
+
+
+def names_in(stage, name):
+    return [row.name for row in stage.wait_for(SETTINGS, name, "list").children if row.role == "list item"]
+
+
+def choose(stage, name, row):
+    """Clicks a row of a list, and waits until it is chosen."""
+    rows = stage.wait_for(SETTINGS, name, "list").children
+    entry = next(entry for entry in rows if entry.name == row)
+    stage.click(entry)
+    until(f"{row} is chosen", lambda: entry.is_selected())
+
+
+ALL = [first_run, settings]
