@@ -11,6 +11,7 @@
 #include "app/onboarding_window.h"
 #include "app/placeholder_tool.h"
 #include "app/settings/settings_window.h"
+#include "app/shortcuts/shortcuts_window.h"
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
 #include "app/updates/whats_new_window.h"
@@ -103,6 +104,7 @@ Application::Parts::Parts(Application& owner)
   windows.add(AppWindow::whatsNew, [this] {
     return std::make_unique<WhatsNewWindow>(update, *platform.updater, WhatsNewWindow::shippedChangelog());
   });
+  windows.add(AppWindow::keyboardShortcuts, [this] { return std::make_unique<ShortcutsWindow>(context); });
 }
 
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {

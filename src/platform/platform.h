@@ -6,6 +6,7 @@
 #include "platform/desktop_application.h"
 #include "platform/hotkey_backend.h"
 #include "platform/key_events.h"
+#include "platform/key_legends.h"
 #include "platform/login_item.h"
 #include "platform/network_path.h"
 #include "platform/panel_window.h"
@@ -27,6 +28,7 @@ struct Platform {
   std::unique_ptr<LoginItem> loginItem = std::make_unique<LoginItem>();
   std::unique_ptr<CredentialVault> credentials = std::make_unique<CredentialVault>();
   std::unique_ptr<Updater> updater = std::make_unique<Updater>();
+  std::unique_ptr<KeyLegends> keyLegends = std::make_unique<KeyLegends>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).

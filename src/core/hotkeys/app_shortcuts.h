@@ -11,13 +11,32 @@ struct AppShortcut {
   AppAction action;
   Hotkey hotkey;
   QLatin1StringView name;
+  /// Symbol name.
+  QLatin1StringView icon;
+  /// One sentence: what it does.
+  QLatin1StringView summary;
 };
 
 /// Not re-bindable and not stored; no tool may default to one of these.
 inline constexpr std::array kAppShortcuts = {
-    AppShortcut{AppAction::openSettings, {43, carbon::kControl | carbon::kOption}, QLatin1StringView("Settings")},
-    AppShortcut{AppAction::openToolSettings, {17, carbon::kControl | carbon::kOption}, QLatin1StringView("Tools")},
-    AppShortcut{
-        AppAction::openShortcutSettings, {4, carbon::kControl | carbon::kOption}, QLatin1StringView("Shortcuts")},
-    AppShortcut{AppAction::toggleLauncher, {49, carbon::kControl | carbon::kOption}, QLatin1StringView("Launcher")},
+    AppShortcut{AppAction::openSettings,
+                {43, carbon::kControl | carbon::kOption},
+                QLatin1StringView("Settings"),
+                QLatin1StringView("gearshape"),
+                QLatin1StringView("Opens the settings.")},
+    AppShortcut{AppAction::openToolSettings,
+                {17, carbon::kControl | carbon::kOption},
+                QLatin1StringView("Tools"),
+                QLatin1StringView("square.grid.3x3"),
+                QLatin1StringView("Opens the settings of the tools.")},
+    AppShortcut{AppAction::openShortcutSettings,
+                {4, carbon::kControl | carbon::kOption},
+                QLatin1StringView("Shortcuts"),
+                QLatin1StringView("keyboard"),
+                QLatin1StringView("Opens the settings of the shortcuts.")},
+    AppShortcut{AppAction::toggleLauncher,
+                {49, carbon::kControl | carbon::kOption},
+                QLatin1StringView("Launcher"),
+                QLatin1StringView("square.grid.2x2"),
+                QLatin1StringView("Shows all tools in one grid.")},
 };

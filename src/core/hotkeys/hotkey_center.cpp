@@ -36,12 +36,17 @@ void HotkeyCenter::bootstrap(const std::vector<BindableTool>& tools, const QStri
 
 void HotkeyCenter::registerAction(Hotkey hotkey, std::function<void()> action) {
   installHandler();
+  actions_.push_back(hotkey);
+  // A tool that the user has bound to the same combination gives way.
+  const auto tool = conflictingToolID(hotkey, {});
+  if (tool) unregisterTool(*tool);
   const std::uint32_t id = takeCarbonID();
   if (const auto taken = backend_.registerHotkey(id, hotkey.keyCode, hotkey.carbonModifiers); !taken) {
     refusedActions_.push_back({QString(), hotkey, taken.error()});
-    return;
+  } else {
+    actionForCarbonID_.emplace(id, std::move(action));
   }
-  actionForCarbonID_.emplace(id, std::move(action));
+  if (tool) registerTool(*tool);
 }
 
 std::optional<Hotkey> HotkeyCenter::binding(const QString& toolID) const {
@@ -61,6 +66,7 @@ void HotkeyCenter::setHotkey(std::optional<Hotkey> hotkey, const QString& toolID
   bind(toolID, hotkey);
   settings_.update([&](AppSettings& settings) { settings.hotkeys[toolID] = hotkey; });
   registerTool(toolID);
+  retryRefused();
   Q_EMIT changed();
 }
 
@@ -71,7 +77,27 @@ void HotkeyCenter::resetHotkey(const QString& toolID) {
   bind(toolID, tool->defaultHotkey);
   settings_.update([&](AppSettings& settings) { settings.hotkeys.erase(toolID); });
   registerTool(toolID);
+  retryRefused();
   Q_EMIT changed();
+}
+
+void HotkeyCenter::resetAll() {
+  for (const BindableTool& tool : tools_) {
+    unregisterTool(tool.id);
+    bind(tool.id, tool.defaultHotkey);
+  }
+  settings_.update([this](AppSettings& settings) {
+    for (const BindableTool& tool : tools_) settings.hotkeys.erase(tool.id);
+  });
+  for (const BindableTool& tool : tools_) registerTool(tool.id);
+  Q_EMIT changed();
+}
+
+bool HotkeyCenter::isRebound(const QString& toolID) const { return binding(toolID) != defaultOf(toolID); }
+
+std::optional<Hotkey> HotkeyCenter::defaultOf(const QString& toolID) const {
+  const auto tool = std::ranges::find(tools_, toolID, &BindableTool::id);
+  return tool == tools_.end() ? std::nullopt : tool->defaultHotkey;
 }
 
 std::optional<QString> HotkeyCenter::conflictingToolID(const Hotkey& hotkey, const QString& excludedToolID) const {
@@ -87,6 +113,7 @@ void HotkeyCenter::setEnabled(bool enabled, const QString& toolID) {
   } else {
     disabled_.insert(toolID);
     unregisterTool(toolID);
+    retryRefused();
   }
   Q_EMIT changed();
 }
@@ -112,12 +139,16 @@ void HotkeyCenter::handlePress(std::uint32_t carbonID) {
   const auto owner = toolForCarbonID_.find(carbonID);
   if (owner == toolForCarbonID_.end() || !summonTool_) return;
   const QString toolID = owner->second;
+  handOver([this, toolID] { summonTool_(toolID); });
+}
+
+void HotkeyCenter::handOver(std::function<void()> start) {
   if (!shortcutsWindow_ || !shortcutsWindow_->closeIfVisible()) {
-    summonTool_(toolID);
+    start();
     return;
   }
   handOver_ = Job::start();
-  clock_.after(kHandOverDelay, handOver_, [this, toolID] { summonTool_(toolID); });
+  clock_.after(kHandOverDelay, handOver_, std::move(start));
 }
 
 void HotkeyCenter::installHandler() {
@@ -134,13 +165,28 @@ void HotkeyCenter::registerTool(const QString& toolID) {
   const auto hotkey = binding(toolID);
   if (paused_ || !hotkey || disabled_.contains(toolID) || registrations_.contains(toolID)) return;
   const std::uint32_t id = takeCarbonID();
-  if (const auto taken = backend_.registerHotkey(id, hotkey->keyCode, hotkey->carbonModifiers); !taken) {
+  if (const auto taken = take(id, *hotkey); !taken) {
     qCDebug(lcHotkeys).noquote() << toolID << hotkey->display() << taken.error().description();
     refusedTools_.insert_or_assign(toolID, Refused{toolID, *hotkey, taken.error()});
     return;
   }
   registrations_.emplace(toolID, id);
   toolForCarbonID_.emplace(id, toolID);
+}
+
+std::expected<void, HotkeyRefusal> HotkeyCenter::take(std::uint32_t id, const Hotkey& hotkey) {
+  if (std::ranges::find(actions_, hotkey) != actions_.end())
+    return std::unexpected(HotkeyRefusal{HotkeyRefusal::Reason::taken});
+  return backend_.registerHotkey(id, hotkey.keyCode, hotkey.carbonModifiers);
+}
+
+/// A combination that another tool had may have become free.
+void HotkeyCenter::retryRefused() {
+  const auto refused = refusedTools_;
+  for (const auto& [toolID, refusal] : refused) {
+    refusedTools_.erase(toolID);
+    registerTool(toolID);
+  }
 }
 
 void HotkeyCenter::unregisterTool(const QString& toolID) {

@@ -63,6 +63,10 @@ class HotkeyCenter : public QObject {
   void setHotkey(std::optional<Hotkey> hotkey, const QString& toolID);
   /// Forgets the user's re-binding, so that the tool has its default again.
   void resetHotkey(const QString& toolID);
+  /// The same for all tools at once.
+  void resetAll();
+  /// Whether the user has bound the tool to something else than its default, or to nothing.
+  bool isRebound(const QString& toolID) const;
   /// Another tool with the same combination; none when there is none.
   std::optional<QString> conflictingToolID(const Hotkey& hotkey, const QString& excludedToolID) const;
   void setEnabled(bool enabled, const QString& toolID);
@@ -70,6 +74,8 @@ class HotkeyCenter : public QObject {
   void pauseAll();
   void resumeAll();
   void handlePress(std::uint32_t carbonID);
+  /// Runs `start` at once, or a moment after the window that draws the keyboard was closed for it.
+  void handOver(std::function<void()> start);
 
  Q_SIGNALS:
   /// Bindings or registrations have changed.
@@ -79,6 +85,9 @@ class HotkeyCenter : public QObject {
   void installHandler();
   std::uint32_t takeCarbonID();
   void registerTool(const QString& toolID);
+  std::expected<void, HotkeyRefusal> take(std::uint32_t id, const Hotkey& hotkey);
+  void retryRefused();
+  std::optional<Hotkey> defaultOf(const QString& toolID) const;
   void unregisterTool(const QString& toolID);
   void bind(const QString& toolID, std::optional<Hotkey> hotkey);
 
@@ -95,6 +104,8 @@ class HotkeyCenter : public QObject {
   std::map<std::uint32_t, QString> toolForCarbonID_;
   std::map<std::uint32_t, std::function<void()>> actionForCarbonID_;
   std::map<QString, Refused> refusedTools_;
+  /// Combinations of the application's own shortcuts; tools do not get them.
+  std::vector<Hotkey> actions_;
   std::vector<Refused> refusedActions_;
   std::uint32_t nextCarbonID_ = 1;
   bool handlerInstalled_ = false;

@@ -316,13 +316,33 @@ class MacLoginItem final : public LoginItem {
   }
 };
 
+/// Global shortcuts are positions there; what stands on the keys of other layouts is not asked for.
+class MacKeyLegends final : public KeyLegends {
+ public:
+  KeyboardKind kind() const override { return KeyboardKind::mac; }
+  QString modifierWord(std::uint32_t carbonModifier) const override {
+    switch (carbonModifier) {
+      case carbon::kControl:
+        return u"control"_s;
+      case carbon::kOption:
+        return u"option"_s;
+      case carbon::kShift:
+        return u"shift"_s;
+      default:
+        return u"command"_s;
+    }
+  }
+};
+
 }  // namespace
 
 Platform makePlatform() {
   // Else Qt activates the whole application whenever a window is raised, panels included. Qt asks only once, later.
   qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
-  return {
+  Platform platform{
       std::make_unique<MacHotkeys>(),     std::make_unique<MacKeyEvents>(),          std::make_unique<MacPanelWindow>(),
       std::make_unique<MacPermissions>(), std::make_unique<MacNetworkPath>(),        std::make_unique<MacSounds>(),
       std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>(), std::make_unique<MacLoginItem>()};
+  platform.keyLegends = std::make_unique<MacKeyLegends>();
+  return platform;
 }

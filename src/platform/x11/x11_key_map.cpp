@@ -1,8 +1,10 @@
 #include "platform/x11/x11_key_map.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <algorithm>
+#include <array>
 
 #include "platform/key_codes.h"
 #include "platform/x11/x11_session.h"
@@ -52,6 +54,43 @@ std::optional<xcb_keycode_t> find(xkb_keymap* map, xkb_layout_index_t layout, co
   return {};
 }
 
+/// Dead keys type nothing by themselves; their sign is printed on them all the same.
+struct DeadKey {
+  xkb_keysym_t symbol;
+  char16_t sign;
+};
+constexpr std::array kDeadKeys = {
+    DeadKey{XKB_KEY_dead_grave, u'`'},      DeadKey{XKB_KEY_dead_acute, u'´'},
+    DeadKey{XKB_KEY_dead_circumflex, u'^'}, DeadKey{XKB_KEY_dead_tilde, u'~'},
+    DeadKey{XKB_KEY_dead_macron, u'¯'},     DeadKey{XKB_KEY_dead_breve, u'˘'},
+    DeadKey{XKB_KEY_dead_abovedot, u'˙'},   DeadKey{XKB_KEY_dead_diaeresis, u'¨'},
+    DeadKey{XKB_KEY_dead_abovering, u'°'},  DeadKey{XKB_KEY_dead_doubleacute, u'˝'},
+    DeadKey{XKB_KEY_dead_caron, u'ˇ'},      DeadKey{XKB_KEY_dead_cedilla, u'¸'},
+    DeadKey{XKB_KEY_dead_ogonek, u'˛'},
+};
+
+QString printed(xkb_keysym_t symbol) {
+  const auto dead = std::ranges::find(kDeadKeys, symbol, &DeadKey::symbol);
+  if (dead != kDeadKeys.end()) return QString(QChar(dead->sign));
+  const auto character = static_cast<char32_t>(xkb_keysym_to_utf32(symbol));
+  if (character <= U' ' || !QChar::isPrint(character)) return {};
+  const QString text = QString::fromUcs4(&character, 1);
+  // Some letters become two in upper case.
+  const QString upper = text.toUpper();
+  return upper.size() == text.size() ? upper : text;
+}
+
+QString printed(xkb_keymap* map, xkb_keycode_t key, xkb_layout_index_t layout, xkb_level_index_t level) {
+  const auto layouts = xkb_keymap_num_layouts_for_key(map, key);
+  const xkb_keysym_t* symbols = nullptr;
+  if (layouts == 0 || xkb_keymap_key_get_syms_by_level(map, key, layout % layouts, level, &symbols) != 1) return {};
+  return printed(*symbols);
+}
+
+bool isLatin(const QString& text) {
+  return !text.isEmpty() && (!text[0].isLetter() || text[0].script() == QChar::Script_Latin);
+}
+
 }  // namespace
 
 X11KeyMap X11KeyMap::current(const X11Session& session) {
@@ -67,6 +106,17 @@ std::optional<xcb_keycode_t> X11KeyMap::keyCode(std::uint32_t mac) const {
   for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(map_.get()); ++layout)
     if (const auto code = find(map_.get(), layout, *key)) return code;
   return static_cast<xcb_keycode_t>(key->position);
+}
+
+QString X11KeyMap::legend(xcb_keycode_t code) const {
+  if (map_ == nullptr) return {};
+  const QString shifted = printed(map_.get(), code, layout_, 1);
+  if (!shifted.isEmpty() && shifted[0].isDigit()) return shifted;
+  const QString own = printed(map_.get(), code, layout_, 0);
+  if (own.isEmpty() || isLatin(own)) return own;
+  for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(map_.get()); ++layout)
+    if (const QString other = printed(map_.get(), code, layout, 0); isLatin(other)) return other;
+  return own;
 }
 
 bool isKeyMapChange(const X11Session& session, const xcb_generic_event_t& event) {

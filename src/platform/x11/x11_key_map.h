@@ -3,6 +3,8 @@
 #include <xcb/xcb.h>
 #include <xkbcommon/xkbcommon.h>
 
+#include <QString>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -25,6 +27,9 @@ class X11KeyMap {
   /// The key that carries the symbol without modifiers on the active layout, else on the first other one, else the key
   /// at the position of an ANSI keyboard. Nothing for codes that are not in the table.
   std::optional<xcb_keycode_t> keyCode(std::uint32_t mac) const;
+  /// What is printed on a key: its letter or sign on the active layout, or, where that is not Latin, on the first
+  /// layout on which it is; digits on digit keys, upper case. Empty for keys that type nothing visible.
+  QString legend(xcb_keycode_t code) const;
 
  private:
   Map map_;

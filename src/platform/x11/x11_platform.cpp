@@ -2,6 +2,7 @@
 #include "platform/x11/x11_desktop_application.h"
 #include "platform/x11/x11_hotkeys.h"
 #include "platform/x11/x11_key_events.h"
+#include "platform/x11/x11_key_legends.h"
 #include "platform/x11/x11_network_path.h"
 #include "platform/x11/x11_panel_window.h"
 #include "platform/x11/x11_permissions.h"
@@ -24,5 +25,6 @@ Platform makePlatform() {
   platform.sounds = std::make_unique<X11Sounds>(session);
   platform.systemInfo = std::make_unique<X11SystemInfo>(session);
   platform.desktopApplication = std::make_unique<X11DesktopApplication>();
+  platform.keyLegends = std::make_unique<X11KeyLegends>(session);
   return platform;
 }
