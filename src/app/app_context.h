@@ -12,6 +12,7 @@
 #include "core/settings/folders.h"
 #include "core/tools/tool_registry.h"
 #include "platform/platform.h"
+#include "services/services.h"
 
 /// The one instance of everything that windows and tools share, handed down by reference; owned by the Application.
 struct AppContext {
@@ -27,4 +28,5 @@ struct AppContext {
   SettingsOpener& settingsOpener;
   LauncherOpener& launcher;
   WindowOpener& windows;
+  Services& services;
 };

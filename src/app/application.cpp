@@ -59,6 +59,8 @@ struct Application::Parts {
   NetworkMonitor network{*platform.networkPath};
   HotkeyCenter hotkeys{*platform.hotkeys, settings, clock};
   QtHttpClient http;
+  BuiltInService builtIn;
+  Services services{folders, http, *platform.credentials, builtIn, clock};
   InstallIdentity identity{folders.file(u"install-id"_s)};
   Analytics analytics;
   ToastController toasts;
@@ -80,8 +82,8 @@ struct Application::Parts {
 };
 
 Application::Parts::Parts(Application& owner)
-    : analytics({preferences, network, http, identity, *platform.systemInfo,
-                 [this] { return EventEndpoint::current(folders); }}),
+    : analytics({preferences, network, identity, *platform.systemInfo,
+                 [this](const QJsonObject& event) { services.events.send(event); }}),
       toasts(
           [this](ToastController& controller) {
             return std::make_unique<ToastPanel>(controller, *platform.panelWindow, *platform.systemInfo, clock);
@@ -92,8 +94,8 @@ Application::Parts::Parts(Application& owner)
                  return std::make_unique<ToolLauncherPanel>(
                      controller, ToolLauncherPanel::Services{*platform.panelWindow, *platform.systemInfo, defaults});
                }),
-      context{folders, platform, clock,  settings, preferences, network,
-              hotkeys, registry, toasts, owner,    launcher,    windows},
+      context{folders,  platform, clock, settings, preferences, network, hotkeys,
+              registry, toasts,   owner, launcher, windows,     services},
       cliPalette({commands, keystrokes, clock, owner, launcher},
                  [this](CLIPaletteController& controller) {
                    return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, controller);

@@ -7,6 +7,8 @@
 #include <stop_token>
 #include <utility>
 
+class JobRef;
+
 /// One run of asynchronous work; owning it is what keeps the work alive. Main thread only.
 ///
 /// Timers, replies and processes of the run are children of `scope()`. Assigning a new Job or destroying it cancels the
@@ -58,6 +60,8 @@ class Job {
   }
 
  private:
+  friend class JobRef;
+
   struct DeleteLater {
     void operator()(QObject* object) const { object->deleteLater(); }
   };
@@ -66,4 +70,36 @@ class Job {
     std::stop_source stop;
   };
   std::shared_ptr<State> state_;
+};
+
+/// Names a run without owning it: what a step of the run hands to the next one. A copy outlives the run, inert. Main
+/// thread only.
+class JobRef {
+ public:
+  // NOLINTNEXTLINE(google-explicit-constructor): a Job is given wherever a run is asked for
+  JobRef(const Job& job) : state_(job.state_) {}
+
+  bool isRunning() const { return !state_.expired(); }
+  /// Parent for timers, replies and processes; null when the run has ended.
+  QObject* scope() const {
+    const auto state = state_.lock();
+    return state ? state->scope.get() : nullptr;
+  }
+
+  /// A callable that runs `callback` while the run lives and does nothing afterwards.
+  template <class Callback>
+  auto bind(Callback callback) const {
+    return [alive = state_, callback = std::move(callback)](auto&&... arguments) mutable {
+      if (!alive.expired()) callback(std::forward<decltype(arguments)>(arguments)...);
+    };
+  }
+
+  /// Runs `callback` on the next turn of the event loop, unless the run ends before.
+  template <class Callback>
+  void later(Callback callback) const {
+    if (isRunning()) QMetaObject::invokeMethod(scope(), bind(std::move(callback)), Qt::QueuedConnection);
+  }
+
+ private:
+  std::weak_ptr<Job::State> state_;
 };

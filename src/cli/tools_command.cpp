@@ -75,9 +75,8 @@ int runTools(const QStringList& arguments, CommandContext& context) {
   AppPreferences preferences(context.folders.file(u"app-settings.json"_s));
   NetworkMonitor network(*platform.networkPath);
   HotkeyCenter hotkeys(*platform.hotkeys, settings, clock);
-  QtHttpClient http;
   InstallIdentity identity(context.folders.file(u"install-id"_s));
-  Analytics analytics({preferences, network, http, identity, *platform.systemInfo, [] { return std::nullopt; }});
+  Analytics analytics({preferences, network, identity, *platform.systemInfo, [](const QJsonObject&) {}});
   SilentToasts toasts;
   ToolRegistry registry({settings, hotkeys, network, analytics, toasts, clock});
   registry.bootstrap(listedTools());

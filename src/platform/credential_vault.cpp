@@ -1,17 +1,13 @@
 #include "platform/credential_vault.h"
 
-#include <QMetaObject>
-
 namespace {
 
 /// Answers on a later turn of the event loop, as a keychain would.
 template <class Answer>
-void refuse(const Job& job, Answer answer) {
-  if (!job.isRunning()) return;
-  const auto reply = job.bind([answer = std::move(answer)] {
+void refuse(const JobRef& job, Answer answer) {
+  job.later([answer = std::move(answer)] {
     answer(std::unexpected(CredentialError{CredentialError::Reason::noKeychain, {}}));
   });
-  QMetaObject::invokeMethod(job.scope(), reply, Qt::QueuedConnection);
 }
 
 }  // namespace
@@ -29,10 +25,10 @@ QString CredentialError::description() const {
   return QStringLiteral("The keychain failed: %1").arg(detail);
 }
 
-void CredentialVault::read(const QString&, const Job& job, Read read) { refuse(job, std::move(read)); }
+void CredentialVault::read(const QString&, const JobRef& job, Read read) { refuse(job, std::move(read)); }
 
-void CredentialVault::write(const QString&, const QByteArray&, const Job& job, Done done) {
+void CredentialVault::write(const QString&, const QByteArray&, const JobRef& job, Done done) {
   refuse(job, std::move(done));
 }
 
-void CredentialVault::remove(const QString&, const Job& job, Done done) { refuse(job, std::move(done)); }
+void CredentialVault::remove(const QString&, const JobRef& job, Done done) { refuse(job, std::move(done)); }

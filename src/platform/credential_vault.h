@@ -35,8 +35,8 @@ class CredentialVault {
 
   virtual ~CredentialVault() = default;
 
-  virtual void read(const QString& account, const Job& job, Read read);
-  virtual void write(const QString& account, const QByteArray& secret, const Job& job, Done done);
+  virtual void read(const QString& account, const JobRef& job, Read read);
+  virtual void write(const QString& account, const QByteArray& secret, const JobRef& job, Done done);
   /// Removing what is not there succeeds.
-  virtual void remove(const QString& account, const Job& job, Done done);
+  virtual void remove(const QString& account, const JobRef& job, Done done);
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/app_context.h"
+#include "support/service_world.h"
 #include "support/world.h"
 
 /// A whole core with the tools registered, and the context that windows are made with. Combinations in `taken` are
@@ -19,8 +20,13 @@ struct AppStage {
   FakeSettingsOpener opener;
   FakeLauncherOpener launcher;
   FakeWindowOpener windows;
-  AppContext context{world.folders, world.system,   world.clock,  world.settings, world.preferences, world.network,
-                     world.hotkeys, world.registry, world.toasts, opener,         launcher,          windows};
+  FakeHttp http;
+  FakeVault vault;
+  FakeBuiltIn builtIn;
+  Services services{world.folders, http, vault, builtIn, world.clock};
+  AppContext context{world.folders, world.system,  world.clock,    world.settings, world.preferences,
+                     world.network, world.hotkeys, world.registry, world.toasts,   opener,
+                     launcher,      windows,       services};
 
  private:
   template <class Fake, class Interface>

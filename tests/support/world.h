@@ -14,13 +14,6 @@
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
 
-/// Keeps the requests that would be sent.
-class FakeHttp final : public HttpClient {
- public:
-  void sendAndForget(const HttpRequest& request) override { sent.push_back(request); }
-  std::vector<HttpRequest> sent;
-};
-
 /// A whole core over a temporary folder and recording fakes; each test builds its own.
 struct World {
   class RecordingTool final : public Tool {
@@ -60,18 +53,18 @@ struct World {
   FakeNetworkPath networkPath;
   FakeToasts toasts;
   FakeSounds sounds;
-  FakeHttp http;
   Platform system = makeNullPlatform();
   SettingsStore settings{folders.file(QStringLiteral("settings.json"))};
   AppPreferences preferences{folders.file(QStringLiteral("app-settings.json"))};
   NetworkMonitor network{networkPath};
   HotkeyCenter hotkeys{hotkeyBackend, settings, clock};
   InstallIdentity identity{folders.file(QStringLiteral("install-id"))};
-  std::optional<EventEndpoint> endpoint =
-      EventEndpoint{QUrl(QStringLiteral("https://api.example/v1/events")), "secret"};
-  Analytics analytics{{preferences, network, http, identity, *system.systemInfo, [this] { return endpoint; }}};
+  Analytics analytics{{preferences, network, identity, *system.systemInfo,
+                       [this](const QJsonObject& event) { events.push_back(event); }}};
   ToolRegistry registry{{settings, hotkeys, network, analytics, toasts, clock}};
   QStringList activated;
+  /// What was handed over to be sent.
+  std::vector<QJsonObject> events;
   std::function<void()> onActivate;
 };
 

@@ -1,8 +1,6 @@
 #include "core/net/analytics.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <array>
 #include <utility>
@@ -11,7 +9,6 @@
 #include "platform/system_info.h"
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -28,21 +25,12 @@ QString name(UsageEvent event) {
 
 }  // namespace
 
-void Analytics::track(UsageEvent event, const QString& toolID) {
+void Analytics::track(UsageEvent what, const QString& toolID) {
   if (!services_.preferences.value().shareUsageStats || !services_.network.isOnline()) return;
-  const auto endpoint = services_.endpoint();
-  if (!endpoint) return;
-
-  QJsonObject body{{u"event"_s, name(event)},
-                   {u"installId"_s, services_.identity.id()},
-                   {u"appVersion"_s, QCoreApplication::applicationVersion()},
-                   {u"osVersion"_s, services_.system.osVersion()}};
-  if (!toolID.isEmpty()) body.insert("tool"_L1, toolID);
-  HttpRequest request{.method = "POST",
-                      .url = endpoint->url,
-                      .headers = {{"Content-Type", "application/json"}},
-                      .body = QJsonDocument(body).toJson(QJsonDocument::Compact),
-                      .timeout = 15s};
-  if (!endpoint->bearer.isEmpty()) request.headers.emplace_back("Authorization", "Bearer " + endpoint->bearer);
-  services_.http.sendAndForget(request);
+  QJsonObject event{{u"event"_s, name(what)},
+                    {u"installId"_s, services_.identity.id()},
+                    {u"appVersion"_s, QCoreApplication::applicationVersion()},
+                    {u"osVersion"_s, services_.system.osVersion()}};
+  if (!toolID.isEmpty()) event.insert("tool"_L1, toolID);
+  services_.deliver(event);
 }

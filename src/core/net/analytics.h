@@ -1,12 +1,10 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
 #include <functional>
-#include <optional>
 
-#include "core/net/event_endpoint.h"
-#include "core/net/http_client.h"
 #include "core/net/install_identity.h"
 #include "core/settings/app_preferences.h"
 
@@ -23,17 +21,16 @@ class Analytics {
   struct Services {
     const AppPreferences& preferences;
     const NetworkMonitor& network;
-    HttpClient& http;
     InstallIdentity& identity;
     const SystemInfo& system;
-    /// Asked before every event, so that a change of the service holds at once.
-    std::function<std::optional<EventEndpoint>()> endpoint;
+    /// Brings one event to the service, or does not; nobody waits for it.
+    std::function<void(const QJsonObject& event)> deliver;
   };
 
   explicit Analytics(Services services) : services_(std::move(services)) {}
 
   /// Returns at once and never fails to the caller. `toolID` is empty for events of the application.
-  void track(UsageEvent event, const QString& toolID = {});
+  void track(UsageEvent what, const QString& toolID = {});
 
  private:
   Services services_;

@@ -64,12 +64,7 @@ class StoreBase : public QObject {
 template <class Record>
 class Store : public StoreBase {
  public:
-  explicit Store(QString path) : StoreBase(std::move(path), Record::kStoreName) {
-    JsonReader reader(loadObject());
-    record_.read(reader);
-    foreign_ = reader.unknown();
-    if (reader.hasMisfits()) keepBeforeOverwriting();
-  }
+  explicit Store(QString path) : StoreBase(std::move(path), Record::kStoreName) { record_ = load(); }
 
   const Record& value() const { return record_; }
 
@@ -84,7 +79,23 @@ class Store : public StoreBase {
     Q_EMIT changed();
   }
 
+  /// Takes over what another process has written since.
+  void reload() {
+    Record next = load();
+    if (next == record_) return;
+    record_ = std::move(next);
+    Q_EMIT changed();
+  }
+
  private:
+  Record load() {
+    JsonReader reader(loadObject());
+    Record record;
+    record.read(reader);
+    foreign_ = reader.unknown();
+    if (reader.hasMisfits()) keepBeforeOverwriting();
+    return record;
+  }
   void saveNow() override {
     QJsonObject object = foreign_;
     record_.write(object);

@@ -29,7 +29,7 @@ class TestAppDelegate : public QObject {
                           .showFirstRun = [&](FirstRun) { steps.append(u"first run"_s); }});
     delegate.didFinishLaunching(world.makeTools());
     QCOMPARE(steps, (QStringList{u"appearance"_s, u"update"_s, u"first run"_s}));
-    QVERIFY(world.http.sent.at(0).body.contains("app_launched"));
+    QCOMPARE(world.events.at(0)["event"_L1].toString(), u"app_launched"_s);
     QCOMPARE(world.hotkeyBackend.registered.size(), std::size_t{17});
 
     world.hotkeyBackend.press({49, 0x1800});

@@ -103,7 +103,7 @@ class TestToolRegistry : public QObject {
     QCOMPARE(world.activations(u"uplink"_s), 1);
     QCOMPARE(world.registry.usageCount(u"uplink"_s), 1);
     QCOMPARE(world.settings.value().toolLastUsed.at(u"uplink"_s), world.clock.now().count());
-    QCOMPARE(world.http.sent.size(), std::size_t{1});
+    QCOMPARE(world.events.size(), std::size_t{1});
   }
 
   void theDiskWaitsUntilTheToolIsActive() {
@@ -136,7 +136,7 @@ class TestToolRegistry : public QObject {
 
     world.registry.summon(u"frequent-clis"_s);
     QCOMPARE(world.activations(u"frequent-clis"_s), 1);
-    QVERIFY(world.http.sent.empty());
+    QVERIFY(world.events.empty());
     world.setOnline(true);
     world.registry.summon(u"uplink"_s);
     QCOMPARE(world.activations(u"uplink"_s), 1);

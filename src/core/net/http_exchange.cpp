@@ -1,0 +1,97 @@
+#include "core/net/http_exchange.h"
+
+#include <QNetworkReply>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+HttpError errorOf(const QNetworkReply& reply) {
+  using Reason = HttpError::Reason;
+  switch (reply.error()) {
+    case QNetworkReply::InsecureRedirectError:
+    case QNetworkReply::TooManyRedirectsError:
+      return {Reason::redirected, {}};
+    case QNetworkReply::SslHandshakeFailedError:
+      return {Reason::insecure, reply.errorString()};
+    case QNetworkReply::TimeoutError:
+      return {Reason::timedOut, {}};
+    default:
+      break;
+  }
+  const bool hasBegun = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+  const bool isCut = hasBegun || reply.error() == QNetworkReply::RemoteHostClosedError;
+  return {isCut ? Reason::broken : Reason::unreachable, reply.errorString()};
+}
+
+int statusOf(const QNetworkReply& reply) { return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }
+
+/// Qt counts a status of 400 and above among the errors; it is an answer like any other, if it came whole.
+bool isAnswered(const QNetworkReply& reply) {
+  if (reply.error() == QNetworkReply::NoError) return true;
+  return statusOf(reply) >= 400 && reply.error() != QNetworkReply::RemoteHostClosedError;
+}
+
+}  // namespace
+
+HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, HttpClient::Answer answer, QObject* parent)
+    : QObject(parent), reply_(reply), answer_(std::move(answer)), maximumAnswer_(request.maximumAnswer) {
+  // Qt's own limit ends a request as if somebody had cancelled it; with timers of our own the reason is known.
+  const auto limit = [this](QTimer& timer, std::chrono::milliseconds length) {
+    timer.setSingleShot(true);
+    timer.setInterval(length);
+    connect(&timer, &QTimer::timeout, this, [this] { fail({HttpError::Reason::timedOut, {}}); });
+    if (length > 0ms) timer.start();
+  };
+  limit(silence_, request.timeout);
+  limit(deadline_, request.deadline);
+  reply_->setReadBufferSize(maximumAnswer_ + 1);
+  connect(reply, &QNetworkReply::uploadProgress, this, &HttpExchange::heard);
+  connect(reply, &QNetworkReply::readyRead, this, &HttpExchange::read);
+  connect(reply, &QNetworkReply::finished, this, &HttpExchange::finish);
+}
+
+HttpExchange::~HttpExchange() { drop(); }
+
+void HttpExchange::heard() {
+  if (silence_.isActive()) silence_.start();
+}
+
+void HttpExchange::read() {
+  heard();
+  body_ += reply_->read(maximumAnswer_ + 1 - body_.size());
+  if (body_.size() > maximumAnswer_) fail({HttpError::Reason::tooLarge, {}});
+}
+
+void HttpExchange::finish() {
+  read();
+  if (!reply_) return;
+  if (isAnswered(*reply_))
+    answer(response());
+  else
+    fail(errorOf(*reply_));
+}
+
+HttpResponse HttpExchange::response() const {
+  return {statusOf(*reply_), {reply_->rawHeaderPairs().begin(), reply_->rawHeaderPairs().end()}, body_};
+}
+
+void HttpExchange::fail(HttpError error) { answer(std::unexpected(std::move(error))); }
+
+void HttpExchange::answer(std::expected<HttpResponse, HttpError> result) {
+  drop();
+  silence_.stop();
+  deadline_.stop();
+  deleteLater();
+  if (const auto answer = std::exchange(answer_, nullptr)) answer(std::move(result));
+}
+
+void HttpExchange::drop() {
+  if (!reply_) return;
+  QNetworkReply* const reply = reply_;
+  reply_ = nullptr;
+  // abort() says "finished" at once, which must not come back here.
+  reply->disconnect(this);
+  if (reply->isRunning()) reply->abort();
+  reply->deleteLater();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/settings/folders.h"
+#include "services/event_sender.h"
+#include "services/quota_client.h"
+
+/// The one instance of everything that speaks with the services, in order of construction. Main thread only.
+struct Services {
+  Services(const Folders& folders, HttpClient& client, CredentialVault& vault, BuiltInService& child,
+           const Clock& clock)
+      : http(client),
+        builtIn(child),
+        configuration(folders.file(QStringLiteral("services.json"))),
+        credential(vault, UserCredential::kServiceAccount),
+        quota(clock) {}
+
+  HttpClient& http;
+  BuiltInService& builtIn;
+  ServiceConfiguration configuration;
+  UserCredential credential;
+  MeteredAPI api{configuration, builtIn, credential};
+  EventSender events{api, http};
+  QuotaStore quota;
+  QuotaClient quotaClient{api, http, quota};
+};
