@@ -10,6 +10,7 @@
 #include "app/app_windows.h"
 #include "app/onboarding_window.h"
 #include "app/placeholder_tool.h"
+#include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
 #include "app/tray_icon.h"
@@ -134,7 +135,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
     if (info.id == kFrequentCLIsID)
       tools.push_back(std::make_unique<FrequentCLIsTool>(parts_->cliPalette, frequentCLIsSettings()));
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
-      tools.push_back(std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences));
+      tools.push_back(
+          std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));
     else
       qFatal("The tool %s is neither built nor a placeholder", info.id.data());
   }

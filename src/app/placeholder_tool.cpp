@@ -2,8 +2,9 @@
 
 using namespace Qt::StringLiterals;
 
-PlaceholderTool::PlaceholderTool(const ToolInfo& info, ToastPresenter& toasts, const AppPreferences& preferences)
-    : Tool(info, {}), toasts_(toasts), preferences_(preferences) {}
+PlaceholderTool::PlaceholderTool(const ToolInfo& info, ToastPresenter& toasts, const AppPreferences& preferences,
+                                 SettingsViewFactory settingsView)
+    : Tool(info, std::move(settingsView)), toasts_(toasts), preferences_(preferences) {}
 
 void PlaceholderTool::activate() {
   ToastContent content;

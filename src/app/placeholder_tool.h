@@ -18,7 +18,8 @@ inline constexpr std::array kPlaceholderToolIDs = {
 /// Stands in for a tool that is not built yet and says so plainly.
 class PlaceholderTool final : public Tool {
  public:
-  PlaceholderTool(const ToolInfo& info, ToastPresenter& toasts, const AppPreferences& preferences);
+  PlaceholderTool(const ToolInfo& info, ToastPresenter& toasts, const AppPreferences& preferences,
+                  SettingsViewFactory settingsView);
 
   void activate() override;
 

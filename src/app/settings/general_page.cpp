@@ -1,5 +1,6 @@
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QPushButton>
 
 #include "app/settings/login_item_control.h"
 #include "app/settings/pages.h"
@@ -31,6 +32,13 @@ void addLoginItem(SettingsSection& section, Platform& platform) {
       section.addRow(u"Open at login"_s, u"Your shortcuts work as soon as you have logged in."_s, control));
 }
 
+void addVersion(SettingsSection& section, WindowOpener& windows) {
+  auto* news = new QPushButton(u"What's New…"_s);
+  news->setAccessibleName(news->text());
+  QObject::connect(news, &QPushButton::clicked, news, [&windows] { windows.openWindow(AppWindow::whatsNew); });
+  section.addRow(u"Vantle %1"_s.arg(QCoreApplication::applicationVersion()).trimmed(), {}, news);
+}
+
 }  // namespace
 
 QWidget* makeGeneralPage(AppContext& context, SettingsSelection&) {
@@ -39,7 +47,7 @@ QWidget* makeGeneralPage(AppContext& context, SettingsSelection&) {
   look->addRow(u"Appearance"_s, u"Panels, toasts and windows."_s, makeAppearanceBox(context.preferences));
   addLoginItem(*look, context.platform);
   SettingsSection* about = page->addSection(u"About"_s);
-  about->addWide(makeHeading(u"Vantle %1"_s.arg(QCoreApplication::applicationVersion()).trimmed()));
+  addVersion(*about, context.windows);
   about->addWide(
       makeDetailLabel(u"Settings and saved commands are plain JSON files in %1."_s.arg(context.folders.vantle())));
   return page;

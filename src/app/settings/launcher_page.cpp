@@ -1,41 +1,51 @@
-#include <QComboBox>
-#include <QPushButton>
-
-#include "app/settings/arrange_list.h"
+#include "app/settings/arrange_grid.h"
+#include "app/settings/confirm_button.h"
 #include "app/settings/pages.h"
 #include "app/settings/settings_form.h"
+#include "core/ui/launcher/sort_mode_control.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QComboBox* makeSortBox(ToolRegistry& registry) {
-  auto* box = new QComboBox;
-  for (const ToolSortModeText& mode : toolSortModes()) box->addItem(QString::fromUtf16(mode.label));
-  const auto follow = [box, &registry] { box->setCurrentIndex(static_cast<int>(registry.sortMode())); };
+SortModeControl* makeSortControl(ToolRegistry& registry) {
+  auto* control = new SortModeControl(SortModeControl::Look::labels, nullptr);
+  const auto follow = [control, &registry] { control->setMode(registry.sortMode()); };
   follow();
-  QObject::connect(&registry, &ToolRegistry::changed, box, follow);
-  QObject::connect(box, &QComboBox::activated, box,
-                   [&registry](int row) { registry.setSortMode(toolSortModes()[static_cast<std::size_t>(row)].mode); });
-  return box;
+  QObject::connect(&registry, &ToolRegistry::changed, control, follow);
+  QObject::connect(control, &SortModeControl::modeChosen, control,
+                   [&registry](ToolSortMode mode) { registry.setSortMode(mode); });
+  return control;
+}
+
+/// Nothing to reset: the button is there, but asleep.
+bool isPristine(const AppContext& context) {
+  return context.registry.sortMode() == ToolSortMode::manual && context.registry.pinnedToolIDs().isEmpty() &&
+         context.settings.value().toolOrder.isEmpty();
+}
+
+ConfirmButton* makeResetButton(AppContext& context) {
+  auto* button = new ConfirmButton(u"Reset…"_s, u"Clear pins and order?"_s, u"Reset"_s);
+  const auto follow = [button, &context] { button->setEnabled(!isPristine(context)); };
+  follow();
+  QObject::connect(&context.registry, &ToolRegistry::changed, button, follow);
+  QObject::connect(button, &ConfirmButton::confirmed, button, [&context] { context.registry.resetArrangement(); });
+  return button;
 }
 
 }  // namespace
 
 QWidget* makeLauncherPage(AppContext& context, SettingsSelection&) {
   auto* page = new SettingsPage;
-  SettingsSection* order = page->addSection(u"Order"_s);
-  order->addRow(u"Sort by"_s, u"How the grid is ordered — pinned tools always come first"_s,
-                makeSortBox(context.registry));
+  page->addHeading(u"Order"_s);
+  page->addWidget(makeSortControl(context.registry));
+  page->addNote(u"How the grid is ordered — pinned tools always come first"_s);
   SettingsSection* grid = page->addSection(u"Arrange your grid"_s);
-  grid->addWide(new ArrangeList(context.registry));
+  grid->addWide(new ArrangeGrid(context));
   page->addNote(
       u"Drag to reorder (switches to Manual). Pinned tools always lead the grid — and the 1–9 keys follow the order."_s);
-  page->addNote(u"Double-click pins or unpins; from the keyboard ⌘↑ and ⌘↓ move a tool, ⌘P pins it."_s);
-  auto* reset = new QPushButton(u"Reset Arrangement"_s);
-  QObject::connect(reset, &QPushButton::clicked, reset, [&context] { context.registry.resetArrangement(); });
-  SettingsSection* defaults = page->addSection({});
-  defaults->addRow(u"Defaults"_s, u"Clears pins and order."_s, reset);
-  reset->setAccessibleName(reset->text());
+  page->addNote(u"With the keyboard: ↑↓←→ choose a tool, ⌘←↑↓→ carry it, ⌘P pins it, 1–9 give it that place."_s);
+  page->addSection({})->addRow(u"Reset the arrangement"_s, u"No pins, every tool in its first place."_s,
+                               makeResetButton(context));
   return page;
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kColumnWidth = 640;
+constexpr int kColumnWidth = 712;
 constexpr int kRowPadding = 12;
 
 /// One-pixel line that follows the theme.
@@ -128,8 +128,6 @@ SettingsPage::SettingsPage(QWidget* parent) : QScrollArea(parent) {
   // Its controls take the focus; the keys that they leave alone scroll the page.
   setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
-  // It scrolls to the control that gets the keyboard and needs no stop of its own.
-  setFocusPolicy(Qt::NoFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   auto* column = new QWidget;
   column->setMaximumWidth(kColumnWidth + 6 * Theme::kGrid);
@@ -151,14 +149,16 @@ void SettingsPage::follow(QWidget* focused) {
 }
 
 SettingsSection* SettingsPage::addSection(const QString& title) {
-  if (!title.isEmpty()) {
-    QLabel* heading = makeHeading(title);
-    if (column_->count() > 1) heading->setContentsMargins(0, Theme::kGrid, 0, 0);
-    addWidget(heading);
-  }
+  if (!title.isEmpty()) addHeading(title);
   auto* section = new SettingsSection;
   addWidget(section);
   return section;
+}
+
+void SettingsPage::addHeading(const QString& title) {
+  QLabel* heading = makeHeading(title);
+  if (column_->count() > 1) heading->setContentsMargins(0, Theme::kGrid, 0, 0);
+  addWidget(heading);
 }
 
 void SettingsPage::addNote(const QString& text) { addWidget(makeDetailLabel(text)); }

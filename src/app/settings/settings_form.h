@@ -58,6 +58,7 @@ class SettingsPage : public QScrollArea {
 
   /// Empty title: none.
   SettingsSection* addSection(const QString& title);
+  void addHeading(const QString& title);
   void addNote(const QString& text);
   void addWidget(QWidget* widget);
   void scrollToTop();

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QSize kSize(880, 640);
+constexpr QSize kSize(936, 664);
 constexpr int kTabsWidth = 176;
 
 struct TabEntry {
@@ -49,7 +49,7 @@ SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection
       pages_(new QStackedWidget(this)) {
   resize(kSize);
   auto* layout = new QHBoxLayout(this);
-  layout->setContentsMargins(Theme::kGrid, Theme::kGrid, 0, 0);
+  layout->setContentsMargins({});
   layout->setSpacing(0);
   layout->addWidget(tabs_);
   layout->addWidget(pages_, 1);

@@ -1,5 +1,6 @@
 #include "app/settings/sidebar_list.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
 
@@ -11,6 +12,9 @@ namespace {
 constexpr int kRowHeight = 34;
 constexpr int kIcon = 18;
 constexpr int kPadding = 10;
+constexpr int kMargin = Theme::kGrid;
+/// The first row stands level with the heading of the page beside it.
+constexpr int kTopMargin = 2 * Theme::kGrid;
 
 enum Role { SymbolRole = Qt::UserRole, DimmedRole };
 
@@ -58,6 +62,7 @@ SidebarList::SidebarList(const QString& name, int width, QWidget* parent) : QLis
   setAccessibleName(name);
   setFixedWidth(width);
   setFrameShape(QFrame::NoFrame);
+  setViewportMargins(kMargin, kTopMargin, kMargin, 0);
   setMouseTracking(true);
   setFont(Theme::detailFont());
   setItemDelegate(new SidebarDelegate(this));
@@ -74,3 +79,11 @@ QItemSelectionModel::SelectionFlags SidebarList::selectionCommand(const QModelIn
 }
 
 void SidebarList::setDimmed(int row, bool dimmed) { item(row)->setData(DimmedRole, dimmed); }
+
+// The line is on the frame, which paints itself without being asked.
+bool SidebarList::event(QEvent* event) {
+  const bool handled = QListWidget::event(event);
+  if (event->type() == QEvent::Paint)
+    QPainter(this).fillRect(QRect(width() - 1, 0, 1, height()), themeOf(*this).hairline);
+  return handled;
+}

@@ -2,8 +2,8 @@
 
 #include <QListWidget>
 
-/// The list at the left of a settings window: symbol and title, the chosen row in the accent while
-/// the keyboard is in the list, no frame.
+/// The list at the left of a settings window: symbol and title, a hairline towards what it chooses. The chosen row is
+/// in the accent while the keyboard is here.
 class SidebarList : public QListWidget {
   Q_OBJECT
 
@@ -18,4 +18,5 @@ class SidebarList : public QListWidget {
  protected:
   /// One row is always chosen: neither a drag out of the list nor Ctrl and a click take that away.
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+  bool event(QEvent* event) override;
 };

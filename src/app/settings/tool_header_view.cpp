@@ -1,29 +1,45 @@
 #include "app/settings/tool_header_view.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QVBoxLayout>
+#include <QPainter>
 
-#include "app/settings/settings_form.h"
 #include "app/settings/shortcut_controls.h"
+#include "core/ui/icon_tile.h"
 #include "core/ui/theme.h"
 #include "core/ui/toggle_switch.h"
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int kIconSize = 40;
+
+/// The tool's tile as the launcher shows it.
+class ToolIcon final : public QWidget {
+ public:
+  explicit ToolIcon(const QString& symbol) : symbol_(symbol) { setFixedSize(kIconSize, kIconSize); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    IconTile{.symbol = symbol_, .monogram = {}, .color = {}}.paint(painter, rect(), themeOf(*this));
+  }
+
+ private:
+  QString symbol_;
+};
+
+}  // namespace
+
 ToolHeaderView::ToolHeaderView(AppContext& context, const Tool& tool, QWidget* parent)
-    : QWidget(parent),
+    : SettingsSection(parent),
       context_(context),
       tool_(tool),
-      state_(makeDetailLabel({})),
+      offline_(makeDetailLabel(u"Needs internet — offline right now"_s)),
       enabled_(new ToggleSwitch(u"%1 enabled"_s.arg(tool.name()))) {
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(2 * Theme::kGrid);
-  row->addWidget(makeTexts(), 1);
-  row->addWidget(makeRecorder(context, tool), 0, Qt::AlignVCenter);
-  row->addWidget(enabled_, 0, Qt::AlignVCenter);
-
+  addWide(makeTitle());
+  refusal_ = addRow(u"Shortcut"_s, {}, makeRecorder(context, tool));
   connect(enabled_, &ToggleSwitch::toggled, this, [this](bool on) {
     if (on != context_.registry.isEnabled(tool_.id())) context_.registry.setEnabled(tool_.id(), on);
   });
@@ -33,21 +49,30 @@ ToolHeaderView::ToolHeaderView(AppContext& context, const Tool& tool, QWidget* p
   follow();
 }
 
+QWidget* ToolHeaderView::makeTitle() {
+  auto* title = new QWidget;
+  auto* row = new QHBoxLayout(title);
+  row->setContentsMargins({});
+  row->setSpacing(2 * Theme::kGrid);
+  row->addWidget(new ToolIcon(tool_.icon()), 0, Qt::AlignTop);
+  row->addWidget(makeTexts(), 1);
+  row->addWidget(enabled_, 0, Qt::AlignVCenter);
+  return title;
+}
+
 QWidget* ToolHeaderView::makeTexts() {
   auto* texts = new QWidget;
   auto* column = new QVBoxLayout(texts);
-  column->setContentsMargins(0, 0, 0, 0);
+  column->setContentsMargins({});
   column->setSpacing(2);
   column->addWidget(makeHeading(tool_.name()));
   column->addWidget(makeDetailLabel(tool_.summary()));
-  column->addWidget(state_);
+  column->addWidget(offline_);
   return texts;
 }
 
 void ToolHeaderView::follow() {
   enabled_->setChecked(context_.registry.isEnabled(tool_.id()));
-  const QString refusal = refusalText(context_, tool_.id());
-  const QString offline = context_.registry.isUsable(tool_) ? QString() : u"Needs internet — offline right now"_s;
-  state_->setText(refusal.isEmpty() ? offline : refusal);
-  state_->setVisible(!state_->text().isEmpty());
+  offline_->setVisible(!context_.registry.isUsable(tool_));
+  refusal_->showError(refusalText(context_, tool_.id()));
 }

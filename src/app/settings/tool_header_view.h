@@ -1,25 +1,25 @@
 #pragma once
 
-#include <QWidget>
-
 #include "app/app_context.h"
+#include "app/settings/settings_form.h"
 
-class QLabel;
 class ToggleSwitch;
 
-/// The header of every tool's page: icon, name, what it does, the enable switch and the shortcut recorder.
-class ToolHeaderView : public QWidget {
+/// The header of every tool's page: icon, name, what it does and the enable switch, and below it the shortcut.
+class ToolHeaderView : public SettingsSection {
   Q_OBJECT
 
  public:
   ToolHeaderView(AppContext& context, const Tool& tool, QWidget* parent = nullptr);
 
  private:
+  QWidget* makeTitle();
   QWidget* makeTexts();
   void follow();
 
   AppContext& context_;
   const Tool& tool_;
-  QLabel* state_;
+  QLabel* offline_;
   ToggleSwitch* enabled_;
+  RowRemark* refusal_;
 };

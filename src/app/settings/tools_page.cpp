@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kListWidth = 200;
+constexpr int kListWidth = 192;
 
 /// The tools at the left in registration order, the chosen one's page at the right, made when first shown.
 class ToolsPage final : public QWidget {
@@ -24,7 +24,7 @@ class ToolsPage final : public QWidget {
         list_(new SidebarList(u"Tools"_s, kListWidth)),
         pages_(new QStackedWidget) {
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, Theme::kGrid, 0, 0);
+    layout->setContentsMargins({});
     layout->setSpacing(0);
     layout->addWidget(list_);
     layout->addWidget(pages_, 1);
@@ -75,7 +75,7 @@ class ToolsPage final : public QWidget {
 
   QWidget* makePage(const Tool& tool) {
     auto* page = new SettingsPage;
-    page->addSection({})->addWide(new ToolHeaderView(context_, tool));
+    page->addWidget(new ToolHeaderView(context_, tool));
     if (QWidget* own = tool.makeSettingsView(page)) page->addWidget(own);
     return page;
   }

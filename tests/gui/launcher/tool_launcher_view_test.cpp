@@ -16,7 +16,7 @@ struct Stage : ShownLauncher {
     QWheelEvent event({50, 50}, grid().mapToGlobal(QPointF(50, 50)), {}, {0, -120 * steps}, Qt::NoButton,
                       Qt::NoModifier, phase, false);
     event.setTimestamp(timestamp += 1000);
-    QCoreApplication::sendEvent(&grid(), &event);
+    QCoreApplication::sendEvent(grid().parentWidget(), &event);
   }
   QAccessibleInterface& accessible(QLatin1StringView toolID) {
     return *QAccessible::queryAccessibleInterface(&tile(toolID));
@@ -103,6 +103,23 @@ class ToolLauncherViewTest : public QObject {
     QCOMPARE(stage.order().indexOf(u"uplink"_s), 3);
     stage.clock.advance(1ms);
     QCOMPARE(stage.activated, QStringList());
+  }
+
+  void thePinOfATileIsClicked() {
+    Stage stage;
+    ToolTile& tile = stage.tile("promptify"_L1);
+    const QPoint pin(tile.width() - 14, 14);
+    stage.key(keycode::kE, true);
+    QTest::mouseClick(&tile, Qt::LeftButton, {}, pin);
+    QCOMPARE(stage.registry.pinnedToolIDs(), QStringList{u"promptify"_s});
+    QCOMPARE(stage.order().first(), u"promptify"_s);
+    // Let go elsewhere, it was no click, and the tile stays where it is.
+    QTest::mousePress(&tile, Qt::LeftButton, {}, pin);
+    QTest::mouseMove(&tile, {30, 60});
+    QTest::mouseRelease(&tile, Qt::LeftButton, {}, {30, 60});
+    QVERIFY(stage.registry.isPinned(u"promptify"_s));
+    stage.accessible("promptify"_L1).actionInterface()->doAction(u"Pin"_s);
+    QVERIFY(stage.registry.pinnedToolIDs().isEmpty());
   }
 
   void aTileHeldAtTheEdgeGoesToTheNextPage() {

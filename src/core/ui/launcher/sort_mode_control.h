@@ -6,12 +6,15 @@
 
 class QAbstractButton;
 
-/// One small segment a sort mode, the mode in force raised.
+/// One segment a sort mode, the mode in force raised. In the launcher the segments are small symbols that leave the
+/// keyboard to the panel; elsewhere they have labels and take the focus.
 class SortModeControl : public QWidget {
   Q_OBJECT
 
  public:
-  explicit SortModeControl(QWidget* parent);
+  enum class Look { symbols, labels };
+
+  SortModeControl(Look look, QWidget* parent);
 
   void setMode(ToolSortMode mode);
 
@@ -22,5 +25,6 @@ class SortModeControl : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  Look look_;
   std::vector<QAbstractButton*> segments_;
 };

@@ -2,11 +2,10 @@
 
 #include <QCursor>
 #include <QPainter>
-#include <QWheelEvent>
 
 #include <algorithm>
 
-#include "core/ui/launcher/tool_launcher_controller.h"
+#include "core/ui/launcher/tool_grid_controller.h"
 #include "core/ui/theme.h"
 #include "platform/system_info.h"
 
@@ -63,7 +62,7 @@ QString obstacleText(ToolAvailability availability) {
 
 }  // namespace
 
-ToolGrid::ToolGrid(ToolLauncherController& controller, const SystemInfo& system, QWidget* parent)
+ToolGrid::ToolGrid(ToolGridController& controller, const SystemInfo& system, QWidget* parent)
     : QWidget(parent),
       controller_(controller),
       system_(system),
@@ -107,7 +106,7 @@ void ToolGrid::refresh() {
   strip_->resize(model.pageCount() * kWidth, height());
   const bool isSamePage = std::exchange(shownPage_, model.currentPage()) == model.currentPage();
   stripGlide_.to({-model.currentPage() * kWidth, 0}, animated);
-  plate_->setVisible(model.count() > 0);
+  plate_->setVisible(isHighlightShown_ && model.count() > 0);
   plateGlide_.to(slotPosition(model.selectionIndex()), animated && isSamePage);
   for (auto& [id, piece] : pieces_) piece.tile->setVisible(ids.contains(id));
   for (int i = 0; i < model.count(); ++i) {
@@ -118,6 +117,10 @@ void ToolGrid::refresh() {
   followPointer();
   setAccessibleName(ids.isEmpty() ? QString(kNoMatch) : u"Tools"_s);
   update();
+}
+
+void ToolGrid::setHighlightShown(bool shown) {
+  if (std::exchange(isHighlightShown_, shown) != shown) refresh();
 }
 
 ToolGrid::Piece& ToolGrid::piece(const QString& toolID) {
@@ -133,6 +136,10 @@ void ToolGrid::wire(ToolTile& tile, const QString& toolID) {
   connect(&tile, &ToolTile::lifted, this, [this, toolID](QPoint grip) { lift(toolID, grip); });
   connect(&tile, &ToolTile::carried, this, &ToolGrid::carry);
   connect(&tile, &ToolTile::dropped, this, &ToolGrid::drop);
+  connect(&tile, &ToolTile::pinClicked, this, [this, toolID] {
+    controller_.highlight(indexOf(toolID));
+    controller_.togglePin();
+  });
   connect(&tile, &QAbstractButton::clicked, this, [this, toolID] {
     if (controller_.model().isArranging())
       controller_.highlight(indexOf(toolID));
@@ -154,7 +161,7 @@ ToolTileFace ToolGrid::face(int index) const {
           .caps = shortcut ? shortcut->keyCaps() : QStringList(),
           .spelled = shortcut ? shortcut->spelled() : QString(),
           .digit = index % kPage + 1,
-          .isSelected = index == model.selectionIndex(),
+          .isSelected = isHighlightShown_ && index == model.selectionIndex(),
           .isPinned = registry.isPinned(tool.id()),
           .isArranging = model.isArranging(),
           .isPulsing = model.pulseID() == tool.id(),
@@ -223,8 +230,4 @@ void ToolGrid::paintEvent(QPaintEvent*) {
   painter.setFont(Theme::rowFont());
   painter.setPen(themeOf(*this).secondary);
   painter.drawText(rect(), Qt::AlignCenter, kNoMatch);
-}
-
-void ToolGrid::wheelEvent(QWheelEvent* event) {
-  if (const int pages = wheel_.pages(*event)) controller_.turnPage(pages);
 }

@@ -8,32 +8,32 @@
 #include <optional>
 
 #include "core/ui/launcher/glide.h"
-#include "core/ui/launcher/page_wheel.h"
 #include "core/ui/launcher/tool_tile.h"
 
 class SystemInfo;
-class ToolLauncherController;
+class ToolGridController;
 
 /// The pages of tiles side by side, seen through a window of one page, with the highlight that glides below them.
-/// Clicks, wheel turns and drags go to the controller.
+/// Clicks and drags go to the controller.
 class ToolGrid : public QWidget {
   Q_OBJECT
 
  public:
   static constexpr int kWidth = 3 * ToolTile::kSize.width() + 6 * 8;
 
-  ToolGrid(ToolLauncherController& controller, const SystemInfo& system, QWidget* parent);
+  ToolGrid(ToolGridController& controller, const SystemInfo& system, QWidget* parent);
   ~ToolGrid() override;
 
   /// Height of a grid with that many rows of tiles; the empty one has room for its sentence.
   static int heightFor(int rows);
   /// Takes over what the model says.
   void refresh();
+  /// The highlight says which tile the keys are meant for: it can be put away while they go elsewhere.
+  void setHighlightShown(bool shown);
   ToolTile* tile(const QString& toolID) const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
 
  private:
   struct Piece {
@@ -57,7 +57,7 @@ class ToolGrid : public QWidget {
   void followPointer();
   void turnAtEdge();
 
-  ToolLauncherController& controller_;
+  ToolGridController& controller_;
   const SystemInfo& system_;
   QWidget* strip_;
   QWidget* plate_;
@@ -68,6 +68,6 @@ class ToolGrid : public QWidget {
   int shownPage_ = 0;
   std::optional<Drag> drag_;
   QTimer edgeTimer_;
-  PageWheel wheel_;
+  bool isHighlightShown_ = true;
   QPoint lastPointer_;
 };

@@ -50,7 +50,7 @@ QWidget* ToolLauncherView::makeHeader() {
   row->setSpacing(Theme::kGrid);
   query_ = new SearchField(u"Find a tool"_s, header);
   title_ = new ArrangeTitle(header);
-  sortMode_ = new SortModeControl(header);
+  sortMode_ = new SortModeControl(SortModeControl::Look::symbols, header);
   for (QWidget* part : {static_cast<QWidget*>(query_), static_cast<QWidget*>(title_), static_cast<QWidget*>(sortMode_)})
     row->addWidget(part);
   connect(sortMode_, &SortModeControl::modeChosen, &controller_, &ToolLauncherController::setSortMode);
@@ -90,6 +90,10 @@ void ToolLauncherView::refresh() {
   grid_->refresh();
   refreshFooter();
   if (std::exchange(gridRows_, model.gridRows()) != model.gridRows()) Q_EMIT wantedSizeChanged();
+}
+
+void ToolLauncherView::wheelEvent(QWheelEvent* event) {
+  if (const int pages = wheel_.pages(*event)) controller_.turnPage(pages);
 }
 
 void ToolLauncherView::refreshFooter() {

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "core/ui/launcher/page_wheel.h"
+
 class ArrangeTitle;
 class FooterHints;
 class PageDots;
@@ -26,6 +28,9 @@ class ToolLauncherView : public QWidget {
  Q_SIGNALS:
   void wantedSizeChanged();
 
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
+
  private:
   QWidget* makeHeader();
   QWidget* makeFooter();
@@ -40,5 +45,6 @@ class ToolLauncherView : public QWidget {
   FooterHints* hints_;
   PageDots* dots_;
   TextButton* arrange_;
+  PageWheel wheel_;
   int gridRows_ = -1;
 };

@@ -41,12 +41,17 @@ class AccessibleTile final : public QAccessibleWidget {
     state.disabled = !tile_.face().obstacle.isEmpty();
     return state;
   }
-  QStringList actionNames() const override { return {pressAction()}; }
+  QStringList actionNames() const override {
+    return tile_.face().isArranging ? QStringList{pressAction(), kPin} : QStringList{pressAction()};
+  }
   void doAction(const QString& action) override {
     if (action == pressAction()) tile_.click();
+    if (action == kPin && tile_.face().isArranging) Q_EMIT tile_.pinClicked();
   }
 
  private:
+  static constexpr auto kPin = "Pin"_L1;
+
   ToolTile& tile_;
 };
 
@@ -116,8 +121,8 @@ void ToolTile::paintMarks(QPainter& painter) const {
   const Theme& theme = themeOf(*this);
   const QColor quiet = face_.isSelected ? theme.onAccent : theme.secondary;
   QRectF mark(width() - kMarkInset - kMarkSize, kMarkInset, kMarkSize, kMarkSize);
-  if (face_.isPinned) {
-    paintSymbol(painter, u"pin.fill"_s, mark, face_.isSelected ? theme.onAccent : theme.accent);
+  if (face_.isPinned || face_.isArranging) {
+    paintPin(painter, mark);
     mark.translate(-kMarkSize - 4, 0);
   }
   if (!face_.obstacle.isEmpty()) paintSymbol(painter, face_.obstacleSymbol, mark, quiet);
@@ -126,6 +131,27 @@ void ToolTile::paintMarks(QPainter& painter) const {
   painter.setPen(quiet);
   painter.drawText(QRectF(kMarkInset, kMarkInset, kMarkSize, kMarkSize), Qt::AlignLeft | Qt::AlignVCenter,
                    QString::number(face_.digit));
+}
+
+// A tool that is not pinned offers its pin to the pointer, and to the keyboard on the highlighted tile.
+void ToolTile::paintPin(QPainter& painter, const QRectF& mark) const {
+  const Theme& theme = themeOf(*this);
+  if (!face_.isPinned && !underMouse() && !face_.isSelected) return;
+  const QColor loud = face_.isSelected ? theme.onAccent : theme.accent;
+  const QColor quiet = face_.isSelected ? theme.onAccent : theme.secondary;
+  const bool isFull = face_.isPinned || isPinPointedAt_;
+  paintSymbol(painter, isFull ? u"pin.fill"_s : u"pin"_s, mark, isFull ? loud : quiet);
+}
+
+bool ToolTile::isPinAt(QPointF position) const {
+  const int reach = kMarkInset + kMarkSize + kMarkInset / 2;
+  return face_.isArranging && QRectF(width() - reach, 0, reach, reach).contains(position);
+}
+
+void ToolTile::setPinPointedAt(bool pointedAt) {
+  if (std::exchange(isPinPointedAt_, pointedAt) == pointedAt) return;
+  setToolTip(pointedAt ? (face_.isPinned ? u"Unpin"_s : u"Pin to the front of the grid"_s) : accessibleDescription());
+  update();
 }
 
 void ToolTile::paintBody(QPainter& painter) const {
@@ -151,17 +177,23 @@ void ToolTile::paintBody(QPainter& painter) const {
 
 void ToolTile::enterEvent(QEnterEvent*) { update(); }
 
-void ToolTile::leaveEvent(QEvent*) { update(); }
+void ToolTile::leaveEvent(QEvent*) {
+  setPinPointedAt(false);
+  update();
+}
 
 void ToolTile::mousePressEvent(QMouseEvent* event) {
   if (!face_.isArranging) return QAbstractButton::mousePressEvent(event);
   if (event->button() != Qt::LeftButton) return;
+  isPinPressed_ = isPinAt(event->position());
+  if (isPinPressed_) return;
   isLifted_ = true;
   Q_EMIT lifted(event->position().toPoint());
   update();
 }
 
 void ToolTile::mouseMoveEvent(QMouseEvent* event) {
+  setPinPointedAt(!isLifted_ && isPinAt(event->position()));
   if (event->buttons() == Qt::NoButton) Q_EMIT pointed(event->globalPosition().toPoint());
   if (isLifted_)
     Q_EMIT carried(event->globalPosition().toPoint());
@@ -170,6 +202,10 @@ void ToolTile::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ToolTile::mouseReleaseEvent(QMouseEvent* event) {
+  if (std::exchange(isPinPressed_, false)) {
+    if (isPinAt(event->position())) Q_EMIT pinClicked();
+    return;
+  }
   if (!std::exchange(isLifted_, false)) return QAbstractButton::mouseReleaseEvent(event);
   Q_EMIT dropped();
   update();

@@ -46,6 +46,8 @@ class ToolTile : public QAbstractButton {
   void lifted(QPoint grip);
   void carried(QPoint globalPosition);
   void dropped();
+  /// The pin in the tile's corner was clicked.
+  void pinClicked();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -59,9 +61,14 @@ class ToolTile : public QAbstractButton {
   void describe();
   void paintGround(QPainter& painter) const;
   void paintMarks(QPainter& painter) const;
+  void paintPin(QPainter& painter, const QRectF& mark) const;
+  bool isPinAt(QPointF position) const;
+  void setPinPointedAt(bool pointedAt);
   void paintBody(QPainter& painter) const;
 
   ToolTileFace face_;
   bool isLifted_ = false;
+  bool isPinPointedAt_ = false;
+  bool isPinPressed_ = false;
   QVariantAnimation pulse_;
 };

@@ -1,0 +1,15 @@
+#include "core/ui/symbol_label.h"
+
+#include <QPainter>
+
+#include "core/ui/icon.h"
+#include "core/ui/theme.h"
+
+SymbolLabel::SymbolLabel(const QString& symbol, int size, QWidget* parent) : QWidget(parent), symbol_(symbol) {
+  setFixedSize(size, size);
+}
+
+void SymbolLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  paintSymbol(painter, symbol_, rect(), themeOf(*this).accent);
+}
