@@ -8,6 +8,8 @@
 
 #include "app/app_context.h"
 #include "app/app_windows.h"
+#include "app/menu/menu_controller.h"
+#include "app/menu/menu_window.h"
 #include "app/onboarding_window.h"
 #include "app/placeholder_tool.h"
 #include "app/settings/placeholder_view.h"
@@ -76,8 +78,9 @@ struct Application::Parts {
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
   AppDelegate delegate;
+  TrayIcon tray{{appearance, *platform.desktopApplication, clock}};
+  MenuController menu;
   AppServer server;
-  TrayIcon tray{context};
   Job warmUp = Job::start();
   std::unique_ptr<OnboardingWindow> onboarding;
 };
@@ -102,6 +105,10 @@ Application::Parts::Parts(Application& owner)
                    return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, controller);
                  }),
       delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
+      menu({registry, hotkeys, network, *platform.sounds, clock, windows},
+           [this](MenuController& controller) {
+             return std::make_unique<MenuWindow>(controller, *platform.panelWindow, [this] { return tray.geometry(); });
+           }),
       server([&owner](const QJsonObject& request) { return owner.answer(request); }) {
   windows.add(AppWindow::settings, [this] { return std::make_unique<SettingsWindow>(context, selection); });
   windows.add(AppWindow::whatsNew, [this] {
@@ -111,7 +118,8 @@ Application::Parts::Parts(Application& owner)
 }
 
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
-  connect(&parts_->tray, &TrayIcon::quitChosen, qApp, &QCoreApplication::quit);
+  connect(&parts_->tray, &TrayIcon::activated, &parts_->menu, &MenuController::iconActivated);
+  connect(&parts_->menu, &MenuController::quitChosen, qApp, &QCoreApplication::quit);
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { parts_->delegate.willTerminate(); });
 }
 
@@ -210,6 +218,8 @@ void Application::summon(const QString& target) {
     parts_->windows.openWindow(named->window);
   else if (target == "launcher"_L1)
     parts_->launcher.show();
+  else if (target == "menu"_L1)
+    parts_->menu.toggle();
   else
     parts_->registry.summon(target);
 }

@@ -1,63 +1,46 @@
 #include "app/tray_icon.h"
 
-#include <QEvent>
-
-#include "core/hotkeys/app_shortcuts.h"
-#include "core/ui/icon.h"
-#include "core/ui/theme.h"
+#include "core/ui/appearance.h"
+#include "platform/desktop_application.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int kMenuIcon = 16;
+/// How long a tray may take to embed the icon and to paint what stands behind it.
+constexpr auto kSettling = 600ms;
 
-QString withShortcut(const QString& text, const QString& shortcut) {
-  return shortcut.isEmpty() ? text : text + u'\t' + shortcut;
-}
-
-QString shortcutOf(AppAction action) {
-  for (const AppShortcut& shortcut : kAppShortcuts)
-    if (shortcut.action == action) return shortcut.hotkey.display();
-  return {};
+bool opensMenu(QSystemTrayIcon::ActivationReason reason) {
+  return reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context;
 }
 
 }  // namespace
 
-TrayIcon::TrayIcon(AppContext& context) : context_(context) {
-  followAppearance();
-  menu_.installEventFilter(this);
+TrayIcon::TrayIcon(Services services) : services_(services) {
   icon_.setToolTip(u"Vantle"_s);
-  icon_.setContextMenu(&menu_);
-  connect(&menu_, &QMenu::aboutToShow, this, &TrayIcon::fillMenu);
   connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-    if (reason == QSystemTrayIcon::Trigger) context_.launcher.showLauncher({});
+    if (!opensMenu(reason)) return;
+    followPanel();
+    Q_EMIT activated();
   });
-  fillMenu();
+  connect(&services_.appearance, &Appearance::desktopChanged, this, &TrayIcon::followPanel);
 }
 
-void TrayIcon::fillMenu() {
-  menu_.clear();
-  for (const ToolItem& item : context_.registry.items()) addTool(*item.tool);
-  menu_.addSeparator();
-  QAction* settings = menu_.addAction(withShortcut(u"Settings…"_s, shortcutOf(AppAction::openSettings)));
-  connect(settings, &QAction::triggered, this, [this] { context_.settingsOpener.openSettings(); });
-  QAction* quit = menu_.addAction(u"Quit Vantle"_s);
-  connect(quit, &QAction::triggered, this, &TrayIcon::quitChosen);
+void TrayIcon::show() {
+  followPanel();
+  icon_.show();
+  settling_ = Job::start();
+  services_.clock.after(kSettling, settling_, [this] { followPanel(); });
 }
 
-bool TrayIcon::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::PaletteChange) followAppearance();
-  return QObject::eventFilter(watched, event);
-}
-
-void TrayIcon::followAppearance() {
-  icon_.setIcon(QIcon(themeOf(menu_).dark ? u":/icons/vantle-tray-light.svg"_s : u":/icons/vantle-tray-dark.svg"_s));
-}
-
-void TrayIcon::addTool(const Tool& tool) {
-  QAction* action = menu_.addAction(withShortcut(tool.name(), context_.registry.shortcutDisplay(tool)));
-  action->setIcon(symbolPixmap(tool.icon(), kMenuIcon, themeOf(menu_).text, menu_.devicePixelRatioF()));
-  action->setEnabled(context_.registry.isEnabled(tool.id()));
-  connect(action, &QAction::triggered, this, [this, id = tool.id()] { context_.registry.summon(id); });
+/// The panel itself is asked first: it may be dark on a light desktop.
+void TrayIcon::followPanel() {
+  const bool isOnDark = services_.desktop.isTrayDark(geometry()).value_or(services_.appearance.isDesktopDark());
+  if (isOnDark_ == isOnDark) return;
+  isOnDark_ = isOnDark;
+  QIcon icon(isOnDark ? u":/icons/vantle-tray-light.svg"_s : u":/icons/vantle-tray-dark.svg"_s);
+  // Where the system tints such icons, it does so itself.
+  icon.setIsMask(true);
+  icon_.setIcon(icon);
 }

@@ -1,32 +1,41 @@
 #pragma once
 
-#include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
 
-#include "app/app_context.h"
+#include <optional>
 
-/// The permanent user interface: an icon with the tools and their shortcuts, Settings and Quit.
+#include "base/clock.h"
+
+class Appearance;
+class DesktopApplication;
+
+/// The permanent user interface: an icon in the desktop's tray, light on dark panels and dark on light ones. A click
+/// opens the menu, whichever button it was.
 class TrayIcon : public QObject {
   Q_OBJECT
 
  public:
-  explicit TrayIcon(AppContext& context);
+  struct Services {
+    const Appearance& appearance;
+    DesktopApplication& desktop;
+    Clock& clock;
+  };
 
-  void show() { icon_.show(); }
+  explicit TrayIcon(Services services);
+
+  void show();
+  /// Global coordinates; empty where the tray does not tell, or there is none.
+  QRect geometry() const { return icon_.geometry(); }
 
  Q_SIGNALS:
-  void quitChosen();
-
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  void activated();
 
  private:
-  void followAppearance();
-  void fillMenu();
-  void addTool(const Tool& tool);
+  void followPanel();
 
-  AppContext& context_;
-  QMenu menu_;
+  Services services_;
   QSystemTrayIcon icon_;
+  std::optional<bool> isOnDark_;
+  Job settling_;
 };

@@ -18,7 +18,7 @@ constexpr auto kStartPatience = 5s;
 constexpr auto kPollInterval = 20ms;
 
 bool isKnown(const QString& target) {
-  if (target == "launcher"_L1) return true;
+  if (target == "launcher"_L1 || target == "menu"_L1) return true;
   if (std::ranges::any_of(kAppWindowNames, [&](const AppWindowName& entry) { return entry.name == target; }))
     return true;
   return std::ranges::any_of(toolTable(), [&](const ToolInfo& info) { return info.id == target; });

@@ -20,6 +20,7 @@ void Appearance::apply() {
     desktop_.watchAppearance([this](bool dark) {
       desktopIsDark_ = dark;
       update();
+      Q_EMIT desktopChanged();
     });
   }
   update();

@@ -15,6 +15,11 @@ class Appearance : public QObject {
 
   /// Applies the saved preference now and, from then on, whenever it or the desktop's choice changes.
   void apply();
+  /// What the desktop wants, whatever the user has chosen for the windows; as known so far.
+  bool isDesktopDark() const { return desktopIsDark_; }
+
+ Q_SIGNALS:
+  void desktopChanged();
 
  private:
   void update();

@@ -1,8 +1,8 @@
 #include "tools/frequent_clis/cli_palette_controller.h"
 
+#include "base/text_search.h"
 #include "core/presenters/launcher_opener.h"
 #include "core/presenters/settings_opener.h"
-#include "tools/frequent_clis/cli_text.h"
 #include "tools/frequent_clis/command_store.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"

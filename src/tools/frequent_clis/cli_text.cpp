@@ -1,7 +1,6 @@
 #include "tools/frequent_clis/cli_text.h"
 
-#include <QTextBoundaryFinder>
-
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -71,11 +70,4 @@ QString visibleLine(const QString& text, qsizetype limit) {
       line += QChar::fromUcs4(character);
   }
   return cut ? line + u'…' : line;
-}
-
-QString withoutLastCharacter(QString text) {
-  QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text);
-  boundaries.toEnd();
-  text.truncate(std::max<qsizetype>(boundaries.toPreviousBoundary(), 0));
-  return text;
 }

@@ -6,6 +6,3 @@
 /// surrogate pairs are spelled out ("\n", "\u{1b}"). Only the first `limit` UTF-16 units are looked at, with "…" for
 /// the rest, so that a huge text costs no more than a short one.
 QString visibleLine(const QString& text, qsizetype limit);
-
-/// `text` without its last character as the user sees characters; an accent or a family emoji counts as one.
-QString withoutLastCharacter(QString text);

@@ -92,9 +92,9 @@ class Desktop:
         self.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
         self.display.sync()
 
-    def windows_of(self, pid, minimum=40):
-        """The visible windows of a process, those of some size, on top last."""
-        shapes = (self._shape_if_visible(window, pid) for window in self._tree(self.root, depth=3))
+    def windows_of(self, pid, minimum=40, depth=3):
+        """The visible windows of a process, those of some size, on top last; icons in trays lie deeper than others."""
+        shapes = (self._shape_if_visible(window, pid) for window in self._tree(self.root, depth))
         return [shape for shape in shapes if shape and min(shape.width, shape.height) >= minimum]
 
     def override_windows(self):

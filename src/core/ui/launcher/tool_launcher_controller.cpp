@@ -1,10 +1,9 @@
 #include "core/ui/launcher/tool_launcher_controller.h"
 
-#include <QTextBoundaryFinder>
-
 #include <algorithm>
 #include <utility>
 
+#include "base/text_search.h"
 #include "platform/sounds.h"
 
 using namespace std::chrono_literals;
@@ -125,9 +124,7 @@ void ToolLauncherController::runHighlighted() {
 
 void ToolLauncherController::removeLastCharacter() {
   if (model().isArranging() || model().query().isEmpty()) return;
-  QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, model().query());
-  finder.toEnd();
-  model().setQuery(model().query().left(finder.toPreviousBoundary()));
+  model().setQuery(withoutLastCharacter(model().query()));
 }
 
 void ToolLauncherController::leaveOneStep() {

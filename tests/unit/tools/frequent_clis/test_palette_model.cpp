@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "base/text_search.h"
 #include "tools/frequent_clis/cli_text.h"
 
 using namespace Qt::StringLiterals;
