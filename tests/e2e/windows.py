@@ -57,8 +57,8 @@ def examine_all(display, binary, pictures, look):
 def examine(stage, view):
     stage.picture(view.name, stage.shape(view.title))
     window = stage.tree(view.title)
-    faults = list(rules.faults(window))
-    if stage.look in WALKED:
+    faults = list(rules.faults(window, view.has_pages))
+    if view.has_tab and stage.look in WALKED:
         faults += Walk(stage, window).take()
     return faults
 

@@ -6,10 +6,10 @@
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QScrollBar>
 
 #include "app/settings/settings_form.h"
+#include "core/ui/reading_area.h"
 #include "core/ui/theme.h"
 #include "platform/updater.h"
 
@@ -90,15 +90,10 @@ WhatsNewWindow::WhatsNewWindow(UpdateNotice& notice, const Updater& updater, Cha
       changelog_(std::move(changelog)),
       title_(new QLabel),
       subtitle_(makeDetailLabel({})),
-      versions_(new QScrollArea),
+      versions_(new ReadingArea(u"Versions"_s)),
       done_(new QPushButton(u"Done"_s)) {
   resize(kSize);
   setMinimumSize(kSmallest);
-  versions_->setFrameShape(QFrame::NoFrame);
-  versions_->setWidgetResizable(true);
-  versions_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  versions_->viewport()->setAutoFillBackground(false);
-  versions_->setAccessibleName(u"Versions"_s);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/ui/accessible_roles.h"
 #include "core/ui/card_frame.h"
 #include "core/ui/key_event.h"
 #include "core/ui/search_field.h"
@@ -26,6 +27,7 @@ PalettePanel::PalettePanel(PanelWindow& native, QSize size, QWidget* parent)
       native_(native),
       translucent_(native.isTranslucencyAvailable()),
       card_(new CardFrame(Theme::kPanelMargin, translucent_, this)) {
+  installAccessibleRoles();
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_InputMethodEnabled);

@@ -7,7 +7,7 @@ from .tree import FOCUSABLE, ITEMS
 CONTROLS = {
     "push button", "toggle button", "check box", "radio button", "combo box", "spin button", "slider", "text",
     "password text", "entry", "link", "list", "list box", "table", "tree", "tree table", "page tab list", "document",
-    "scroll pane", "menu bar", "icon", *ITEMS,
+    "panel", "icon", *ITEMS,
 }  # fmt: skip
 BUTTONS = {"push button", "toggle button", "check box", "radio button"}
 ACTIVE = {"Press", "Toggle", "ShowMenu", "Increase"}
@@ -15,8 +15,9 @@ ACTIVE = {"Press", "Toggle", "ShowMenu", "Increase"}
 SLACK = 1
 
 
-def faults(window):
-    return [*unnamed(window), *odd_roles(window), *twins(window), *outside(window), *overlapping(window)]
+def faults(window, has_pages=False):
+    cut_off = [] if has_pages else outside(window)
+    return [*unnamed(window), *odd_roles(window), *twins(window), *cut_off, *overlapping(window)]
 
 
 def unnamed(window):

@@ -4,8 +4,9 @@ from collections import namedtuple
 
 from driver.waiting import until
 
-# What to call the picture, and the title of the window that is in it.
-View = namedtuple("View", "name title")
+# What to call the picture, and the title of the window that is in it. A panel has the keyboard as a whole: no Tab.
+# Other pages of the launcher's grid lie beside the one that is seen.
+View = namedtuple("View", "name title has_tab has_pages", defaults=[True, False])
 
 SETTINGS = "Settings"
 TABS = ["General", "Tools", "Shortcuts", "Notifications", "Launcher", "Privacy"]
@@ -34,6 +35,7 @@ def settings(stage):
         for tool in names_in(stage, "Tools"):
             choose(stage, "Tools", tool)
             yield View(f"settings-tools-{tool.lower().replace(' ', '-')}", SETTINGS)
+    stage.close_window(SETTINGS)
 
 
 def names_in(stage, name):
@@ -48,4 +50,20 @@ def choose(stage, name, row):
     until(f"{row} is chosen", lambda: entry.is_selected())
 
 
-ALL = [first_run, settings]
+def windows(stage):
+    """Those that are one page."""
+    for name, title in {"whats-new": "What's New"}.items():
+        stage.open(name, title)
+        yield View(name, title)
+        stage.close_window(title)
+
+
+def panels(stage):
+    for name, title in {"launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs"}.items():
+        stage.summon(name)
+        until(f"“{title}” is shown", lambda: stage.shape(title))
+        yield View(name, title, has_tab=False, has_pages=name == "launcher")
+        stage.close_window(title)
+
+
+ALL = [first_run, settings, windows, panels]
