@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "core/ui/theme.h"
+#include "core/ui/toggle_switch.h"
 
 namespace {
 
@@ -94,7 +95,8 @@ RowRemark* SettingsSection::addRow(const QString& title, const QString& descript
   auto* remark = new RowRemark(this);
   texts->addWidget(remark);
   auto* row = new QHBoxLayout;
-  row->setContentsMargins(0, kRowPadding, 0, kRowPadding);
+  const int overhang = qobject_cast<ToggleSwitch*>(control) ? ToggleSwitch::kRing : 0;
+  row->setContentsMargins(0, kRowPadding, -overhang, kRowPadding);
   row->setSpacing(2 * Theme::kGrid);
   row->addLayout(texts, 1);
   row->addWidget(control, 0, Qt::AlignRight | Qt::AlignVCenter);

@@ -7,8 +7,6 @@
 namespace {
 
 constexpr QSize kTrack(36, 20);
-/// Room around the track for the focus ring.
-constexpr int kRing = 3;
 constexpr qreal kRingLine = 2;
 
 }  // namespace

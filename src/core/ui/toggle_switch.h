@@ -7,6 +7,9 @@ class ToggleSwitch : public QCheckBox {
   Q_OBJECT
 
  public:
+  /// Room around the track for the focus ring; what stands in line with a switch is in line with its track.
+  static constexpr int kRing = 3;
+
   /// `name`: what it switches, for screen readers.
   explicit ToggleSwitch(const QString& name, QWidget* parent = nullptr);
   QSize sizeHint() const override;

@@ -52,7 +52,7 @@ def choose(stage, name, row):
 
 def windows(stage):
     """Those that are one page."""
-    for name, title in {"whats-new": "What's New"}.items():
+    for name, title in {"shortcuts": "Keyboard Shortcuts", "whats-new": "What's New"}.items():
         stage.open(name, title)
         yield View(name, title)
         stage.close_window(title)

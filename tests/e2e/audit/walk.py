@@ -22,6 +22,8 @@ class Walk:
         self.stops = [control for control in window if is_stop(control)]
         self.home = min(self.stops, key=lambda stop: stop.box.x + stop.box.y, default=None)
         self.order = []
+        # What the keyboard's arrival brought up may stand anywhere.
+        self.newcomers = []
         self.faults = []
 
     def take(self):
@@ -74,6 +76,7 @@ class Walk:
         found = next((control for control in window if is_stop(control) and control.is_focused()), None)
         if found and not any(stop.node == found.node for stop in self.stops):
             self.stops.append(found)
+            self.newcomers.append(found)
             return found
         return None
 
@@ -105,7 +108,7 @@ class Walk:
             self.faults.append(f"scrolled away while it has the keyboard: {reached}, now at {now.x},{now.y}")
         backwards = now.y < before.y - SAME_ROW and now.x < before.right
         # The way is a ring, and begins wherever the keyboard was.
-        if backwards and reached not in (self.order[0], self.home):
+        if backwards and reached not in (self.order[0], self.home, *self.newcomers):
             self.faults.append(f"Tab goes back from {current} to {reached}")
 
 
