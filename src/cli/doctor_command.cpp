@@ -28,8 +28,6 @@ struct Finding {
   QString text;
 };
 
-/// Ids for trying combinations out, far from those of registrations.
-constexpr std::uint32_t kProbeID = 0x7FFF0000;
 constexpr auto kNetworkPatience = 500ms;
 
 bool isDisplayThere(const Platform& platform) {
@@ -58,9 +56,9 @@ std::vector<Wanted> wantedShortcuts(const AppSettings& settings) {
 std::vector<RefusedShortcut> tryOut(HotkeyBackend& backend, const std::vector<Wanted>& wanted) {
   std::vector<RefusedShortcut> refused;
   for (const auto& [owner, hotkey] : wanted) {
-    const auto taken = backend.registerHotkey(kProbeID, hotkey.keyCode, hotkey.carbonModifiers);
+    const auto taken = backend.registerHotkey(kProbeHotkeyID, hotkey.keyCode, hotkey.carbonModifiers);
     if (taken)
-      backend.unregisterHotkey(kProbeID);
+      backend.unregisterHotkey(kProbeHotkeyID);
     else
       refused.push_back({owner, hotkey, taken.error().description()});
   }
@@ -91,7 +89,7 @@ void reportShortcuts(const std::vector<Wanted>& wanted, const std::vector<Refuse
   for (const RefusedShortcut& shortcut : refused) {
     QString text = u"%1 %2: %3"_s.arg(shortcut.hotkey.display(), shortcut.owner, shortcut.reason);
     if (!hint.isEmpty()) text += u" (perhaps %1 or your desktop)"_s.arg(hint);
-    if (const auto free = freeCombination(*platform.hotkeys, used, kProbeID)) {
+    if (const auto free = freeCombination(*platform.hotkeys, used, kProbeHotkeyID)) {
       text += u"; %1 is free"_s.arg(free->display());
       used.push_back(*free);
     }

@@ -12,7 +12,7 @@
 #include "platform/sounds.h"
 #include "platform/system_info.h"
 
-/// Remembers registrations; refuses the combinations in `taken`.
+/// Remembers registrations; refuses the combinations in `taken`, and those that it has given away.
 class FakeHotkeys final : public HotkeyBackend {
  public:
   void install(Pressed pressed) override {
@@ -22,7 +22,7 @@ class FakeHotkeys final : public HotkeyBackend {
   std::expected<void, HotkeyRefusal> registerHotkey(std::uint32_t id, std::uint32_t keyCode,
                                                     std::uint32_t carbonModifiers) override {
     const Hotkey hotkey{keyCode, carbonModifiers};
-    if (std::ranges::find(taken, hotkey) != taken.end())
+    if (std::ranges::find(taken, hotkey) != taken.end() || isRegistered(hotkey))
       return std::unexpected(HotkeyRefusal{HotkeyRefusal::Reason::taken});
     registered[id] = hotkey;
     return {};

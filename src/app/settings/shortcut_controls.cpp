@@ -1,7 +1,6 @@
 #include "app/settings/shortcut_controls.h"
 
-#include <algorithm>
-
+#include "app/shortcuts/shortcut_entry.h"
 #include "core/ui/hotkey_recorder_view.h"
 
 using namespace Qt::StringLiterals;
@@ -15,8 +14,5 @@ QWidget* makeRecorder(AppContext& context, const Tool& tool) {
 }
 
 QString refusalText(const AppContext& context, const QString& toolID) {
-  const auto refused = context.hotkeys.refused();
-  const auto found = std::ranges::find(refused, toolID, &HotkeyCenter::Refused::toolID);
-  if (found == refused.end()) return {};
-  return u"%1 is %2. Record another one."_s.arg(found->hotkey.display(), found->refusal.description());
+  return shortcutObstacle(sourcesOf(context), toolID);
 }

@@ -3,9 +3,12 @@
 #include <QVBoxLayout>
 
 #include "app/settings/pages.h"
+#include "app/settings/reset_all_control.h"
 #include "app/settings/settings_form.h"
-#include "app/settings/shortcut_controls.h"
+#include "app/settings/shortcut_setting_row.h"
+#include "app/shortcuts/shortcut_entry.h"
 #include "core/hotkeys/app_shortcuts.h"
+#include "core/ui/icon_tile_view.h"
 #include "core/ui/key_caps.h"
 #include "core/ui/theme.h"
 
@@ -13,49 +16,60 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The recorder, and below it why the combination does not work, when it does not.
-QWidget* makeShortcutControl(AppContext& context, const Tool& tool) {
-  auto* control = new QWidget;
-  auto* column = new QVBoxLayout(control);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(2);
-  auto* refusal = new QLabel;
-  refusal->setFont(Theme::detailFont());
-  refusal->setAlignment(Qt::AlignRight);
-  column->addWidget(makeRecorder(context, tool));
-  column->addWidget(refusal);
-  const auto follow = [refusal, &context, id = tool.id()] {
-    refusal->setText(refusalText(context, id));
-    refusal->setVisible(!refusal->text().isEmpty());
-  };
-  QObject::connect(&context.hotkeys, &HotkeyCenter::changed, refusal, follow);
-  follow();
-  return control;
+QPushButton* makeKeyboardButton(AppContext& context) {
+  auto* button = new QPushButton(u"Show Keyboard…"_s);
+  button->setAccessibleName(button->text());
+  QObject::connect(button, &QPushButton::clicked, button,
+                   [&context] { context.windows.openWindow(AppWindow::keyboardShortcuts); });
+  return button;
 }
 
-QPushButton* makeResetButton(AppContext& context) {
-  auto* button = new QPushButton(u"Reset All"_s);
-  QObject::connect(button, &QPushButton::clicked, button, [&context] {
-    for (const auto& tool : context.registry.tools()) context.hotkeys.resetHotkey(tool->id());
-  });
-  return button;
+/// Name and, when another program has the combination, what to do without it.
+QWidget* makeOwnTexts(AppContext& context, const AppShortcut& shortcut) {
+  auto* texts = new QWidget;
+  auto* column = new QVBoxLayout(texts);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  auto* name = new QLabel(shortcut.name);
+  name->setFont(Theme::rowFont());
+  QLabel* obstacle = makeDetailLabel({});
+  column->addWidget(name);
+  column->addWidget(obstacle);
+  const auto follow = [&context, &shortcut, obstacle] {
+    const QString text = shortcutObstacle(sourcesOf(context), shortcut);
+    obstacle->setText(text.isEmpty() ? QString() : text + u" The menu leads there too."_s);
+    obstacle->setVisible(!text.isEmpty());
+  };
+  QObject::connect(&context.hotkeys, &HotkeyCenter::changed, obstacle, follow);
+  follow();
+  return texts;
+}
+
+QWidget* makeOwnRow(AppContext& context, const AppShortcut& shortcut) {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(Theme::kGrid);
+  auto* caps = new KeyCaps(shortcut.hotkey.keyCaps());
+  caps->setToolTip(shortcut.hotkey.spelled());
+  caps->setAccessibleName(u"%1: %2"_s.arg(shortcut.name, shortcut.hotkey.spelled()));
+  layout->addWidget(new IconTileView({.symbol = shortcut.icon, .monogram = {}, .color = {}}));
+  layout->addWidget(makeOwnTexts(context, shortcut), 1);
+  layout->addWidget(caps);
+  return row;
 }
 
 }  // namespace
 
 QWidget* makeShortcutsPage(AppContext& context, SettingsSelection&) {
   auto* page = new SettingsPage;
+  page->addSection({})->addRow(u"Keyboard"_s, u"All shortcuts on a drawn keyboard that follows your hands."_s,
+                               makeKeyboardButton(context));
   SettingsSection* tools = page->addSection(u"Tools"_s);
-  for (const auto& tool : context.registry.tools())
-    tools->addRow(tool->name(), {}, makeShortcutControl(context, *tool));
-  QPushButton* reset = makeResetButton(context);
-  tools->addRow(u"Defaults"_s, u"Gives every tool its first shortcut again."_s, reset);
-  reset->setAccessibleName(reset->text());
+  for (const auto& tool : context.registry.tools()) tools->addWide(new ShortcutSettingRow(context, *tool));
+  tools->addRow(u"Defaults"_s, u"Gives every tool its first shortcut again."_s, new ResetAllControl(context.hotkeys));
   SettingsSection* application = page->addSection(u"Vantle itself"_s);
-  for (const AppShortcut& shortcut : kAppShortcuts) {
-    auto* caps = new KeyCaps(shortcut.hotkey.keyCaps());
-    caps->setToolTip(shortcut.hotkey.spelled());
-    application->addRow(shortcut.name, {}, caps);
-  }
+  for (const AppShortcut& shortcut : kAppShortcuts) application->addWide(makeOwnRow(context, shortcut));
+  page->addNote(u"These four are always the same; no tool can have them."_s);
   return page;
 }

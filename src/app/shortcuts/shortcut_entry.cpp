@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-#include "core/hotkeys/hotkey_center.h"
-#include "core/tools/tool_registry.h"
-#include "platform/system_info.h"
+#include "app/app_context.h"
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +55,10 @@ ShortcutEntry applicationEntry(const ShortcutSources& sources, const AppShortcut
 }
 
 }  // namespace
+
+ShortcutSources sourcesOf(const AppContext& context) {
+  return {context.registry, context.hotkeys, context.network, *context.platform.systemInfo};
+}
 
 std::vector<ShortcutEntry> shortcutEntries(const ShortcutSources& sources) {
   std::vector<ShortcutEntry> entries;

@@ -8,6 +8,7 @@
 
 #include "core/hotkeys/app_shortcuts.h"
 
+struct AppContext;
 class HotkeyCenter;
 class NetworkMonitor;
 class SystemInfo;
@@ -20,6 +21,8 @@ struct ShortcutSources {
   NetworkMonitor& network;
   const SystemInfo& system;
 };
+
+ShortcutSources sourcesOf(const AppContext& context);
 
 /// One shortcut, of a tool or of the application itself, as people are told about it.
 struct ShortcutEntry {

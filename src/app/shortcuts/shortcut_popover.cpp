@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "app/settings/settings_form.h"
-#include "core/ui/icon_tile.h"
+#include "core/ui/icon_tile_view.h"
 #include "core/ui/key_caps.h"
 #include "core/ui/theme.h"
 
@@ -24,22 +24,6 @@ constexpr int kShadow = 14;
 constexpr int kArrow = 8;
 constexpr int kPadding = 2 * Theme::kGrid;
 constexpr int kRadius = 10;
-
-class SymbolTile final : public QWidget {
- public:
-  explicit SymbolTile(const ShortcutEntry& entry) : entry_(entry) { setFixedSize(Theme::kIconTile, Theme::kIconTile); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    const Theme& theme = themeOf(*this);
-    QPainter painter(this);
-    IconTile{.symbol = entry_.icon, .monogram = {}, .color = entry_.isApplication() ? theme.secondary : theme.accent}
-        .paint(painter, rect(), theme);
-  }
-
- private:
-  const ShortcutEntry& entry_;
-};
 
 /// A small shadow: that of panels reaches further than this card's margin.
 void paintShadow(QPainter& painter, const QRectF& card, QColor color) {
@@ -56,7 +40,7 @@ void paintShadow(QPainter& painter, const QRectF& card, QColor color) {
 
 ShortcutPopover::ShortcutPopover(QWidget* window)
     : QWidget(window),
-      tile_(new SymbolTile(entry_)),
+      tile_(new IconTileView({})),
       name_(makeHeading({})),
       caps_(new KeyCaps({})),
       summary_(makeDetailLabel({})),
@@ -112,7 +96,8 @@ void ShortcutPopover::setEntry(const ShortcutEntry& entry, const QString& also) 
   open_->setAccessibleName(u"Open %1"_s.arg(entry.name));
   change_->setVisible(!entry.isApplication());
   change_->setAccessibleName(u"Change %1…"_s.arg(entry.name));
-  tile_->update();
+  const QColor quiet = themeOf(*this).secondary;
+  tile_->setTile({.symbol = entry.icon, .monogram = {}, .color = entry.isApplication() ? quiet : QColor()});
 }
 
 void ShortcutPopover::fillNotes(const QString& also) {

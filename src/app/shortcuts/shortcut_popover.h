@@ -4,6 +4,7 @@
 
 #include "app/shortcuts/shortcut_entry.h"
 
+class IconTileView;
 class KeyCaps;
 class QLabel;
 class QPushButton;
@@ -44,7 +45,7 @@ class ShortcutPopover : public QWidget {
   QRect cardRect() const;
 
   ShortcutEntry entry_;
-  QWidget* tile_;
+  IconTileView* tile_;
   QLabel* name_;
   KeyCaps* caps_;
   QLabel* summary_;

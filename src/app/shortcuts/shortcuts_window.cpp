@@ -47,8 +47,7 @@ void run(AppContext& context, AppAction action) {
 ShortcutsWindow::ShortcutsWindow(AppContext& context, ModifierWatch::Query query)
     : TitledWindow(u"Keyboard Shortcuts"_s),
       context_(context),
-      model_({context.registry, context.hotkeys, context.network, *context.platform.systemInfo},
-             *context.platform.keyLegends),
+      model_(sourcesOf(context), *context.platform.keyLegends),
       modifiers_(*this, std::move(query)),
       keyboard_(new KeyboardView(model_)),
       list_(new ShortcutList(model_)),

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/logging.h"
+#include "core/hotkeys/refused_shortcuts.h"
 
 using namespace std::chrono_literals;
 
@@ -104,6 +105,12 @@ std::optional<QString> HotkeyCenter::conflictingToolID(const Hotkey& hotkey, con
   for (const BindableTool& tool : tools_)
     if (tool.id != excludedToolID && binding(tool.id) == hotkey) return tool.id;
   return std::nullopt;
+}
+
+std::optional<Hotkey> HotkeyCenter::freeHotkey() const {
+  std::vector<Hotkey> used = actions_;
+  for (const auto& [toolID, hotkey] : bindings_) used.push_back(hotkey);
+  return freeCombination(backend_, used, kProbeHotkeyID);
 }
 
 void HotkeyCenter::setEnabled(bool enabled, const QString& toolID) {

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kButtonWidth = 132;
-constexpr int kButtonHeight = 26;
+constexpr int kButtonHeight = 28;
 constexpr int kClearIcon = 16;
 
 }  // namespace
@@ -32,6 +32,7 @@ HotkeyRecorderView::HotkeyRecorderView(HotkeyRecorderModel::Services services, c
   button_->setFixedSize(kButtonWidth, kButtonHeight);
   button_->setAutoDefault(false);
   button_->installEventFilter(this);
+  setFocusProxy(button_);
   clear_->setAutoRaise(true);
   clear_->setIconSize({kClearIcon, kClearIcon});
   clear_->setToolTip(u"Remove shortcut"_s);
