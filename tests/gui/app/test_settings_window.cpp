@@ -1,47 +1,65 @@
+#include <QListWidget>
 #include <QPushButton>
-#include <QTest>
+#include <QScrollBar>
 
 #include "app/onboarding_window.h"
-#include "app/settings/settings_window.h"
+#include "app/settings/settings_form.h"
 #include "core/ui/hotkey_recorder_view.h"
 #include "core/ui/toggle_switch.h"
-#include "support/app_stage.h"
-#include "support/controls.h"
+#include "gui/app/settings_stage.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// A settings window over a whole core.
-struct Stage : AppStage {
-  using AppStage::AppStage;
-
-  SettingsSelection selection;
-  SettingsWindow window{context, selection};
-
-  void show(SettingsTab tab) {
-    selection.setTab(tab);
-    window.open();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-  }
-};
-
-}  // namespace
 
 class TestSettingsWindow : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
   void everyControlHasAName() {
-    Stage stage;
+    SettingsStage stage;
     for (int tab = 0; tab < 6; ++tab) {
       stage.show(static_cast<SettingsTab>(tab));
       QCOMPARE(unnamedControls(stage.window), QStringList());
     }
   }
 
+  void tabsAreChosenByKeys() {
+    SettingsStage stage;
+    stage.show(SettingsTab::general);
+    QCOMPARE(stage.focusedName(), u"Settings tabs"_s);
+    stage.key(Qt::Key_Down);
+    QCOMPARE(stage.selection.tab(), SettingsTab::tools);
+    stage.key(Qt::Key_Tab);
+    QCOMPARE(stage.focusedName(), u"Tools"_s);
+    stage.key(Qt::Key_4, Qt::ControlModifier);
+    QCOMPARE(stage.selection.tab(), SettingsTab::notifications);
+    QCOMPARE(stage.focusedName(), u"Settings tabs"_s);
+    stage.key(Qt::Key_Tab);
+    QCOMPARE(stage.focusedName(), u"How long a toast stays"_s);
+  }
+
+  void opensOnTheSameTabAndForgetsTheRest() {
+    SettingsStage stage;
+    stage.show(SettingsTab::tools);
+    const QSize size = stage.window.size();
+    stage.window.resize(size.width(), 300);
+    stage.selection.setToolID(u"feedback"_s);
+    stage.selection.setTab(SettingsTab::launcher);
+    auto* page = stage.window.findChildren<SettingsPage*>().last();
+    // The page goes where the keyboard goes.
+    auto& reset = stage.control<QWidget>(u"Arrange your grid"_s);
+    reset.setFocus(Qt::TabFocusReason);
+    QTRY_VERIFY(page->verticalScrollBar()->value() > 0);
+    stage.window.close();
+    stage.window.open();
+    QCOMPARE(stage.selection.tab(), SettingsTab::launcher);
+    QCOMPARE(stage.window.size(), size);
+    QCOMPARE(page->verticalScrollBar()->value(), 0);
+    QCOMPARE(stage.focusedName(), u"Settings tabs"_s);
+    QCOMPARE(stage.selection.toolID(), QString());
+  }
+
   void aRecorderPutAwayMidwayGivesTheShortcutsBack() {
-    Stage stage;
+    SettingsStage stage;
     stage.show(SettingsTab::shortcuts);
     auto* button = named<QPushButton>(stage.window, u"Shortcut of Image to URL"_s);
     QVERIFY(button);
@@ -54,7 +72,7 @@ class TestSettingsWindow : public QObject {
   }
 
   void toolPageSwitchesTheTool() {
-    Stage stage;
+    SettingsStage stage;
     stage.selection.setToolID(u"feedback"_s);
     stage.show(SettingsTab::tools);
     auto* enabled = named<ToggleSwitch>(stage.window, u"Feedback enabled"_s);
@@ -67,7 +85,7 @@ class TestSettingsWindow : public QObject {
   }
 
   void onboardingKeepsEveryStep() {
-    Stage stage({{36, 0x1800}});
+    AppStage stage({{36, 0x1800}});
     OnboardingWindow window(stage.context);
     window.open(OnboardingWindow::Step::welcome);
     QCOMPARE(window.windowTitle(), u"Welcome"_s);
