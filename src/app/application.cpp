@@ -10,7 +10,8 @@
 #include "app/app_windows.h"
 #include "app/menu/menu_controller.h"
 #include "app/menu/menu_window.h"
-#include "app/onboarding_window.h"
+#include "app/onboarding/onboarding_window.h"
+#include "app/permissions/permissions_window.h"
 #include "app/placeholder_tool.h"
 #include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
@@ -82,8 +83,15 @@ struct Application::Parts {
   MenuController menu;
   AppServer server;
   Job warmUp = Job::start();
-  std::unique_ptr<OnboardingWindow> onboarding;
+
+  std::unique_ptr<OnboardingWindow> makeOnboarding();
 };
+
+std::unique_ptr<OnboardingWindow> Application::Parts::makeOnboarding() {
+  auto window = std::make_unique<OnboardingWindow>(context);
+  connect(&launcher, &ToolLauncherController::shown, &window->model(), &OnboardingModel::launcherShown);
+  return window;
+}
 
 Application::Parts::Parts(Application& owner)
     : analytics({preferences, network, identity, *platform.systemInfo,
@@ -115,6 +123,8 @@ Application::Parts::Parts(Application& owner)
     return std::make_unique<WhatsNewWindow>(update, *platform.updater, WhatsNewWindow::shippedChangelog());
   });
   windows.add(AppWindow::keyboardShortcuts, [this] { return std::make_unique<ShortcutsWindow>(context); });
+  windows.add(AppWindow::onboarding, [this] { return makeOnboarding(); });
+  windows.add(AppWindow::permissions, [this] { return std::make_unique<PermissionsWindow>(context); });
 }
 
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
@@ -161,7 +171,7 @@ AppDelegate::Effects Application::effects() {
   return {.applyAppearance = [this] { parts_->appearance.apply(); },
           .run = [this](AppAction action) { run(action); },
           .announceUpdate = [this] { announceUpdate(); },
-          .showFirstRun = [this](AppDelegate::FirstRun where) { showFirstRun(where); }};
+          .showFirstRun = [this](AppDelegate::FirstRun) { parts_->windows.openWindow(AppWindow::onboarding); }};
 }
 
 void Application::run(AppAction action) {
@@ -203,13 +213,6 @@ void Application::announceUpdate() {
   const auto firstRun = AppDelegate::firstRun(parts_->settings.value(), isTrusted);
   if (parts_->update.prepare(firstRun != AppDelegate::FirstRun::nothing))
     parts_->windows.openWindow(AppWindow::whatsNew);
-}
-
-void Application::showFirstRun(AppDelegate::FirstRun where) {
-  parts_->onboarding = std::make_unique<OnboardingWindow>(parts_->context);
-  parts_->onboarding->open(where == AppDelegate::FirstRun::permissions ? OnboardingWindow::Step::permissions
-                                                                       : OnboardingWindow::Step::welcome);
-  parts_->platform.desktopApplication->activate();
 }
 
 void Application::summon(const QString& target) {

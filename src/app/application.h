@@ -36,7 +36,6 @@ class Application : public QObject, private SettingsOpener {
   AppDelegate::Effects effects();
   void run(AppAction action);
   void announceUpdate();
-  void showFirstRun(AppDelegate::FirstRun where);
   void summon(const QString& target);
   QJsonObject answer(const QJsonObject& request);
   QJsonObject doctorAnswer() const;

@@ -107,10 +107,10 @@ std::optional<QString> HotkeyCenter::conflictingToolID(const Hotkey& hotkey, con
   return std::nullopt;
 }
 
-std::optional<Hotkey> HotkeyCenter::freeHotkey() const {
-  std::vector<Hotkey> used = actions_;
-  for (const auto& [toolID, hotkey] : bindings_) used.push_back(hotkey);
-  return freeCombination(backend_, used, kProbeHotkeyID);
+std::optional<Hotkey> HotkeyCenter::freeHotkey(std::vector<Hotkey> except) const {
+  except.insert(except.end(), actions_.begin(), actions_.end());
+  for (const auto& [toolID, hotkey] : bindings_) except.push_back(hotkey);
+  return freeCombination(backend_, except, kProbeHotkeyID);
 }
 
 void HotkeyCenter::setEnabled(bool enabled, const QString& toolID) {

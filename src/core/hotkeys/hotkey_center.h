@@ -69,8 +69,8 @@ class HotkeyCenter : public QObject {
   bool isRebound(const QString& toolID) const;
   /// Another tool with the same combination; none when there is none.
   std::optional<QString> conflictingToolID(const Hotkey& hotkey, const QString& excludedToolID) const;
-  /// A combination that is nobody's, to offer in place of a refused one; found by trying.
-  std::optional<Hotkey> freeHotkey() const;
+  /// A combination that is nobody's, to offer in place of a refused one; found by trying. None in `except`.
+  std::optional<Hotkey> freeHotkey(std::vector<Hotkey> except = {}) const;
   void setEnabled(bool enabled, const QString& toolID);
   /// Unregisters every tool while a combination is being recorded; the application's own stay.
   void pauseAll();

@@ -5,7 +5,7 @@
 #include <array>
 
 /// The ordinary windows of the application.
-enum class AppWindow { settings, keyboardShortcuts, whatsNew };
+enum class AppWindow { settings, keyboardShortcuts, whatsNew, onboarding, permissions };
 
 /// A window and the name under which `vantle summon` knows it.
 struct AppWindowName {
@@ -17,6 +17,8 @@ inline constexpr std::array kAppWindowNames = {
     AppWindowName{AppWindow::settings, QLatin1StringView("settings")},
     AppWindowName{AppWindow::keyboardShortcuts, QLatin1StringView("shortcuts")},
     AppWindowName{AppWindow::whatsNew, QLatin1StringView("whats-new")},
+    AppWindowName{AppWindow::onboarding, QLatin1StringView("welcome")},
+    AppWindowName{AppWindow::permissions, QLatin1StringView("permissions")},
 };
 
 /// Opens an ordinary window, or brings it to the front. Main thread only.

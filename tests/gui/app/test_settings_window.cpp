@@ -2,7 +2,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 
-#include "app/onboarding_window.h"
 #include "app/settings/settings_form.h"
 #include "core/ui/hotkey_recorder_view.h"
 #include "core/ui/toggle_switch.h"
@@ -82,30 +81,6 @@ class TestSettingsWindow : public QObject {
     QVERIFY(!stage.world.hotkeys.isRegistered(u"feedback"_s));
     stage.world.registry.setEnabled(u"feedback"_s, true);
     QVERIFY(enabled->isChecked());
-  }
-
-  void onboardingKeepsEveryStep() {
-    AppStage stage({{36, 0x1800}});
-    OnboardingWindow window(stage.context);
-    window.open(OnboardingWindow::Step::welcome);
-    QCOMPARE(window.windowTitle(), u"Welcome"_s);
-    QCOMPARE(window.size(), QSize(560, 640));
-    QCOMPARE(unnamedControls(window), QStringList());
-    auto* consent = named<ToggleSwitch>(window, u"Share"_s);
-    QVERIFY(consent && !consent->isChecked());
-    consent->click();
-    QVERIFY(stage.world.preferences.value().shareUsageStats);
-
-    const auto press = [&](const QString& text) {
-      for (auto* button : window.findChildren<QPushButton*>())
-        if (button->isVisible() && button->text() == text) button->click();
-    };
-    press(u"Continue"_s);
-    QVERIFY(stage.world.settings.value().privacyAccepted && stage.world.settings.value().onboardingReachedPermissions);
-    QVERIFY(!stage.world.settings.value().onboardingCompleted);
-    press(u"Done"_s);
-    QVERIFY(stage.world.settings.value().onboardingCompleted);
-    QVERIFY(!window.isVisible());
   }
 };
 

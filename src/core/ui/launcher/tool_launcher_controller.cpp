@@ -45,6 +45,7 @@ void ToolLauncherController::show(const QString& selectedToolID) {
   prepare();
   model().setShown(true);
   panel_->present();
+  Q_EMIT shown();
 }
 
 void ToolLauncherController::dismiss(std::optional<ToolItem> then) {

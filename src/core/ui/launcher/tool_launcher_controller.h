@@ -40,6 +40,10 @@ class ToolLauncherController final : public ToolGridController, public LauncherO
   void setArranging(bool arranging);
   void setSortMode(ToolSortMode mode);
 
+ Q_SIGNALS:
+  /// The launcher has come up.
+  void shown();
+
  private:
   enum class State { hidden, shown, leaving };
 
