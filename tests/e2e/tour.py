@@ -10,10 +10,10 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import launcher, menu, palette, settings
+from steps import launcher, menu, onboarding, palette, settings
 from steps.launcher import Skipped
 
-STEPS = [*palette.STEPS, *launcher.STEPS, *menu.STEPS, *settings.STEPS]
+STEPS = [*palette.STEPS, *launcher.STEPS, *menu.STEPS, *settings.STEPS, *onboarding.STEPS]
 
 
 def main():

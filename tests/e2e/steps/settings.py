@@ -1,4 +1,4 @@
-"""The settings window, the recorder, shortcuts that others own, the first run and the dark appearance."""
+"""The settings window, the recorder, shortcuts that others own, the first commands and the dark appearance."""
 
 from contextlib import contextmanager
 
@@ -89,13 +89,10 @@ def grabbed(name, key):
         other.close()
 
 
-def welcomes_at_the_first_run(world):
-    """The first run shows the welcome window, and writes the two commands that everybody starts with"""
+def brings_two_commands_at_the_first_run(world):
+    """The first run writes the two commands that everybody starts with"""
     with world.another_application() as application:
         application.start()
-        window = until("the welcome window is shown", lambda: world.titled("Welcome"), 10)
-        expect(f"it is 560 by 640: {window}", (window.width, window.height) == (560, 640))
-        world.picture("welcome")
         until("the default commands are written", lambda: application.read_json("FrequentCLIs/commands.json"))
         titles = [command["title"] for command in application.read_json("FrequentCLIs/commands.json")]
         expect(f"they are the two: {titles}", titles == ["Claude — skip permissions", "Codex — YOLO"])
@@ -128,6 +125,6 @@ STEPS = [
     opens_the_settings,
     records_a_shortcut,
     stays_quiet_about_a_taken_shortcut,
-    welcomes_at_the_first_run,
+    brings_two_commands_at_the_first_run,
     goes_dark,
 ]

@@ -1,0 +1,132 @@
+"""The first run, from the welcome to the first typed command, and where it takes up again."""
+
+from driver.waiting import expect, stays, until
+
+from .settings import grabbed
+
+WELCOME = "Welcome"
+
+
+def walks_through_the_first_run(world):
+    """A newcomer gets to a typed command by Return and two shortcuts, and a second start shows nothing"""
+    with world.another_application() as application:
+        application.start()
+        window = until("the welcome window is shown", lambda: world.titled(WELCOME), 10)
+        expect(f"it is 560 by 640: {window}", (window.width, window.height) == (560, 640))
+        until("it is the active window", lambda: world.desktop.active_window() == window.id)
+        step(world, "Welcome to Vantle", "welcome")
+        world.desktop.press("Return")
+        step(world, "Private by default", "privacy")
+        world.desktop.press("Return")
+        step(world, "What Linux allows", "permissions")
+        until("the consent is stored", lambda: stored(application).get("privacyAccepted"))
+        world.desktop.press("Return")
+        step(world, "Press Ctrl+Alt+Space", "try-it")
+        tries_the_launcher(world)
+        tries_a_command(world)
+        world.picture("tried")
+        world.desktop.press("Return")
+        step(world, "You are set", "done")
+        expect("the first run is over", stored(application).get("onboardingCompleted"))
+        world.desktop.press("Return")
+        until("the window is gone", lambda: not world.titled(WELCOME))
+        expect("nothing was consented to", not application.read_json("app-settings.json"))
+        starts_quietly(world, application)
+
+
+def tries_the_launcher(world):
+    world.desktop.press("Ctrl+Alt+Space")
+    world.see("Image to Prompt")
+    world.see("That is the launcher")
+    world.picture("launcher-noticed")
+    world.desktop.press("Escape")
+    until("the launcher has gone", lambda: not world.shows("Image to Prompt"))
+
+
+def tries_a_command(world):
+    world.summon_palette()
+    world.desktop.press("Return")
+    world.see("claude --dangerously-skip-permissions")
+    world.see("That is Frequent CLIs")
+
+
+def starts_quietly(world, application):
+    application.stop()
+    application.start()
+    application.wait_until_live()
+    stays("a second start shows nothing", lambda: not world.windows(), 0.5)
+
+
+def resumes_the_first_run(world):
+    """Closed at the permissions, the first run takes up there; closed before, at the welcome"""
+    with world.another_application() as application:
+        application.start()
+        world.see("Welcome to Vantle", 10)
+        world.desktop.press("Return")
+        world.see("Private by default")
+        leaves_and_returns(world, application)
+        world.see("Welcome to Vantle", 10)
+        world.desktop.press("Return")
+        world.see("Private by default")
+        world.desktop.press("Return")
+        world.see("What Linux allows")
+        leaves_and_returns(world, application)
+        world.see("What Linux allows", 10)
+        expect("it is not over", not stored(application).get("onboardingCompleted"))
+
+
+def leaves_and_returns(world, application):
+    until("the window has the keyboard", lambda: world.desktop.active_window() == world.titled(WELCOME).id)
+    world.desktop.press("Escape")
+    until("Escape closes it", lambda: not world.titled(WELCOME))
+    expect("the program runs on", application.is_running())
+    application.stop()
+    application.start()
+    until("the window is back", lambda: world.titled(WELCOME), 10)
+    until("it is the active window", lambda: world.desktop.active_window() == world.titled(WELCOME).id)
+
+
+def offers_what_is_free(world):
+    """Taken shortcuts: one click binds a free one, and a button stands in for the launcher's"""
+    with world.another_application() as application:
+        application.write_json("settings.json", {"onboardingReachedPermissions": True})
+        with grabbed(world.display.name, "u"), grabbed(world.display.name, "space"):
+            application.start()
+            world.see("belongs to another program", 10)
+            world.picture("taken")
+            world.click_on("Use Ctrl+Alt+E for Image to URL")
+            until("the free one is bound", lambda: stored(application).get("hotkeys", {}).get("uplink"))
+            world.see("Opens with ⌃⌥E now.")
+            world.click_on("Continue")
+            world.see("The system does not give Ctrl+Alt+Space to Vantle")
+            world.picture("no-launcher-shortcut")
+            world.click_on("Open the Launcher")
+            world.see("That is the launcher")
+            world.desktop.press("Escape")
+            world.desktop.press("Ctrl+Alt+e")
+            until("the new shortcut starts its tool", world.toast)
+
+
+def shows_the_permissions(world):
+    """The permissions window tells what X11 allows; Escape closes it"""
+    world.quiet()
+    world.application.command("summon", "permissions")
+    window = until("the window is shown", lambda: world.titled("Permissions"))
+    until("it is the active window", lambda: world.desktop.active_window() == window.id)
+    world.see("Screen Recording")
+    world.see("✓ Allowed")
+    world.picture()
+    world.desktop.press("Escape")
+    until("Escape closes it", lambda: not world.titled("Permissions"))
+
+
+def step(world, text, picture):
+    world.see(text)
+    world.picture(picture)
+
+
+def stored(application):
+    return application.read_json("settings.json") or {}
+
+
+STEPS = [walks_through_the_first_run, resumes_the_first_run, offers_what_is_free, shows_the_permissions]
