@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/data_eraser.h"
 #include "base/clock.h"
 #include "core/hotkeys/hotkey_center.h"
+#include "core/net/analytics.h"
 #include "core/net/network_monitor.h"
 #include "core/presenters/launcher_opener.h"
 #include "core/presenters/settings_opener.h"
@@ -29,4 +31,6 @@ struct AppContext {
   LauncherOpener& launcher;
   WindowOpener& windows;
   Services& services;
+  Analytics& analytics;
+  DataEraser& eraser;
 };

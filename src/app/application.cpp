@@ -19,6 +19,7 @@
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
 #include "app/updates/whats_new_window.h"
+#include "base/logging.h"
 #include "core/net/analytics.h"
 #include "core/ui/appearance.h"
 #include "core/ui/launcher/tool_launcher_controller.h"
@@ -40,9 +41,16 @@ namespace {
 
 constexpr auto kWarmUpDelay = 400ms;
 
-/// Moves an earlier folder into place before the first store reads from it: what it holds would be lost otherwise.
-Folders migratedFolders() {
+QString defaultsFile() {
+  return QSettings(QSettings::IniFormat, QSettings::UserScope, u"Vantle"_s, u"Vantle"_s).fileName();
+}
+
+/// Ends a deletion that was cut short, and moves an earlier folder into place, before the first store reads from it:
+/// what that holds would be lost otherwise.
+Folders readyFolders() {
   const Folders folders = Folders::standard();
+  if (const auto finished = DataRemoval(folders, defaultsFile()).finish(); !finished)
+    qCWarning(lcSettings).noquote() << "Deletion not finished:" << finished.error().description();
   folders.migrateLegacyFolder();
   return folders;
 }
@@ -53,7 +61,7 @@ Folders migratedFolders() {
 struct Application::Parts {
   explicit Parts(Application& owner);
 
-  Folders folders = migratedFolders();
+  Folders folders = readyFolders();
   QSettings defaults{QSettings::IniFormat, QSettings::UserScope, u"Vantle"_s, u"Vantle"_s};
   SystemClock clock;
   Platform platform = makePlatform();
@@ -73,6 +81,7 @@ struct Application::Parts {
   KeystrokeSender keystrokes{*platform.keyEvents, *platform.permissions};
   ToolLauncherController launcher;
   AppWindows windows{*platform.desktopApplication};
+  DataEraser eraser;
   AppContext context;
   CLIPaletteController cliPalette;
   SettingsSelection selection;
@@ -106,8 +115,10 @@ Application::Parts::Parts(Application& owner)
                  return std::make_unique<ToolLauncherPanel>(
                      controller, ToolLauncherPanel::Services{*platform.panelWindow, *platform.systemInfo, defaults});
                }),
-      context{folders,  platform, clock, settings, preferences, network, hotkeys,
-              registry, toasts,   owner, launcher, windows,     services},
+      eraser({*platform.credentials, *platform.loginItem, owner}, DataRemoval(folders, defaults.fileName()),
+             {UserCredential::kServiceAccount, UserCredential::kProviderAccount}),
+      context{folders, platform, clock,    settings, preferences, network,   hotkeys, registry,
+              toasts,  owner,    launcher, windows,  services,    analytics, eraser},
       cliPalette({commands, keystrokes, clock, owner, launcher},
                  [this](CLIPaletteController& controller) {
                    return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, controller);
@@ -130,10 +141,17 @@ Application::Parts::Parts(Application& owner)
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
   connect(&parts_->tray, &TrayIcon::activated, &parts_->menu, &MenuController::iconActivated);
   connect(&parts_->menu, &MenuController::quitChosen, qApp, &QCoreApplication::quit);
-  connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { parts_->delegate.willTerminate(); });
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &Application::terminate);
 }
 
-Application::~Application() = default;
+Application::~Application() {
+  if (!startsAnew_) return;
+  const DataRemoval removal(parts_->folders, parts_->defaults.fileName());
+  // Whoever still holds a file open writes to what is deleted after it.
+  parts_.reset();
+  if (const auto finished = removal.finish(); !finished)
+    qCWarning(lcSettings).noquote() << "Deletion not finished:" << finished.error().description();
+}
 
 bool Application::start() {
   if (!parts_->server.listen()) return false;
@@ -206,6 +224,22 @@ void Application::openToolSettings(const QString& toolID) {
 void Application::openCommandSettings(const QUuid& commandID) {
   parts_->focusedCommand.set(commandID);
   openToolSettings(kFrequentCLIsID);
+}
+
+void Application::deleteDataAndStartAnew() {
+  startsAnew_ = true;
+  QCoreApplication::exit(kStartAnew);
+}
+
+/// No event comes after this one, so that nothing is saved once the data has been put aside.
+void Application::terminate() {
+  if (!startsAnew_) {
+    parts_->delegate.willTerminate();
+    return;
+  }
+  const DataRemoval removal(parts_->folders, parts_->defaults.fileName());
+  if (const auto removed = removal.putAside(); !removed)
+    qCWarning(lcSettings).noquote() << removed.error().description();
 }
 
 void Application::announceUpdate() {

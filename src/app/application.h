@@ -8,15 +8,19 @@
 #include "app/app_delegate.h"
 #include "core/hotkeys/hotkey_center.h"
 #include "core/net/app_channel.h"
+#include "core/presenters/fresh_start.h"
 #include "core/presenters/settings_opener.h"
 #include "core/tools/tool.h"
 
 /// The composition root: makes the one instance of everything, in the order in which they need each other, and hands
 /// them down by reference. Main thread only; needs a QApplication.
-class Application : public QObject, private SettingsOpener {
+class Application : public QObject, private SettingsOpener, private FreshStart {
   Q_OBJECT
 
  public:
+  /// What the event loop returns when the program is to be started again, as if for the first time.
+  static constexpr int kStartAnew = 75;
+
   Application();
   ~Application() override;
 
@@ -30,6 +34,7 @@ class Application : public QObject, private SettingsOpener {
   void openSettings(SettingsTab tab) override;
   void openToolSettings(const QString& toolID) override;
   void openCommandSettings(const QUuid& commandID) override;
+  void deleteDataAndStartAnew() override;
 
   std::vector<std::unique_ptr<Tool>> makeTools();
   SettingsViewFactory frequentCLIsSettings();
@@ -41,5 +46,8 @@ class Application : public QObject, private SettingsOpener {
   QJsonObject doctorAnswer() const;
   QString ownerName(const HotkeyCenter::Refused& entry) const;
 
+  void terminate();
+
   std::unique_ptr<Parts> parts_;
+  bool startsAnew_ = false;
 };

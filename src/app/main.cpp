@@ -21,9 +21,9 @@ void nameApplication() {
 }
 
 /// With streams of its own: whoever reads what the command prints would wait for the application's end otherwise.
-bool startInBackground() {
+bool startInBackground(const QString& program) {
   QProcess process;
-  process.setProgram(QCoreApplication::applicationFilePath());
+  process.setProgram(program);
   process.setStandardInputFile(QProcess::nullDevice());
   process.setStandardOutputFile(QProcess::nullDevice());
   process.setStandardErrorFile(QProcess::nullDevice());
@@ -33,7 +33,8 @@ bool startInBackground() {
 int runCommand(const QStringList& arguments, bool hasDisplay) {
   QTextStream out(stdout);
   QTextStream err(stderr);
-  CommandContext context{out, err, Folders::standard(), startInBackground,
+  CommandContext context{out, err, Folders::standard(),
+                         [] { return startInBackground(QCoreApplication::applicationFilePath()); },
                          [hasDisplay] { return hasDisplay ? makePlatform() : makeNullPlatform(); }};
   return runCommandLine(arguments, context);
 }
@@ -50,7 +51,8 @@ int runCommandLineProcess(int argc, char** argv) {
   return runCommand(QCoreApplication::arguments().mid(1), false);
 }
 
-int runApplication(int argc, char** argv) {
+/// `program` is told for whoever starts it again once everything of this run is gone.
+int runApplication(int argc, char** argv, QString& program) {
   if (AppClient::request({{u"do"_s, u"forward"_s}})) return exit_code::kSuccess;
   if (!prepareDisplay()) {
     std::fputs("vantle: there is no display; 'vantle help' lists what works without one\n", stderr);
@@ -58,6 +60,7 @@ int runApplication(int argc, char** argv) {
   }
   QApplication qtApplication(argc, argv);
   nameApplication();
+  program = QCoreApplication::applicationFilePath();
   QApplication::setQuitOnLastWindowClosed(false);
   const TerminationSignals termination;
   QObject::connect(&termination, &TerminationSignals::requested, &qtApplication, &QCoreApplication::quit);
@@ -69,6 +72,16 @@ int runApplication(int argc, char** argv) {
   return QApplication::exec();
 }
 
+/// The next run finds the shortcuts free: this one's connection to the display is closed by then.
+int runApplicationUntilItEnds(int argc, char** argv) {
+  QString program;
+  const int code = runApplication(argc, argv, program);
+  if (code != Application::kStartAnew) return code;
+  return startInBackground(program) ? exit_code::kSuccess : exit_code::kFailure;
+}
+
 }  // namespace
 
-int main(int argc, char** argv) { return argc > 1 ? runCommandLineProcess(argc, argv) : runApplication(argc, argv); }
+int main(int argc, char** argv) {
+  return argc > 1 ? runCommandLineProcess(argc, argv) : runApplicationUntilItEnds(argc, argv);
+}

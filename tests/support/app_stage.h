@@ -24,9 +24,13 @@ struct AppStage {
   FakeVault vault;
   FakeBuiltIn builtIn;
   Services services{world.folders, http, vault, builtIn, world.clock};
-  AppContext context{world.folders, world.system,  world.clock,    world.settings, world.preferences,
-                     world.network, world.hotkeys, world.registry, world.toasts,   opener,
-                     launcher,      windows,       services};
+  FakeFreshStart freshStart;
+  DataEraser eraser{{vault, *world.system.loginItem, freshStart},
+                    DataRemoval(world.folders, world.directory.filePath(QStringLiteral("defaults.ini"))),
+                    {UserCredential::kServiceAccount}};
+  AppContext context{world.folders, world.system,  world.clock,    world.settings,  world.preferences,
+                     world.network, world.hotkeys, world.registry, world.toasts,    opener,
+                     launcher,      windows,       services,       world.analytics, eraser};
 
  private:
   template <class Fake, class Interface>

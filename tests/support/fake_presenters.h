@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/presenters/fresh_start.h"
 #include "core/presenters/launcher_opener.h"
 #include "core/presenters/settings_opener.h"
 #include "core/presenters/toast_presenter.h"
@@ -41,4 +42,10 @@ class FakeWindowOpener final : public WindowOpener {
  public:
   void openWindow(AppWindow window) override { opened.push_back(window); }
   std::vector<AppWindow> opened;
+};
+
+class FakeFreshStart final : public FreshStart {
+ public:
+  void deleteDataAndStartAnew() override { ++starts; }
+  int starts = 0;
 };

@@ -48,6 +48,7 @@ QLabel* makeHeading(const QString& text, QWidget* parent) {
 RowRemark::RowRemark(QWidget* parent) : QLabel(parent) {
   setFont(Theme::detailFont());
   setWordWrap(true);
+  setTextFormat(Qt::PlainText);
   // A path in an error is there to be copied.
   setTextInteractionFlags(Qt::TextSelectableByMouse);
   setFocusPolicy(Qt::NoFocus);

@@ -25,12 +25,16 @@ QString name(UsageEvent event) {
 
 }  // namespace
 
-void Analytics::track(UsageEvent what, const QString& toolID) {
-  if (!services_.preferences.value().shareUsageStats || !services_.network.isOnline()) return;
+QJsonObject Analytics::event(UsageEvent what, const QString& toolID) const {
   QJsonObject event{{u"event"_s, name(what)},
                     {u"installId"_s, services_.identity.id()},
                     {u"appVersion"_s, QCoreApplication::applicationVersion()},
                     {u"osVersion"_s, services_.system.osVersion()}};
   if (!toolID.isEmpty()) event.insert("tool"_L1, toolID);
-  services_.deliver(event);
+  return event;
+}
+
+void Analytics::track(UsageEvent what, const QString& toolID) {
+  if (!services_.preferences.value().shareUsageStats || !services_.network.isOnline()) return;
+  services_.deliver(event(what, toolID));
 }

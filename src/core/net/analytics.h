@@ -29,6 +29,8 @@ class Analytics {
 
   explicit Analytics(Services services) : services_(std::move(services)) {}
 
+  /// All that is sent for it; also for whoever wants to see that.
+  QJsonObject event(UsageEvent what, const QString& toolID = {}) const;
   /// Returns at once and never fails to the caller. `toolID` is empty for events of the application.
   void track(UsageEvent what, const QString& toolID = {});
 

@@ -61,7 +61,7 @@ class TestAppDelegate : public QObject {
 
   void placeholdersSaySoPlainly() {
     World world;
-    PlaceholderTool tool(toolInfo("vibe-history"_L1), world.toasts, world.preferences);
+    PlaceholderTool tool(toolInfo("vibe-history"_L1), world.toasts, world.preferences, {});
     tool.activate();
     const auto& [toast, duration] = world.toasts.shown.at(0);
     QCOMPARE(toast.title, u"Vibe History is not built yet"_s);

@@ -4,40 +4,18 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <memory>
 
 #include "core/settings/app_preferences.h"
 #include "core/settings/app_settings.h"
 #include "core/settings/folders.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-
-namespace {
-
-/// No file of this process may grow while this lives: what a full disk does, without one.
-class SmallestFiles {
- public:
-  SmallestFiles() {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit none{0, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &none);
-  }
-  ~SmallestFiles() { setrlimit(RLIMIT_FSIZE, &before_); }
-  SmallestFiles(const SmallestFiles&) = delete;
-  SmallestFiles& operator=(const SmallestFiles&) = delete;
-
- private:
-  rlimit before_{};
-};
-
-}  // namespace
 
 class TestSettings : public QObject {
   Q_OBJECT

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/settings/unfolding_row.h"
+
+class DataEraser;
+class QPushButton;
+class RowRemark;
+
+/// "Delete All Data…": asks in place what it is about to do, and says why when it cannot. Escape takes the question
+/// back.
+class DeleteDataRow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit DeleteDataRow(DataEraser& eraser);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QWidget* makeQuestion();
+  void ask();
+  void keep();
+  void erase();
+
+  DataEraser& eraser_;
+  QPushButton* ask_;
+  QPushButton* keep_;
+  QPushButton* erase_;
+  RowRemark* remark_;
+  UnfoldingRow* row_;
+};

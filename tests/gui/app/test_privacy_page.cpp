@@ -1,0 +1,153 @@
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QJsonDocument>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include "app/settings/settings_window.h"
+#include "core/ui/toggle_switch.h"
+#include "support/app_stage.h"
+#include "support/controls.h"
+#include "support/files.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The settings window on its privacy tab.
+struct Stage : AppStage {
+  SettingsSelection selection;
+  SettingsWindow window{context, selection};
+
+  Stage() {
+    writeFile(world.folders.file(u"settings.json"_s), "{}");
+    selection.setTab(SettingsTab::privacy);
+    window.open();
+  }
+
+  void press(const QString& name) {
+    auto* button = named<QPushButton>(window, name);
+    QVERIFY2(button, qPrintable(name));
+    button->click();
+  }
+  bool says(const QString& text) {
+    return std::ranges::any_of(window.findChildren<QLabel*>(),
+                               [&](const QLabel* label) { return label->isVisible() && label->text().contains(text); });
+  }
+  QByteArray codeShown() {
+    for (const QLabel* label : window.findChildren<QLabel*>())
+      if (label->isVisible() && label->text().startsWith(u'{')) return label->text().toUtf8();
+    return {};
+  }
+  /// Chooses a folder in the dialog that is up.
+  void choose(const QString& folder) {
+    auto* dialog = window.findChild<QFileDialog*>();
+    QVERIFY(dialog && dialog->isVisible() && !dialog->isModal());
+    dialog->setDirectory(folder);
+    Q_EMIT dialog->fileSelected(folder);
+    dialog->close();
+  }
+};
+
+/// Takes what would be opened in another program.
+class Opened : public QObject {
+  Q_OBJECT
+
+ public:
+  Opened() { QDesktopServices::setUrlHandler(u"file"_s, this, "open"); }
+  ~Opened() override { QDesktopServices::unsetUrlHandler(u"file"_s); }
+  QStringList paths;
+
+ public Q_SLOTS:
+  void open(const QUrl& url) { paths.append(url.toLocalFile()); }
+};
+
+}  // namespace
+
+class TestPrivacyPage : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void everythingIsNamedAlsoWhatUnfolds() {
+    Stage stage;
+    stage.press(u"Show What Is Sent"_s);
+    stage.press(u"Delete All Data"_s);
+    QCOMPARE(unnamedControls(stage.window), QStringList());
+    QVERIFY(stage.says(u"Generate Image"_s) && stage.says(u"Links expire after 90 days."_s));
+  }
+
+  void consentIsAskedAndOffAtFirst() {
+    Stage stage;
+    auto* consent = named<ToggleSwitch>(stage.window, u"Share anonymous usage statistics"_s);
+    QVERIFY(consent && !consent->isChecked());
+    consent->click();
+    QVERIFY(stage.world.preferences.value().shareUsageStats);
+  }
+
+  void showsExactlyWhatIsSent() {
+    Stage stage;
+    stage.press(u"Show What Is Sent"_s);
+    const QJsonObject shown = QJsonDocument::fromJson(stage.codeShown()).object();
+    stage.world.preferences.update([](Preferences& preferences) { preferences.shareUsageStats = true; });
+    stage.world.analytics.track(UsageEvent::toolActivated, u"frequent-clis"_s);
+    QCOMPARE(stage.world.events.at(0), shown);
+    stage.press(u"Hide what is sent"_s);
+    QVERIFY(stage.codeShown().isEmpty());
+  }
+
+  void exportsIntoTheChosenFolder() {
+    Stage stage;
+    Opened opened;
+    const QTemporaryDir chosen;
+    stage.press(u"Export…"_s);
+    stage.press(u"Export…"_s);
+    QCOMPARE(stage.window.findChildren<QFileDialog*>().size(), 1);
+    stage.choose(chosen.path());
+    QTRY_VERIFY(stage.says(u"1 file is in "_s + chosen.path()));
+    const QStringList made = QDir(chosen.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QCOMPARE(made.size(), 1);
+    QVERIFY(QFile::exists(chosen.filePath(made.first() + u"/settings.json"_s)));
+    stage.press(u"Show the exported copy"_s);
+    stage.press(u"Open Data Folder"_s);
+    QCOMPARE(opened.paths, (QStringList{chosen.filePath(made.first()), stage.world.folders.vantle()}));
+  }
+
+  void saysWhyAnExportFailed() {
+    Stage stage;
+    stage.press(u"Export…"_s);
+    stage.choose(stage.world.folders.vantle());
+    QTRY_VERIFY(stage.says(u"An export cannot contain itself"_s));
+    QVERIFY(!named<QPushButton>(stage.window, u"Show the exported copy"_s));
+  }
+
+  void deletingAsksInPlaceFirst() {
+    Stage stage;
+    stage.press(u"Delete All Data"_s);
+    QVERIFY(stage.says(u"Kept: the transcripts of your agents"_s));
+    auto* keep = named<QPushButton>(stage.window, u"Keep My Data"_s);
+    QVERIFY(keep);
+    QTRY_VERIFY(keep->hasFocus());
+    QTest::keyClick(keep, Qt::Key_Escape);
+    QVERIFY(stage.window.isVisible());
+    QVERIFY(!named<QPushButton>(stage.window, u"Delete Everything"_s));
+
+    stage.press(u"Delete All Data"_s);
+    stage.press(u"Delete Everything"_s);
+    QTRY_COMPARE(stage.freshStart.starts, 1);
+  }
+
+  void saysWhyNothingWasDeleted() {
+    Stage stage;
+    QVERIFY(QDir(stage.world.folders.vantle()).removeRecursively());
+    QVERIFY(QFile::link(u"/nowhere"_s, stage.world.folders.vantle()));
+    stage.press(u"Delete All Data"_s);
+    stage.press(u"Delete Everything"_s);
+    QTRY_VERIFY(stage.says(u"is a link to another place"_s));
+    QVERIFY(named<QPushButton>(stage.window, u"Delete Everything"_s)->isEnabled());
+    QCOMPARE(stage.freshStart.starts, 0);
+  }
+};
+
+QTEST_MAIN(TestPrivacyPage)
+#include "test_privacy_page.moc"
