@@ -9,18 +9,17 @@ from driver.waiting import until
 View = namedtuple("View", "name title has_tab has_pages", defaults=[True, False])
 
 SETTINGS = "Settings"
+FIRST_RUN = ["Welcome to Vantle", "Private by default", "What Linux allows", "Try it now", "You are set"]
 TABS = ["General", "Tools", "Shortcuts", "Notifications", "Launcher", "Privacy"]
 
 
 def first_run(stage):
     """The onboarding window step by step, to its end."""
     until("the welcome window is shown", lambda: stage.shape("Welcome"), 10)
-    stage.wait_for("Welcome", "Continue")
-    yield View("onboarding-1", "Welcome")
-    stage.control("Welcome", "Continue").act("Press")
-    stage.wait_for("Welcome", "Done")
-    yield View("onboarding-2", "Welcome")
-    stage.control("Welcome", "Done").act("Press")
+    for number, text in enumerate(FIRST_RUN, 1):
+        stage.wait_for("Welcome", text)
+        yield View(f"onboarding-{number}", "Welcome")
+        stage.control("Welcome", "Finish" if number == len(FIRST_RUN) else "Continue").act("Press")
     until("the welcome window is gone", lambda: not stage.shape("Welcome"))
 
 
@@ -52,7 +51,7 @@ def choose(stage, name, row):
 
 def windows(stage):
     """Those that are one page."""
-    for name, title in {"shortcuts": "Keyboard Shortcuts", "whats-new": "What's New"}.items():
+    for name, title in {"shortcuts": "Keyboard Shortcuts", "whats-new": "What's New", "permissions": "Permissions"}.items():
         stage.open(name, title)
         yield View(name, title)
         stage.close_window(title)

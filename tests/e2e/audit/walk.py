@@ -20,7 +20,9 @@ class Walk:
         self.stage = stage
         self.window = window
         self.stops = [control for control in window if is_stop(control)]
-        self.home = min(self.stops, key=lambda stop: stop.box.x + stop.box.y, default=None)
+        # The ring may begin at the corner or at the top.
+        starts = (lambda stop: stop.box.x + stop.box.y, lambda stop: stop.box.y)
+        self.homes = [min(self.stops, key=start, default=None) for start in starts]
         self.order = []
         # What the keyboard's arrival brought up may stand anywhere.
         self.newcomers = []
@@ -108,7 +110,7 @@ class Walk:
             self.faults.append(f"scrolled away while it has the keyboard: {reached}, now at {now.x},{now.y}")
         backwards = now.y < before.y - SAME_ROW and now.x < before.right
         # The way is a ring, and begins wherever the keyboard was.
-        if backwards and reached not in (self.order[0], self.home, *self.newcomers):
+        if backwards and reached not in (self.order[0], *self.homes, *self.newcomers):
             self.faults.append(f"Tab goes back from {current} to {reached}")
 
 
