@@ -2,19 +2,23 @@
 
 #include <QHBoxLayout>
 #include <QHideEvent>
+#include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
 
 #include "app/settings/pages.h"
 #include "app/settings/settings_form.h"
 #include "app/settings/sidebar_list.h"
+#include "core/ui/palette_panel.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QSize kSize(936, 664);
+/// All of the launcher's page; smaller screens get as much as they have room for, below a title bar.
+constexpr QSize kSize(936, 720);
+constexpr int kTitleBar = 40;
 constexpr int kTabsWidth = 176;
 
 struct TabEntry {
@@ -39,6 +43,11 @@ SidebarList* makeTabList(QWidget* parent) {
   return list;
 }
 
+QSize fittingSize() {
+  const QScreen* screen = activeScreen();
+  return screen ? kSize.boundedTo(screen->availableGeometry().size() - QSize(0, kTitleBar)) : kSize;
+}
+
 }  // namespace
 
 SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection)
@@ -47,7 +56,6 @@ SettingsWindow::SettingsWindow(AppContext& context, SettingsSelection& selection
       selection_(selection),
       tabs_(makeTabList(this)),
       pages_(new QStackedWidget(this)) {
-  resize(kSize);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins({});
   layout->setSpacing(0);
@@ -72,7 +80,7 @@ void SettingsWindow::addTabShortcuts() {
 
 void SettingsWindow::open() {
   const bool isFresh = !isVisible();
-  if (isFresh) resize(kSize);
+  if (isFresh) resize(fittingSize());
   followSelection();
   const bool isAtTool = selection_.tab() == SettingsTab::tools && !selection_.toolID().isEmpty();
   if (isAtTool)

@@ -19,6 +19,7 @@ constexpr std::array kClassRoles = {
     ClassRole{"TitledWindow"_L1, QAccessible::Window},
     ClassRole{"PalettePanel"_L1, QAccessible::Dialog},
     ClassRole{"ReadingArea"_L1, QAccessible::Pane},
+    ClassRole{"ArrangeGrid"_L1, QAccessible::List},
 };
 
 /// Asked for each class that the object is of, the most derived first.

@@ -29,7 +29,7 @@ def settings(stage):
     for tab in TABS:
         choose(stage, "Settings tabs", tab)
         if tab != "Tools":
-            yield View(f"settings-{tab.lower()}", SETTINGS)
+            yield View(f"settings-{tab.lower()}", SETTINGS, has_pages=tab == "Launcher")
             continue
         for tool in names_in(stage, "Tools"):
             choose(stage, "Tools", tool)

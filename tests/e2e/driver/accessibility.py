@@ -90,6 +90,10 @@ def _texts_of(node):
         return
 
 
+def is_checked(node):
+    return node.get_state_set().contains(Atspi.StateType.CHECKED)
+
+
 def centre(node):
     """The middle of it in root coordinates."""
     box = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN)

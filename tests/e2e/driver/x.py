@@ -58,6 +58,16 @@ class Desktop:
         xtest.fake_input(self.display, X.ButtonRelease, 1)
         self.display.sync()
 
+    def drag(self, start, end, steps=8):
+        """Carries what lies at `start` to `end` with the first button held, as a hand does."""
+        self.move_pointer(*start)
+        xtest.fake_input(self.display, X.ButtonPress, 1)
+        for step in range(1, steps + 1):
+            self.move_pointer(*(a + (b - a) * step // steps for a, b in zip(start, end)))
+            time.sleep(0.02)
+        xtest.fake_input(self.display, X.ButtonRelease, 1)
+        self.display.sync()
+
     def held_keys(self):
         """Key codes that are down; none should be once everything is released."""
         bits = self.display.query_keymap()

@@ -34,6 +34,10 @@ class AccessibleTile final : public QAccessibleWidget {
  public:
   explicit AccessibleTile(ToolTile* tile) : QAccessibleWidget(tile, QAccessible::Button), tile_(*tile) {}
 
+  // A tile that is only arranged starts nothing: it is an entry among others.
+  QAccessible::Role role() const override {
+    return tile_.face().isArranging ? QAccessible::ListItem : QAccessible::Button;
+  }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
     state.focusable = state.selectable = true;
