@@ -35,6 +35,7 @@ class Application:
         self.network = network
         self.home = tempfile.TemporaryDirectory(prefix="vantle-e2e-")
         self.process = None
+        self.successor = None
         home = Path(self.home.name)
         for name in ("data", "config", "cache", "run"):
             (home / name).mkdir(mode=0o700)
@@ -57,7 +58,7 @@ class Application:
 
     @property
     def pid(self):
-        return self.process.pid
+        return self.successor or self.process.pid
 
     def write_settings(self, **settings):
         self.write_json("settings.json", {"onboardingCompleted": True, "privacyAccepted": True} | settings)
@@ -79,6 +80,7 @@ class Application:
 
     def start(self, *arguments):
         command = [self.binary, *arguments]
+        self.successor = None
         with open(self.log_path, "ab") as log:
             self.process = subprocess.Popen(
                 self.network.command(command) if self.network else command,
@@ -142,14 +144,24 @@ class Application:
         self._stop_background()
         self.home.cleanup()
 
+    def follow(self):
+        """Waits until the program has put another one in its place; that is the one to look at from then on."""
+        until("the program ends", lambda: not self.is_running(), 10)
+        self.successor = until("another one answers", self._listener, 10)
+
     def _stop_background(self):
-        """Ends a program that a command has started by itself; the socket tells who listens."""
+        """Ends a program that a command, or another one, has started by itself."""
+        pid = self._listener()
+        if pid:
+            os.kill(pid, signal.SIGTERM)
+            until("the background program ends", lambda: not Path(f"/proc/{pid}").exists())
+
+    def _listener(self):
+        """The process behind the socket; None without one."""
         with socket.socket(socket.AF_UNIX) as connection:
             try:
                 connection.connect(str(self.socket_path))
             except OSError:
-                return
+                return None
             credentials = connection.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, 3 * 4)
-        pid = int.from_bytes(credentials[:4], sys.byteorder)
-        os.kill(pid, signal.SIGTERM)
-        until("the background program ends", lambda: not Path(f"/proc/{pid}").exists())
+        return int.from_bytes(credentials[:4], sys.byteorder)

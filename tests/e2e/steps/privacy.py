@@ -1,0 +1,126 @@
+"""The news after an update, what is sent, the export of the data and its deletion."""
+
+import json
+from contextlib import contextmanager
+from pathlib import Path
+
+from driver.waiting import expect, stays, until
+
+WELCOME = "Welcome"
+NEWS = "What's New"
+SETTINGS = "Settings"
+
+
+def tells_once_what_is_new(world):
+    """After a version change a window says once what is new; later it opens from outside with every version"""
+    with world.another_application() as application:
+        application.write_settings()
+        remember_version(application, "0.0.9")
+        application.start()
+        until("the news are shown", lambda: world.titled(NEWS), 10)
+        world.see("Vantle 0.1.0 is installed")
+        world.see("You had 0.0.9 before.")
+        world.see("Updates come with your package manager.")
+        world.picture("news")
+        world.desktop.press("Escape")
+        until("Escape closes them", lambda: not world.titled(NEWS))
+        application.stop()
+        application.start()
+        application.wait_until_live()
+        stays("the second start says nothing", lambda: not world.windows(), 0.5)
+        application.command("summon", "whats-new")
+        world.see("What's new in Vantle")
+
+
+def welcomes_without_news(world):
+    """While the first run is due, the news wait"""
+    with world.another_application() as application:
+        remember_version(application, "0.0.9")
+        application.start()
+        until("the welcome window is shown", lambda: world.titled(WELCOME), 10)
+        stays("and nothing beside it", lambda: not world.titled(NEWS), 0.3)
+
+
+def shows_what_is_sent(world):
+    """Settings, Privacy: no consent at first, and the very message that would be sent"""
+    with privacy_page(world) as application:
+        world.see("Never on when you're offline.")
+        world.picture("page")
+        world.click_on("Show What Is Sent")
+        world.see('"event": "tool_activated"')
+        install_id = (application.folder / "install-id").read_text().strip()
+        expect("the message has this installation's id", world.shows(f'"installId": "{install_id}"'))
+        world.picture("message")
+        expect("there is no consent", not (application.read_json("app-settings.json") or {}).get("shareUsageStats"))
+
+
+def exports_the_data(world):
+    """An export is a folder with everything but the credentials"""
+    with privacy_page(world) as application:
+        application.write_json("services.json", {"api": "https://api.example", "token": "secret"})
+        chosen = Path(application.home.name) / "chosen"
+        chosen.mkdir()
+        world.click_on("Export…")
+        until("the folder is asked for", lambda: world.titled("Export Vantle's data to"))
+        world.desktop.type(str(chosen), pause=0.01)
+        world.desktop.press("Return")
+        world.see(f"are in {chosen}/Vantle export ")
+        world.picture("exported")
+        [copy] = chosen.iterdir()
+        expect("the commands are in it", (copy / "FrequentCLIs" / "commands.json").is_file())
+        services = json.loads((copy / "services.json").read_text())
+        expect(f"the token is not: {services}", services == {"api": "https://api.example", "token": ""})
+
+
+def deletes_everything_and_starts_anew(world):
+    """Delete All Data asks in place, and ends in the first run with nothing of the old data"""
+    with privacy_page(world) as application:
+        data = application.folder
+        commands = application.read_json("FrequentCLIs/commands.json")
+        world.click_on("Delete All Data…")
+        world.see("This cannot be undone.")
+        world.picture("question")
+        world.desktop.press("Escape")
+        until("Escape takes the question back", lambda: not world.shows("This cannot be undone."))
+        expect("the window is still there", world.titled(SETTINGS))
+        world.click_on("Delete All Data…")
+        world.click_on("Delete Everything")
+        application.follow()
+        until("the welcome window is shown", lambda: world.titled(WELCOME), 10)
+        world.picture("welcome")
+        until("the default commands are written", lambda: application.read_json("FrequentCLIs/commands.json"))
+        expect("they are not the old ones", application.read_json("FrequentCLIs/commands.json") != commands)
+        expect("the settings are gone", not (data / "settings.json").exists() and not (data / "services.json").exists())
+        left = sorted(entry.name for entry in data.parent.iterdir())
+        expect(f"nothing stands beside the new data: {left}", left == ["Vantle"])
+
+
+def remember_version(application, version):
+    """Lets `version` be the one that ran last."""
+    defaults = Path(application.environment["XDG_CONFIG_HOME"]) / "Vantle" / "Vantle.ini"
+    defaults.parent.mkdir(mode=0o700)
+    defaults.write_text(f"[General]\nupdates.lastVersion={version}\n")
+
+
+@contextmanager
+def privacy_page(world):
+    """A program of its own with the page in front."""
+    with world.another_application() as application:
+        application.write_settings()
+        application.write_commands()
+        application.start()
+        application.wait_until_live()
+        world.desktop.press("Ctrl+Alt+comma")
+        until("the settings window is shown", lambda: world.titled(SETTINGS))
+        world.click_on("Privacy")
+        world.see("Your data")
+        yield application
+
+
+STEPS = [
+    tells_once_what_is_new,
+    welcomes_without_news,
+    shows_what_is_sent,
+    exports_the_data,
+    deletes_everything_and_starts_anew,
+]
