@@ -144,9 +144,7 @@ bool ShortcutsWindow::closeIfVisible() {
 
 void ShortcutsWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Escape || !popover_->hasKeyboard()) return TitledWindow::keyPressEvent(event);
-  QWidget* anchor = anchorOf(*told_);
   hidePopover();
-  anchor->setFocus(Qt::OtherFocusReason);
 }
 
 void ShortcutsWindow::mousePressEvent(QMouseEvent*) { hidePopover(); }
@@ -164,6 +162,8 @@ void ShortcutsWindow::tell(std::size_t entry, bool stays) {
 
 void ShortcutsWindow::hidePopover() {
   pointerGone_.stop();
+  // Hiding what has the keyboard would send it on, to a key that tells about itself then.
+  if (told_ && popover_->hasKeyboard()) anchorOf(*told_)->setFocus(Qt::OtherFocusReason);
   told_.reset();
   popover_->hide();
 }

@@ -50,10 +50,36 @@ class X11KeyMapTest : public QObject {
     QCOMPARE(map.keyCode(static_cast<std::uint32_t>(mac)), xcb_keycode_t(code));
   }
 
+  void legendsAreWhatIsPrinted_data() {
+    QTest::addColumn<QByteArray>("layouts");
+    QTest::addColumn<int>("active");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("legend");
+    QTest::newRow("us") << QByteArray("us") << 0 << 45 << QStringLiteral("K");
+    QTest::newRow("de: umlauts") << QByteArray("de") << 0 << 47 << QStringLiteral("Ö");
+    QTest::newRow("de: a letter without upper case") << QByteArray("de") << 0 << 20 << QStringLiteral("ß");
+    QTest::newRow("de: a dead key") << QByteArray("de") << 0 << 49 << QStringLiteral("^");
+    QTest::newRow("fr: digits need Shift, and are printed") << QByteArray("fr") << 0 << 10 << QStringLiteral("1");
+    QTest::newRow("ru beside us: the Latin letter") << QByteArray("us,ru") << 1 << 45 << QStringLiteral("K");
+    QTest::newRow("ru alone") << QByteArray("ru") << 0 << 45 << QStringLiteral("Л");
+    QTest::newRow("gb: the key beside Shift") << QByteArray("gb") << 0 << 94 << QStringLiteral("\\");
+    QTest::newRow("Return types nothing") << QByteArray("us") << 0 << 36 << QString();
+    QTest::newRow("nor does the space bar") << QByteArray("us") << 0 << 65 << QString();
+  }
+  void legendsAreWhatIsPrinted() {
+    QFETCH(QByteArray, layouts);
+    QFETCH(int, active);
+    QFETCH(int, code);
+    QFETCH(QString, legend);
+    const auto map = keyboard(layouts.constData(), static_cast<xkb_layout_index_t>(active));
+    QCOMPARE(map.legend(static_cast<xcb_keycode_t>(code)), legend);
+  }
+
   void oddInput() {
     QVERIFY(!keyboard("us", 0).keyCode(999));
     // A server without the extension: positions.
     QCOMPARE(X11KeyMap(nullptr, 0).keyCode(6), xcb_keycode_t(52));
+    QCOMPARE(X11KeyMap(nullptr, 0).legend(52), QString());
   }
 };
 

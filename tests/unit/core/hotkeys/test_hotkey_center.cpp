@@ -64,6 +64,45 @@ class TestHotkeyCenter : public QObject {
     QCOMPARE(world.activations(u"uplink"_s), 2);
   }
 
+  void whatTheWindowStartsWaitsForItToo() {
+    ToolWorld world;
+    OpenShortcutsWindow window;
+    int started = 0;
+    const auto start = [&started] { ++started; };
+    world.hotkeys.handOver(start);
+    QCOMPARE(started, 1);
+    world.hotkeys.setShortcutsWindow(&window);
+    world.hotkeys.handOver(start);
+    QVERIFY(!window.visible);
+    QCOMPARE(started, 1);
+    world.clock.advance(120ms);
+    QCOMPARE(started, 2);
+  }
+
+  void theApplicationsOwnComeBeforeTools() {
+    World world;
+    int actions = 0;
+    world.settings.update([](AppSettings& settings) { settings.hotkeys[u"uplink"_s] = Hotkey{49, 0x1800}; });
+    world.bootstrap();
+    world.hotkeys.registerAction({49, 0x1800}, [&] { ++actions; });
+    world.hotkeyBackend.press({49, 0x1800});
+    QCOMPARE(actions, 1);
+    QCOMPARE(world.activated, QStringList());
+    QVERIFY(!world.hotkeys.isRegistered(u"uplink"_s));
+  }
+
+  void aCombinationThatBecomesFreeIsTaken() {
+    ToolWorld world;
+    world.hotkeys.setHotkey(kUplink, u"promptify"_s);
+    QVERIFY(!world.hotkeys.isRegistered(u"promptify"_s));
+    world.registry.setEnabled(u"uplink"_s, false);
+    QVERIFY(world.hotkeys.isRegistered(u"promptify"_s));
+    world.registry.setEnabled(u"uplink"_s, true);
+    QVERIFY(!world.hotkeys.isRegistered(u"uplink"_s));
+    world.hotkeys.resetHotkey(u"promptify"_s);
+    QVERIFY(world.hotkeys.isRegistered(u"uplink"_s) && world.hotkeys.isRegistered(u"promptify"_s));
+  }
+
   void rebindingIsStoredAndResettable() {
     ToolWorld world;
     world.hotkeys.setHotkey(kOther, u"uplink"_s);
