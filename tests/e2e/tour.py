@@ -10,10 +10,18 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import launcher, menu, onboarding, palette, privacy, settings
+from steps import launcher, menu, onboarding, palette, privacy, settings, shortcuts
 from steps.launcher import Skipped
 
-STEPS = [*palette.STEPS, *launcher.STEPS, *menu.STEPS, *settings.STEPS, *onboarding.STEPS, *privacy.STEPS]
+STEPS = [
+    *palette.STEPS,
+    *launcher.STEPS,
+    *menu.STEPS,
+    *settings.STEPS,
+    *shortcuts.STEPS,
+    *onboarding.STEPS,
+    *privacy.STEPS,
+]
 
 
 def main():

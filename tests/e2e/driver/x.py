@@ -40,6 +40,16 @@ class Desktop:
             xtest.fake_input(self.display, X.KeyRelease, code)
         self.display.sync()
 
+    def hold(self, combination):
+        for part in combination.split("+"):
+            xtest.fake_input(self.display, X.KeyPress, self._code(part))
+        self.display.sync()
+
+    def release(self, combination):
+        for part in reversed(combination.split("+")):
+            xtest.fake_input(self.display, X.KeyRelease, self._code(part))
+        self.display.sync()
+
     def type(self, text, pause=0.0):
         """Types characters one by one, `pause` seconds apart."""
         for character in text:
