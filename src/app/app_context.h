@@ -12,6 +12,7 @@
 #include "core/settings/app_preferences.h"
 #include "core/settings/app_settings.h"
 #include "core/settings/folders.h"
+#include "core/tools/shortcut_entry.h"
 #include "core/tools/tool_registry.h"
 #include "platform/platform.h"
 #include "services/services.h"
@@ -33,4 +34,6 @@ struct AppContext {
   Services& services;
   Analytics& analytics;
   DataEraser& eraser;
+
+  ShortcutSources shortcutSources() const { return {registry, hotkeys, network, *platform.systemInfo}; }
 };

@@ -1,6 +1,6 @@
 #include "app/settings/shortcut_controls.h"
 
-#include "app/shortcuts/shortcut_entry.h"
+#include "core/tools/shortcut_entry.h"
 #include "core/ui/hotkey_recorder_view.h"
 
 using namespace Qt::StringLiterals;
@@ -14,5 +14,5 @@ QWidget* makeRecorder(AppContext& context, const Tool& tool) {
 }
 
 QString refusalText(const AppContext& context, const QString& toolID) {
-  return shortcutObstacle(sourcesOf(context), toolID);
+  return shortcutObstacle(context.shortcutSources(), toolID);
 }

@@ -6,7 +6,7 @@
 
 #include "app/settings/settings_form.h"
 #include "app/settings/shortcut_controls.h"
-#include "app/shortcuts/shortcut_entry.h"
+#include "core/tools/shortcut_entry.h"
 #include "core/ui/icon_tile_view.h"
 #include "core/ui/theme.h"
 
@@ -68,7 +68,7 @@ QPushButton* ShortcutSettingRow::makeReset() {
 }
 
 void ShortcutSettingRow::follow() {
-  const ShortcutSources sources = sourcesOf(context_);
+  const ShortcutSources sources = context_.shortcutSources();
   obstacle_->setText(shortcutObstacle(sources, tool_.id()));
   obstacle_->setVisible(!obstacle_->text().isEmpty());
   offered_ = isTakenElsewhere(sources, tool_.id()) ? context_.hotkeys.freeHotkey() : std::nullopt;

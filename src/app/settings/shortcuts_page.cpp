@@ -6,7 +6,7 @@
 #include "app/settings/reset_all_control.h"
 #include "app/settings/settings_form.h"
 #include "app/settings/shortcut_setting_row.h"
-#include "app/shortcuts/shortcut_entry.h"
+#include "core/tools/shortcut_entry.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/icon_tile_view.h"
 #include "core/ui/key_caps.h"
@@ -36,7 +36,7 @@ QWidget* makeOwnTexts(AppContext& context, const AppShortcut& shortcut) {
   column->addWidget(name);
   column->addWidget(obstacle);
   const auto follow = [&context, &shortcut, obstacle] {
-    const QString text = shortcutObstacle(sourcesOf(context), shortcut);
+    const QString text = shortcutObstacle(context.shortcutSources(), shortcut);
     obstacle->setText(text.isEmpty() ? QString() : text + u" The menu leads there too."_s);
     obstacle->setVisible(!text.isEmpty());
   };

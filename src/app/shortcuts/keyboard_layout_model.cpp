@@ -73,11 +73,19 @@ KeyboardLayoutModel::KeyboardLayoutModel(ShortcutSources sources, KeyLegends& le
   connect(&sources_.registry, &ToolRegistry::changed, this, &KeyboardLayoutModel::refresh);
   connect(&sources_.hotkeys, &HotkeyCenter::changed, this, &KeyboardLayoutModel::refresh);
   connect(&sources_.network, &NetworkMonitor::changed, this, &KeyboardLayoutModel::refresh);
-  legends_.watch([this] { refresh(); });
   refresh();
 }
 
 KeyboardLayoutModel::~KeyboardLayoutModel() { legends_.watch({}); }
+
+void KeyboardLayoutModel::followLayout(bool following) {
+  if (!following) {
+    legends_.watch({});
+    return;
+  }
+  legends_.watch([this] { refresh(); });
+  refresh();
+}
 
 void KeyboardLayoutModel::setHeld(std::uint32_t carbonModifiers) {
   if (std::exchange(held_, carbonModifiers) != carbonModifiers) Q_EMIT heldChanged();

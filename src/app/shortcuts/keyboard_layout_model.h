@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "app/shortcuts/keyboard_geometry.h"
-#include "app/shortcuts/shortcut_entry.h"
+#include "core/tools/shortcut_entry.h"
 
 /// What a drawn key stands for at the moment.
 enum class KeyMark { none, tool, application };
@@ -31,6 +31,10 @@ class KeyboardLayoutModel : public QObject {
 
   KeyboardLayoutModel(ShortcutSources sources, KeyLegends& legends);
   ~KeyboardLayoutModel() override;
+
+  /// Whether changes of the layout are followed. Typing borrows keys, which changes it too: a keyboard that nobody sees
+  /// should not read it each time.
+  void followLayout(bool following);
 
   const std::vector<Key>& keys() const { return keys_; }
   const std::vector<ShortcutEntry>& entries() const { return entries_; }

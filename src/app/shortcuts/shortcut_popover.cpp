@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "app/settings/settings_form.h"
+#include "core/ui/icon.h"
 #include "core/ui/icon_tile_view.h"
 #include "core/ui/key_caps.h"
 #include "core/ui/theme.h"
@@ -24,6 +25,7 @@ constexpr int kShadow = 14;
 constexpr int kArrow = 8;
 constexpr int kPadding = 2 * Theme::kGrid;
 constexpr int kRadius = 10;
+constexpr int kNoteIcon = 14;
 
 /// A small shadow: that of panels reaches further than this card's margin.
 void paintShadow(QPainter& painter, const QRectF& card, QColor color) {
@@ -105,14 +107,23 @@ void ShortcutPopover::fillNotes(const QString& also) {
     delete item->widget();
     delete item;
   }
-  QStringList notes = entry_.obstacles;
-  if (!also.isEmpty()) notes.append(also);
-  for (const QString& note : notes) {
-    QLabel* label = makeDetailLabel(note, this);
-    label->setForegroundRole(QPalette::WindowText);
-    label->show();
-    notes_->addWidget(label);
-  }
+  for (const QString& obstacle : entry_.obstacles) addNote(obstacle, u"exclamationmark.triangle.fill"_s);
+  if (!also.isEmpty()) addNote(also, u"keyboard"_s);
+}
+
+void ShortcutPopover::addNote(const QString& text, const QString& symbol) {
+  auto* note = new QWidget;
+  auto* row = new QHBoxLayout(note);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(Theme::kGrid);
+  auto* icon = new QLabel;
+  icon->setPixmap(symbolPixmap(symbol, kNoteIcon, themeOf(*this).secondary, devicePixelRatioF()));
+  QLabel* label = makeDetailLabel(text);
+  label->setForegroundRole(QPalette::WindowText);
+  row->addWidget(icon, 0, Qt::AlignTop);
+  row->addWidget(label, 1);
+  notes_->addWidget(note);
+  note->show();
 }
 
 void ShortcutPopover::showAt(const QRect& anchor) {

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "app/shortcuts/shortcut_entry.h"
+#include "core/tools/shortcut_entry.h"
 
 class IconTileView;
 class KeyCaps;
@@ -42,6 +42,7 @@ class ShortcutPopover : public QWidget {
   QWidget* makeHead();
   QWidget* makeButtons();
   void fillNotes(const QString& also);
+  void addNote(const QString& text, const QString& symbol);
   QRect cardRect() const;
 
   ShortcutEntry entry_;

@@ -47,7 +47,7 @@ void run(AppContext& context, AppAction action) {
 ShortcutsWindow::ShortcutsWindow(AppContext& context, ModifierWatch::Query query)
     : TitledWindow(u"Keyboard Shortcuts"_s),
       context_(context),
-      model_(sourcesOf(context), *context.platform.keyLegends),
+      model_(context.shortcutSources(), *context.platform.keyLegends),
       modifiers_(*this, std::move(query)),
       keyboard_(new KeyboardView(model_)),
       list_(new ShortcutList(model_)),
@@ -149,7 +149,12 @@ void ShortcutsWindow::keyPressEvent(QKeyEvent* event) {
 
 void ShortcutsWindow::mousePressEvent(QMouseEvent*) { hidePopover(); }
 
-void ShortcutsWindow::hideEvent(QHideEvent*) { hidePopover(); }
+void ShortcutsWindow::showEvent(QShowEvent*) { model_.followLayout(true); }
+
+void ShortcutsWindow::hideEvent(QHideEvent*) {
+  hidePopover();
+  model_.followLayout(false);
+}
 
 void ShortcutsWindow::tell(std::size_t entry, bool stays) {
   pointerGone_.stop();

@@ -28,6 +28,7 @@ class ShortcutsWindow : public TitledWindow, public ShortcutsWindowGate {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

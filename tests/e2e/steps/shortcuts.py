@@ -4,6 +4,7 @@ import time
 from contextlib import contextmanager
 
 from driver import accessibility
+from driver.display import run
 from driver.waiting import expect, stays, until
 from steps.settings import bindings, grabbed
 
@@ -121,6 +122,29 @@ def names_what_a_shortcut_collides_with(world):
         world.see("U, Ctrl+Alt: Image to URL")
 
 
+def is_drawn_as_the_keyboard_is(world):
+    """With another layout the key moves to where it is pressed"""
+    with world.another_application() as application:
+        application.write_settings(hotkeys={"feedback": {"keyCode": 6, "carbonModifiers": 0x1800}})
+        application.start()
+        application.wait_until_live()
+        open_keyboard(world)
+        below = middle_of(world, "Z, Ctrl+Alt: Feedback")
+        try:
+            run("setxkbmap", "de")
+            until("Z is drawn above A", lambda: middle_of(world, "Z, Ctrl+Alt: Feedback") < below, interval=0.05)
+            world.picture("german")
+        finally:
+            run("setxkbmap", "us")
+        until("Z is back", lambda: middle_of(world, "Z, Ctrl+Alt: Feedback") == below, interval=0.05)
+
+
+def middle_of(world, name):
+    """How far down it is drawn."""
+    node = until(f"{name!r} is drawn", lambda: accessibility.find(world.application.pid, name))
+    return accessibility.centre(node)[1]
+
+
 def goes_dark_too(world):
     """Keyboard and page in the dark appearance"""
     with world.another_application() as application:
@@ -214,5 +238,6 @@ STEPS = [
     makes_way_for_a_tool,
     starts_a_tool_by_its_key,
     names_what_a_shortcut_collides_with,
+    is_drawn_as_the_keyboard_is,
     goes_dark_too,
 ]

@@ -116,6 +116,7 @@ class TestKeyboardLayoutModel : public QObject {
 
   void keysAreWhereTheUserPressesThem() {
     Stage stage;
+    stage.model.followLayout(true);
     QCOMPARE(stage.key(16).legend, u"Z"_s);
     QCOMPARE(stage.key(36).legend, u"↩"_s);
     stage.hotkeys.setHotkey(Hotkey{6, kControlOption}, u"feedback"_s);
@@ -129,6 +130,8 @@ class TestKeyboardLayoutModel : public QObject {
     stage.legends.changed();
     QVERIFY(std::ranges::none_of(stage.model.keys(),
                                  [](const auto& key) { return key.place.keyCode == keycode::kIsoKey; }));
+    stage.model.followLayout(false);
+    QVERIFY(!stage.legends.changed);
   }
 
   void saysWhatStandsInTheWay() {

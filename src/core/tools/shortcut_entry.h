@@ -8,7 +8,6 @@
 
 #include "core/hotkeys/app_shortcuts.h"
 
-struct AppContext;
 class HotkeyCenter;
 class NetworkMonitor;
 class SystemInfo;
@@ -21,8 +20,6 @@ struct ShortcutSources {
   NetworkMonitor& network;
   const SystemInfo& system;
 };
-
-ShortcutSources sourcesOf(const AppContext& context);
 
 /// One shortcut, of a tool or of the application itself, as people are told about it.
 struct ShortcutEntry {

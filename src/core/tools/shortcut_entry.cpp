@@ -1,8 +1,10 @@
-#include "app/shortcuts/shortcut_entry.h"
+#include "core/tools/shortcut_entry.h"
 
 #include <algorithm>
 
-#include "app/app_context.h"
+#include "core/hotkeys/hotkey_center.h"
+#include "core/tools/tool_registry.h"
+#include "platform/system_info.h"
 
 using namespace Qt::StringLiterals;
 
@@ -55,10 +57,6 @@ ShortcutEntry applicationEntry(const ShortcutSources& sources, const AppShortcut
 }
 
 }  // namespace
-
-ShortcutSources sourcesOf(const AppContext& context) {
-  return {context.registry, context.hotkeys, context.network, *context.platform.systemInfo};
-}
 
 std::vector<ShortcutEntry> shortcutEntries(const ShortcutSources& sources) {
   std::vector<ShortcutEntry> entries;
