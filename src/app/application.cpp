@@ -19,6 +19,7 @@
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
 #include "app/updates/whats_new_window.h"
+#include "app/usage/usage_window.h"
 #include "base/logging.h"
 #include "core/net/analytics.h"
 #include "core/ui/appearance.h"
@@ -130,6 +131,7 @@ Application::Parts::Parts(Application& owner)
            }),
       server([&owner](const QJsonObject& request) { return owner.answer(request); }) {
   windows.add(AppWindow::settings, [this] { return std::make_unique<SettingsWindow>(context, selection); });
+  windows.add(AppWindow::usage, [this] { return std::make_unique<UsageWindow>(services.quota, services.quotaClient); });
   windows.add(AppWindow::whatsNew, [this] {
     return std::make_unique<WhatsNewWindow>(update, *platform.updater, WhatsNewWindow::shippedChangelog());
   });

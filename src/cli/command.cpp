@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array kCommands = {
-    Command{"summon"_L1, "<tool-id>|launcher|menu|settings"_L1, "start a tool in the running application"_L1,
+    Command{"summon"_L1, "<tool-id>|launcher|menu|settings|usage"_L1, "start a tool in the running application"_L1,
             runSummon},
     Command{"tools"_L1, "[--json]"_L1, "list the tools in the grid's order"_L1, runTools},
     Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},

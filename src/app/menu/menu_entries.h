@@ -8,7 +8,7 @@
 #include "core/presenters/window_opener.h"
 
 /// What the menu offers beside the tools, in its order.
-enum class MenuEntry { keyboardShortcuts, settings, whatsNew, quit };
+enum class MenuEntry { usage, keyboardShortcuts, settings, whatsNew, quit };
 
 struct MenuEntryInfo {
   MenuEntry entry;
@@ -20,6 +20,7 @@ struct MenuEntryInfo {
 };
 
 inline constexpr std::array kMenuEntries = {
+    MenuEntryInfo{MenuEntry::usage, u"Usage", QLatin1StringView("gauge.with.dots.needle.67percent"), AppWindow::usage},
     MenuEntryInfo{MenuEntry::keyboardShortcuts, u"Keyboard Shortcuts", QLatin1StringView("keyboard"),
                   AppWindow::keyboardShortcuts},
     MenuEntryInfo{MenuEntry::settings, u"Settings…", QLatin1StringView("gearshape"), AppWindow::settings},

@@ -147,8 +147,10 @@ QVariant MenuModel::data(const QModelIndex& index, int role) const {
   const MenuRow& row = rows_[static_cast<std::size_t>(index.row())];
   switch (role) {
     case Qt::DisplayRole:
-    case Qt::AccessibleTextRole:
       return row.title;
+    case Qt::AccessibleTextRole:
+      // What the line says to the eye.
+      return row.kind == MenuRow::Kind::separator ? u"Application"_s : row.title;
     case Qt::AccessibleDescriptionRole:
       return description(row);
     case Qt::ToolTipRole:

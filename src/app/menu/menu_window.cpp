@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 MenuWindow::MenuWindow(MenuController& controller, PanelWindow& native, IconGeometry iconGeometry)
     : iconGeometry_(std::move(iconGeometry)), panel_(native, {}), view_(new MenuView(controller)) {
-  panel_.setWindowTitle(u"Vantle"_s);
+  panel_.setWindowTitle(u"Vantle Menu"_s);
   panel_.setContent(view_);
   panel_.setKeyHandler([&controller](const KeyPress& press) { return controller.handleKey(press); });
   connect(&panel_, &PalettePanel::resignedKey, &controller, &MenuController::resign);

@@ -5,7 +5,7 @@
 #include <array>
 
 /// The ordinary windows of the application.
-enum class AppWindow { settings, keyboardShortcuts, whatsNew, onboarding, permissions };
+enum class AppWindow { settings, usage, keyboardShortcuts, whatsNew, onboarding, permissions };
 
 /// A window and the name under which `vantle summon` knows it.
 struct AppWindowName {
@@ -15,6 +15,7 @@ struct AppWindowName {
 
 inline constexpr std::array kAppWindowNames = {
     AppWindowName{AppWindow::settings, QLatin1StringView("settings")},
+    AppWindowName{AppWindow::usage, QLatin1StringView("usage")},
     AppWindowName{AppWindow::keyboardShortcuts, QLatin1StringView("shortcuts")},
     AppWindowName{AppWindow::whatsNew, QLatin1StringView("whats-new")},
     AppWindowName{AppWindow::onboarding, QLatin1StringView("welcome")},

@@ -51,14 +51,15 @@ def choose(stage, name, row):
 
 def windows(stage):
     """Those that are one page."""
-    for name, title in {"shortcuts": "Keyboard Shortcuts", "whats-new": "What's New", "permissions": "Permissions"}.items():
+    titles = {"shortcuts": "Keyboard Shortcuts", "usage": "Usage", "whats-new": "What's New", "permissions": "Permissions"}
+    for name, title in titles.items():
         stage.open(name, title)
         yield View(name, title)
         stage.close_window(title)
 
 
 def panels(stage):
-    for name, title in {"launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs"}.items():
+    for name, title in {"menu": "Vantle Menu", "launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs"}.items():
         stage.summon(name)
         until(f"“{title}” is shown", lambda: stage.shape(title))
         yield View(name, title, has_tab=False, has_pages=name == "launcher")

@@ -147,7 +147,10 @@ class Desktop:
         return sum(colours) / len(colours)
 
     def pixels(self, x, y, width, height):
-        """What is on that part of the screen, four bytes a pixel."""
+        """What is on that part of the screen, four bytes a pixel; a panel's margin may reach beyond its edges."""
+        right, bottom = (min(end, size) for end, size in zip((x + width, y + height), self.screen_size))
+        x, y = max(x, 0), max(y, 0)
+        width, height = right - x, bottom - y
         return self.root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
 
     @property

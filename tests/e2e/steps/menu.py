@@ -115,6 +115,20 @@ def opens_without_a_tray(world):
     until("it is closed", lambda: not menu(world))
 
 
+def shows_the_usage(world):
+    """The menu's Usage opens the usage window, which says plainly that no service has told anything yet"""
+    world.quiet()
+    summon(world)
+    until("the menu is shown", lambda: menu(world))
+    world.desktop.type("usage", pause=0.01)
+    world.desktop.press("Return")
+    window = until("the usage window is shown", lambda: world.titled("Usage"))
+    expect(f"it is 440 by 440: {window}", (window.width, window.height) == (440, 440))
+    world.see("No usage loaded yet.")
+    world.picture("empty")
+    world.close_window("Usage")
+
+
 def summon(world):
     result = world.application.command("summon", "menu")
     expect(f"summon succeeds: {result.stderr.strip()}", result.returncode == 0)
@@ -145,4 +159,4 @@ def is_dark_and_quits(world):
             world.network.go_online()
 
 
-STEPS = [opens_at_the_tray_icon, closes_by_the_icon, opens_without_a_tray, is_dark_and_quits]
+STEPS = [opens_at_the_tray_icon, closes_by_the_icon, opens_without_a_tray, shows_the_usage, is_dark_and_quits]
