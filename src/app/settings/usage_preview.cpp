@@ -55,7 +55,7 @@ QWidget* makeUsagePreview(const Analytics& analytics) {
   column->addWidget(
       makeDetailLabel(u"One such message each time you start a tool, and one without “tool” each time Vantle starts. "
                       u"If you have entered "
-                      u"a credential in General, the request is signed with it."_s));
+                      u"a credential in General, the request carries it."_s));
   auto* toggle = new QPushButton(u"Show What Is Sent"_s);
   toggle->setAccessibleName(toggle->text());
   auto* row = new UnfoldingRow(u"What an event looks like"_s, u"Of this installation, as it would be sent now."_s,

@@ -159,7 +159,7 @@ std::expected<void, DataExportError> DataExport::check() const {
 std::expected<QString, DataExportError> DataExport::putInPlace(const QString& partial) const {
   const QString first = destination_ + u"/Vantle export "_s + day_.toString(Qt::ISODate);
   for (int number = 1; number <= kMostExports; ++number) {
-    const QString path = number == 1 ? first : first + u" %1"_s.arg(number);
+    QString path = number == 1 ? first : first + u" %1"_s.arg(number);
     const QFileInfo info(path);
     if (info.exists() || info.isSymLink()) continue;
     if (QDir().rename(partial, path)) return path;
