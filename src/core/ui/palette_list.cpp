@@ -1,6 +1,19 @@
 #include "core/ui/palette_list.h"
 
+#include "core/ui/accessible_rows.h"
+
+namespace {
+
+QAccessibleInterface* accessibleList(const QString&, QObject* object) {
+  auto* list = qobject_cast<PaletteList*>(object);
+  return list ? new AccessibleRows(list) : nullptr;
+}
+
+}  // namespace
+
 PaletteList::PaletteList(const QString& name, QWidget* parent) : QListView(parent) {
+  static const bool installed = (QAccessible::installFactory(accessibleList), true);
+  Q_UNUSED(installed)
   setAccessibleName(name);
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::NoFocus);

@@ -3,6 +3,7 @@
 import subprocess
 from contextlib import contextmanager
 
+from driver import accessibility
 from driver.waiting import expect, stays, until
 from steps.palette import text_of
 
@@ -35,6 +36,12 @@ def menu(world):
     return next((window for window in world.windows() if window.width == MENU_WIDTH), None)
 
 
+def brightest(world, window):
+    """The brightest colour channel in a window's area, 0 to 255."""
+    pixels = world.desktop.pixels(window.x, window.y, window.width, window.height)
+    return max(byte for index, byte in enumerate(pixels) if index % 4 != 3)
+
+
 def click(world, window):
     world.desktop.click(window.x + window.width // 2, window.y + window.height // 2)
 
@@ -46,6 +53,7 @@ def opens_at_the_tray_icon(world):
         world.terminal.focus()
         world.terminal.forget()
         at = until("the icon is in the tray", lambda: icon(world), 10)
+        until("it is drawn light on the dark tray", lambda: brightest(world, at) > 240)
         click(world, at)
         shown = until("the menu is shown", lambda: menu(world))
         margin = 48
@@ -116,12 +124,12 @@ def opens_without_a_tray(world):
 
 
 def shows_the_usage(world):
-    """The menu's Usage opens the usage window, which says plainly that no service has told anything yet"""
+    """Usage, pressed as a screen reader does, opens the usage window, which says that no service has told anything"""
     world.quiet()
     summon(world)
     until("the menu is shown", lambda: menu(world))
-    world.desktop.type("usage", pause=0.01)
-    world.desktop.press("Return")
+    row = until("a screen reader finds the row", lambda: accessibility.find(world.application.pid, "Usage"))
+    expect("and can press it", row.get_action_iface().do_action(0))
     window = until("the usage window is shown", lambda: world.titled("Usage"))
     expect(f"it is 440 by 440: {window}", (window.width, window.height) == (440, 440))
     world.see("No usage loaded yet.")

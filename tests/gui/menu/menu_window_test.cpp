@@ -124,7 +124,7 @@ class MenuWindowTest : public QObject {
     QVERIFY(!menu.controller.isShown());
   }
 
-  void aScreenReaderReadsTheRows() {
+  void aScreenReaderReadsAndPressesTheRows() {
     ShownMenu menu;
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&menu.list());
     QCOMPARE(list->role(), QAccessible::List);
@@ -134,7 +134,20 @@ class MenuWindowTest : public QObject {
     QCOMPARE(row->role(), QAccessible::ListItem);
     QCOMPARE(row->text(QAccessible::Name), u"Image to URL"_s);
     QCOMPARE(row->text(QAccessible::Description), u"Ctrl+Alt+U"_s);
+    QCOMPARE(list->indexOfChild(row), 1);
+    QCOMPARE(list->childAt(row->rect().center().x(), row->rect().center().y()), row);
     QVERIFY(list->child(0)->state().selected);
+    QVERIFY(!row->state().selected);
+    QCOMPARE(list->child(14)->role(), QAccessible::Separator);
+
+    // Numbers stay, rows come and go.
+    QTest::keyClicks(&menu.panel(), u"feed"_s);
+    QCOMPARE(list->childCount(), 1);
+    QVERIFY(!row->isValid());
+    QCOMPARE(list->child(0)->text(QAccessible::Name), u"Feedback"_s);
+    list->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    menu.clock.advance(1ms);
+    QCOMPARE(menu.activated, QStringList{u"feedback"_s});
   }
 };
 
