@@ -5,7 +5,7 @@ import argparse
 import sys
 import time
 
-from audit import rules, views
+from audit import changes, rules, views
 from audit.stage import LOOKS, Stage
 from audit.walk import Walk
 from driver.display import PrivateDisplay
@@ -21,6 +21,7 @@ def main():
     pictures = emptied(options.pictures)
     with PrivateDisplay(screen="3840x2160") as display:
         faults = [fault for look in LOOKS for fault in examine_all(display, options.vantle, pictures, look)]
+        faults += change_all(display, options.vantle, pictures)
     print(f"{len(faults)} faults" if faults else "Every window is as it should be")
     return 1 if faults else 0
 
@@ -33,7 +34,7 @@ def arguments():
 
 
 def examine_all(display, binary, pictures, look):
-    """The faults of all windows in one look, each printed where it stands."""
+    """The faults of all windows in one look."""
     started = time.monotonic()
     stage = Stage(display, binary, pictures, look)
     examined, faults = 0, []
@@ -47,11 +48,28 @@ def examine_all(display, binary, pictures, look):
         faults.append(f"after {examined} windows and pages: {failure}")
     finally:
         stage.close()
-    result = "failed" if faults else "ok"
-    print(f"{result:8}{time.monotonic() - started:5.1f} s  {stage.name}: {examined} windows and pages", flush=True)
+    report(started, f"{stage.name}: {examined} windows and pages", faults)
+    return faults
+
+
+def change_all(display, binary, pictures):
+    started = time.monotonic()
+    stage = Stage(display, binary, pictures, LOOKS[0])
+    stage.application.write_settings()
+    try:
+        faults = changes.faults(stage)
+    except StepFailed as failure:
+        faults = [str(failure)]
+    finally:
+        stage.close()
+    report(started, "every switch and list changes something, is saved, and is kept over a restart", faults)
+    return faults
+
+
+def report(started, what, faults):
+    print(f"{'failed' if faults else 'ok':8}{time.monotonic() - started:5.1f} s  {what}", flush=True)
     for fault in faults:
         print(f"    {fault}", flush=True)
-    return faults
 
 
 def examine(stage, view):

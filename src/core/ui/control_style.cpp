@@ -130,9 +130,6 @@ QRect ControlStyle::subControlRect(ComplexControl control, const QStyleOptionCom
 }
 
 QRect ControlStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
-  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-  // A box without a text of its own, as a switch is, is all of its widget; screen readers ask for this place.
-  if (element == SE_CheckBoxClickRect && button && button->text.isEmpty()) return option->rect;
   const QRect rect = QProxyStyle::subElementRect(element, option, widget);
   return element == SE_LineEditContents && hasOwnGround(*option) ? rect.adjusted(kTextInset, 0, -kTextInset, 0) : rect;
 }

@@ -1,5 +1,6 @@
 #include "core/ui/toggle_switch.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 
 #include "core/ui/theme.h"
@@ -9,9 +10,45 @@ namespace {
 constexpr QSize kTrack(36, 20);
 constexpr qreal kRingLine = 2;
 
+/// A check box to screen readers, whose "toggle" is a click: whoever listens for clicks hears it as well. Its place is
+/// all of the switch, not that of a small mark.
+class AccessibleSwitch final : public QAccessibleWidget {
+ public:
+  explicit AccessibleSwitch(ToggleSwitch* control) : QAccessibleWidget(control, QAccessible::CheckBox) {}
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = true;
+    state.checked = control()->isChecked();
+    return state;
+  }
+
+  QStringList actionNames() const override {
+    if (!control()->isEnabled()) return {};
+    return {toggleAction(), setFocusAction()};
+  }
+
+  void doAction(const QString& name) override {
+    if (name == toggleAction())
+      control()->click();
+    else
+      QAccessibleWidget::doAction(name);
+  }
+
+ private:
+  ToggleSwitch* control() const { return static_cast<ToggleSwitch*>(widget()); }
+};
+
+QAccessibleInterface* accessibleSwitch(const QString&, QObject* object) {
+  auto* control = qobject_cast<ToggleSwitch*>(object);
+  return control ? new AccessibleSwitch(control) : nullptr;
+}
+
 }  // namespace
 
 ToggleSwitch::ToggleSwitch(const QString& name, QWidget* parent) : QCheckBox(parent) {
+  static const bool installed = (QAccessible::installFactory(accessibleSwitch), true);
+  Q_UNUSED(installed)
   setAccessibleName(name);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

@@ -88,6 +88,26 @@ class Control:
         """Asked anew: the rest of it is of the moment at which the tree was read."""
         return states_of(self.node).contains(FOCUSED)
 
+    def is_checked(self):
+        return states_of(self.node).contains(CHECKED)
+
+    @property
+    def is_sensitive(self):
+        return self.has(SENSITIVE)
+
+    @property
+    def label(self):
+        """What stands beside it as its label; of a combo box the name is the chosen entry. Else its name."""
+        labels = (
+            relation.get_target(0).get_name()
+            for relation in self.node.get_relation_set()
+            if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
+        )
+        return next(labels, self.name)
+
+    def fresh_name(self):
+        return self.node.get_name()
+
     def is_selected(self):
         return states_of(self.node).contains(SELECTED)
 

@@ -42,11 +42,18 @@ def names_in(stage, name):
 
 
 def choose(stage, name, row):
-    """Clicks a row of a list, and waits until it is chosen."""
+    """Clicks a row of a list unless it is chosen already, and waits for the page with its name."""
     rows = stage.wait_for(SETTINGS, name, "list").children
     entry = next(entry for entry in rows if entry.name == row)
-    stage.click(entry)
-    until(f"{row} is chosen", lambda: entry.is_selected())
+    if not entry.is_selected():
+        stage.click(entry)
+        until(f"{row} is chosen", entry.is_selected)
+    until(f"the page {row} is shown", lambda: has_page(stage, row))
+
+
+def has_page(stage, name):
+    window = stage.readable(SETTINGS) or ()
+    return any(control.name == name and control.role != "list item" for control in window)
 
 
 def windows(stage):
