@@ -75,7 +75,7 @@ def report(started, what, faults):
 def examine(stage, view):
     stage.picture(view.name, stage.shape(view.title))
     window = stage.tree(view.title)
-    faults = list(rules.faults(window, view.has_pages))
+    faults = list(rules.faults(window))
     if view.has_tab and stage.look in WALKED:
         faults += Walk(stage, window).take()
     return faults

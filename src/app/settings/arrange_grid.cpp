@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 
 #include "app/settings/settings_form.h"
+#include "core/ui/accessible_roles.h"
 #include "core/ui/key_event.h"
 #include "core/ui/launcher/page_dots.h"
 #include "core/ui/launcher/tool_grid.h"
@@ -21,6 +22,7 @@ constexpr int kPinSize = 12;
 ArrangeGrid::ArrangeGrid(AppContext& context)
     : controller_({context.registry, context.network, *context.platform.sounds, context.clock}),
       grid_(new ToolGrid(controller_, *context.platform.systemInfo, this)) {
+  setAccessibleRole(*this, QAccessible::List);
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(u"Arrange your grid"_s);
   setAccessibleDescription(u"Arrows choose a tool; with Control they carry it, Control P pins it."_s);

@@ -1,5 +1,9 @@
 #pragma once
 
-/// From then on screen readers take our windows for windows, and lists and areas to read in for such: as plain widgets
-/// they would be boxes among others.
-void installAccessibleRoles();
+#include <QAccessible>
+
+class QWidget;
+
+/// Tells screen readers what a plain widget is: a window, a list. Without it they take it for a box among others.
+/// Call it from the constructor: later it may have been asked already.
+void setAccessibleRole(QWidget& widget, QAccessible::Role role);

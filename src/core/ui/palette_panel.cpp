@@ -27,7 +27,7 @@ PalettePanel::PalettePanel(PanelWindow& native, QSize size, QWidget* parent)
       native_(native),
       translucent_(native.isTranslucencyAvailable()),
       card_(new CardFrame(Theme::kPanelMargin, translucent_, this)) {
-  installAccessibleRoles();
+  setAccessibleRole(*this, QAccessible::Dialog);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_InputMethodEnabled);

@@ -8,7 +8,7 @@
 #include "core/ui/theme.h"
 
 ReadingArea::ReadingArea(const QString& name, QWidget* parent) : QScrollArea(parent) {
-  installAccessibleRoles();
+  setAccessibleRole(*this, QAccessible::Pane);
   setAccessibleName(name);
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);

@@ -10,7 +10,7 @@
 using namespace Qt::StringLiterals;
 
 TitledWindow::TitledWindow(const QString& title) {
-  installAccessibleRoles();
+  setAccessibleRole(*this, QAccessible::Window);
   setWindowTitle(title);
   setWindowIcon(QIcon(u":/icons/vantle.svg"_s));
 }

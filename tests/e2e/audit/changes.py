@@ -46,9 +46,11 @@ def use_all(stage):
 
 
 def usable(stage, view):
-    """The switches and lists of a page, each with words for where it is."""
+    """The switches and lists of a page, each with words for where it is; of equal rows those of the first."""
+    seen = set()
     for control in stage.tree(SETTINGS):
-        if control.role in SWITCHES | LISTS and control.is_sensitive:
+        if control.role in SWITCHES | LISTS and control.is_sensitive and control.label not in seen:
+            seen.add(control.label)
             yield f"{view.name}: {control.surroundings}: {control.label}", control
 
 

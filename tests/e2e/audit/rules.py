@@ -2,7 +2,7 @@
 
 from collections import Counter
 
-from .tree import FOCUSABLE, ITEMS
+from .tree import FOCUSABLE, ITEMS, SELECTABLE
 
 CONTROLS = {
     "push button", "toggle button", "check box", "radio button", "combo box", "spin button", "slider", "text",
@@ -15,9 +15,8 @@ ACTIVE = {"Press", "Toggle", "ShowMenu", "Increase"}
 SLACK = 1
 
 
-def faults(window, has_pages=False):
-    cut_off = [] if has_pages else outside(window)
-    return [*unnamed(window), *odd_roles(window), *twins(window), *cut_off, *overlapping(window)]
+def faults(window):
+    return [*unnamed(window), *odd_roles(window), *twins(window), *outside(window), *overlapping(window)]
 
 
 def unnamed(window):
@@ -54,6 +53,8 @@ def twins(window):
 
 def outside(window):
     for control in window:
+        if is_of_pages(control):
+            continue
         place = control.box.cut(control.viewport)
         # What is scrolled away above or below is well there, but nothing may be cut off at the sides.
         sideways = control.box.x < control.viewport.x - SLACK or control.box.right > control.viewport.right + SLACK
@@ -61,6 +62,16 @@ def outside(window):
             continue
         if control.box.area and place != control.box and not control.box.within(control.viewport, SLACK):
             yield f"cut off: {control}, only {place.width}×{place.height} of it can be seen"
+
+
+def is_of_pages(control):
+    """Whether it lies in a strip of pages, of which one is seen: that of the launcher's grid."""
+    while control.parent:
+        is_strip = any(tile.has(SELECTABLE) for tile in control.children)
+        if is_strip and control.box.width > control.parent.box.width:
+            return True
+        control = control.parent
+    return False
 
 
 def overlapping(window):

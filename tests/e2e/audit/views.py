@@ -5,50 +5,66 @@ from collections import namedtuple
 from driver.waiting import until
 
 # What to call the picture, and the title of the window that is in it. A panel has the keyboard as a whole: no Tab.
-# Other pages of the launcher's grid lie beside the one that is seen.
-View = namedtuple("View", "name title has_tab has_pages", defaults=[True, False])
+View = namedtuple("View", "name title has_tab", defaults=[True])
 
+WELCOME = "Welcome"
+STEPS = {
+    "welcome": "Welcome to Vantle",
+    "privacy": "Private by default",
+    "permissions": "What Linux allows",
+    "try-it": "Try it now",
+    "done": "You are set",
+}
 SETTINGS = "Settings"
-FIRST_RUN = ["Welcome to Vantle", "Private by default", "What Linux allows", "Try it now", "You are set"]
 TABS = ["General", "Tools", "Shortcuts", "Notifications", "Launcher", "Privacy"]
+ONE_PAGE = {
+    "shortcuts": "Keyboard Shortcuts",
+    "permissions": "Permissions",
+    "usage": "Usage",
+    "whats-new": "What's New",
+}
+PANELS = {"menu": "Vantle Menu", "launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs"}
 
 
 def first_run(stage):
     """The onboarding window step by step, to its end."""
-    until("the welcome window is shown", lambda: stage.shape("Welcome"), 10)
-    for number, text in enumerate(FIRST_RUN, 1):
-        stage.wait_for("Welcome", text)
-        yield View(f"onboarding-{number}", "Welcome")
-        stage.control("Welcome", "Finish" if number == len(FIRST_RUN) else "Continue").act("Press")
-    until("the welcome window is gone", lambda: not stage.shape("Welcome"))
+    until("the welcome window is shown", lambda: stage.shape(WELCOME), 10)
+    for name, heading in STEPS.items():
+        stage.wait_for(WELCOME, heading, "label")
+        yield View(f"welcome-{name}", WELCOME)
+        buttons = [control for control in stage.tree(WELCOME) if control.role == "push button"]
+        # The one that leads on stands at the bottom right.
+        max(buttons, key=lambda button: button.box.right + button.box.bottom).act("Press")
+    until("the welcome window is gone", lambda: not stage.shape(WELCOME))
 
 
 def settings(stage):
     """Every tab, and every tool's page."""
     stage.open("settings", SETTINGS)
+    tabs = rows_of(stage, "Settings tabs")
     for tab in TABS:
-        choose(stage, "Settings tabs", tab)
+        choose(stage, tab, tabs[tab])
         if tab != "Tools":
-            yield View(f"settings-{tab.lower()}", SETTINGS, has_pages=tab == "Launcher")
+            yield View(f"settings-{tab.lower()}", SETTINGS)
             continue
-        for tool in names_in(stage, "Tools"):
-            choose(stage, "Tools", tool)
+        for tool, entry in rows_of(stage, "Tools").items():
+            choose(stage, tool, entry)
             yield View(f"settings-tools-{tool.lower().replace(' ', '-')}", SETTINGS)
     stage.close_window(SETTINGS)
 
 
-def names_in(stage, name):
-    return [row.name for row in stage.wait_for(SETTINGS, name, "list").children if row.role == "list item"]
-
-
-def choose(stage, name, row):
-    """Clicks a row of a list unless it is chosen already, and waits for the page with its name."""
+def rows_of(stage, name):
+    """The rows of a list by what they say."""
     rows = stage.wait_for(SETTINGS, name, "list").children
-    entry = next(entry for entry in rows if entry.name == row)
+    return {row.name: row for row in rows if row.role == "list item"}
+
+
+def choose(stage, name, entry):
+    """Clicks the row of a list unless it is chosen already, and waits for the page with its name."""
     if not entry.is_selected():
         stage.click(entry)
-        until(f"{row} is chosen", entry.is_selected)
-    until(f"the page {row} is shown", lambda: has_page(stage, row))
+        until(f"{name} is chosen", entry.is_selected)
+    until(f"the page {name} is shown", lambda: has_page(stage, name))
 
 
 def has_page(stage, name):
@@ -58,18 +74,17 @@ def has_page(stage, name):
 
 def windows(stage):
     """Those that are one page."""
-    titles = {"shortcuts": "Keyboard Shortcuts", "usage": "Usage", "whats-new": "What's New", "permissions": "Permissions"}
-    for name, title in titles.items():
+    for name, title in ONE_PAGE.items():
         stage.open(name, title)
         yield View(name, title)
         stage.close_window(title)
 
 
 def panels(stage):
-    for name, title in {"menu": "Vantle Menu", "launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs"}.items():
+    for name, title in PANELS.items():
         stage.summon(name)
         until(f"“{title}” is shown", lambda: stage.shape(title))
-        yield View(name, title, has_tab=False, has_pages=name == "launcher")
+        yield View(name, title, has_tab=False)
         stage.close_window(title)
 
 

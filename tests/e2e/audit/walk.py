@@ -20,9 +20,7 @@ class Walk:
         self.stage = stage
         self.window = window
         self.stops = [control for control in window if is_stop(control)]
-        # The ring may begin at the corner or at the top.
-        starts = (lambda stop: stop.box.x + stop.box.y, lambda stop: stop.box.y)
-        self.homes = [min(self.stops, key=start, default=None) for start in starts]
+        self.home = min(self.stops, key=lambda stop: (stop.box.y, stop.box.x), default=None)
         self.order = []
         # What the keyboard's arrival brought up may stand anywhere.
         self.newcomers = []
@@ -91,7 +89,7 @@ class Walk:
 
     def drawn(self, control):
         """Where a control shows that it has the keyboard: a list does so at its chosen row."""
-        rows = [row for row in control if row.role in ITEMS and (row.is_focused() or row.has(SELECTED))]
+        rows = [row for row in control if row is not control and (row.is_focused() or row.has(SELECTED))]
         box = rows[0].fresh_box() if rows else control.fresh_box()
         return box._replace(
             x=box.x - AROUND, y=box.y - AROUND, width=box.width + 2 * AROUND, height=box.height + 2 * AROUND
@@ -110,15 +108,24 @@ class Walk:
             self.faults.append(f"scrolled away while it has the keyboard: {reached}, now at {now.x},{now.y}")
         backwards = now.y < before.y - SAME_ROW and now.x < before.right
         # The way is a ring, and begins wherever the keyboard was.
-        if backwards and reached not in (self.order[0], *self.homes, *self.newcomers):
+        if backwards and reached not in (self.order[0], self.home, *self.newcomers):
             self.faults.append(f"Tab goes back from {current} to {reached}")
 
 
 def is_stop(control):
     if not (control.has(FOCUSABLE) and control.has(SENSITIVE)) or control.role in ITEMS:
         return False
-    # The field in a spin box and the list of a combo box belong to their owner.
-    return control.parent is not None and control.parent.role not in ("spin button", "combo box")
+    return control.parent is not None and not has_keeper(control)
+
+
+def has_keeper(control):
+    """Whether the keyboard is another's for it: of a spin box for its field, of a grid for its tiles."""
+    parent = control.parent
+    while parent:
+        if parent.role in ("spin button", "combo box", "list"):
+            return True
+        parent = parent.parent
+    return False
 
 
 def difference(before, after):
