@@ -14,7 +14,7 @@ sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
-from figures import palette, start, typing  # noqa: E402
+from figures import palette, start, typing, windows  # noqa: E402
 
 HEADINGS = ["figure", "measured", "target", "peer", "times as good"]
 
@@ -24,7 +24,11 @@ def main():
     with PrivateDisplay() as display:
         desktop = Desktop(display.name)
         desktop.move_pointer(960, 900)
-        rows = [*palette.figures(desktop, options.vantle), *start.figures(desktop, options.vantle)]
+        rows = [
+            figure
+            for measured in (palette, windows, start)
+            for figure in measured.figures(desktop, options.vantle)
+        ]
     rows += typing.figures(options.typing)
     print(table([figure.as_row() for figure in rows]))
     report = {"machine": machine(), "figures": [figure.as_json() for figure in rows]}
