@@ -17,6 +17,8 @@ class SystemInfo {
   virtual QString fileManager() const = 0;
   /// "System Settings" or "Settings".
   virtual QString systemSettings() const = 0;
+  /// Where the program's icon is: "menu bar" or "tray".
+  virtual QString iconPlace() const { return QStringLiteral("tray"); }
   /// Whether the user asked for less motion.
   virtual bool isMotionReduced() const = 0;
   /// Who may own combinations that are refused, as far as the system tells ("openbox"); empty when it does not.

@@ -5,7 +5,7 @@
 #include "core/settings/store.h"
 #include "services/service_location.h"
 
-class Folders;
+struct Folders;
 
 /// The services of the user's own, "services.json": base URLs as they were typed, empty when not set, and the token of
 /// the tools' requests.

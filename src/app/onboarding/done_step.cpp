@@ -37,6 +37,7 @@ QWidget* makeLoginSection(const Platform& platform) {
 DoneStep::DoneStep(AppContext& context)
     : OnboardingPage({u"checkmark"_s, {}, {}}, u"You are set"_s,
                      u"Vantle waits in the background until you call it."_s),
+      iconPlace_(context.platform.systemInfo->iconPlace()),
       tray_(new IconRow(u"macwindow.on.rectangle"_s, {}, {})) {
   auto* section = new SettingsSection;
   section->addWide(
@@ -55,6 +56,6 @@ DoneStep::DoneStep(AppContext& context)
 void DoneStep::arrive() {
   const bool hasTray = QSystemTrayIcon::isSystemTrayAvailable();
   tray_->setTitle(hasTray ? u"Vantle's icon"_s : u"No icon on this desktop"_s);
-  tray_->setDetail(hasTray ? u"In the bar of your desktop: click it for tools and settings."_s
+  tray_->setDetail(hasTray ? u"In the %1: click it for tools and settings."_s.arg(iconPlace_)
                            : u"It shows none. Starting Vantle once more opens the settings."_s);
 }

@@ -90,5 +90,6 @@ class DoneStep : public OnboardingPage {
   void arrive() override;
 
  private:
+  QString iconPlace_;
   IconRow* tray_;
 };

@@ -33,7 +33,7 @@ OnboardingWindow::OnboardingWindow(AppContext& context)
   setFixedSize(kSize);
   for (OnboardingPage* page : pages_) steps_->addWidget(page);
   auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(5 * Theme::kGrid, 4 * Theme::kGrid, 5 * Theme::kGrid, 3 * Theme::kGrid);
+  column->setContentsMargins(5 * Theme::kGrid, 6 * Theme::kGrid, 5 * Theme::kGrid, 3 * Theme::kGrid);
   column->setSpacing(2 * Theme::kGrid);
   column->addWidget(steps_, 1);
   column->addWidget(makeFooter());

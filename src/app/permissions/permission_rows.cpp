@@ -19,8 +19,7 @@ struct Purpose {
 };
 
 constexpr std::array kPurposes = {
-    Purpose{Permission::accessibility, u"text.cursor",
-            u"Types your commands into other applications and copies what you select there."},
+    Purpose{Permission::accessibility, u"text.cursor", u"Types your commands and copies what you have selected."},
     Purpose{Permission::screenRecording, u"rectangle.dashed", u"Captures the region of the screen that you draw."},
 };
 
@@ -58,7 +57,7 @@ PermissionRow::PermissionRow(PermissionList& list, Permission permission, const 
       list_(list),
       permission_(permission),
       state_(makeState()),
-      open_(new QPushButton(u"Open Settings…"_s)) {
+      open_(new QPushButton(u"Open %1…"_s.arg(systemSettings))) {
   open_->setAutoDefault(true);
   open_->setAccessibleName(u"Allow %1 in %2"_s.arg(nameOf(permission), systemSettings));
   addEnd(state_);

@@ -38,8 +38,7 @@ PermissionsWindow::PermissionsWindow(AppContext& context)
   column->setContentsMargins(3 * Theme::kGrid, 3 * Theme::kGrid, 3 * Theme::kGrid, 3 * Theme::kGrid);
   column->setSpacing(2 * Theme::kGrid);
   column->addWidget(section);
-  column->addWidget(makeDetailLabel(
-      u"What is granted is used only when you press a tool's shortcut or button. This window follows by itself."_s));
+  column->addWidget(makeDetailLabel(u"Vantle uses them only when you press a shortcut or a button."_s));
   connect(&list_, &PermissionList::changed, this, &PermissionsWindow::fit);
   countTakenShortcuts();
   fit();

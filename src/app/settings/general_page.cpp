@@ -32,6 +32,13 @@ void addLoginItem(SettingsSection& section, Platform& platform) {
       section.addRow(u"Open at login"_s, u"Your shortcuts work as soon as you have logged in."_s, control));
 }
 
+void addPermissions(SettingsSection& section, WindowOpener& windows) {
+  auto* show = new QPushButton(u"Show…"_s);
+  show->setAccessibleName(u"Show permissions"_s);
+  QObject::connect(show, &QPushButton::clicked, show, [&windows] { windows.openWindow(AppWindow::permissions); });
+  section.addRow(u"Permissions"_s, u"What the system lets Vantle do."_s, show);
+}
+
 void addVersion(SettingsSection& section, WindowOpener& windows) {
   auto* news = new QPushButton(u"What's New…"_s);
   news->setAccessibleName(news->text());
@@ -46,6 +53,7 @@ QWidget* makeGeneralPage(AppContext& context, SettingsSelection&) {
   SettingsSection* look = page->addSection(u"Appearance and start"_s);
   look->addRow(u"Appearance"_s, u"Panels, toasts and windows."_s, makeAppearanceBox(context.preferences));
   addLoginItem(*look, context.platform);
+  addPermissions(*look, context.windows);
   SettingsSection* about = page->addSection(u"About"_s);
   addVersion(*about, context.windows);
   about->addWide(

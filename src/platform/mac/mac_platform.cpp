@@ -270,6 +270,7 @@ class MacSystemInfo final : public SystemInfo {
   QString systemName() const override { return u"macOS"_s; }
   QString fileManager() const override { return u"Finder"_s; }
   QString systemSettings() const override { return u"System Settings"_s; }
+  QString iconPlace() const override { return u"menu bar"_s; }
   bool isMotionReduced() const override { return mac::isMotionReduced(); }
   // The system does not say who else holds a combination.
   QString shortcutOwnerHint() const override { return {}; }
