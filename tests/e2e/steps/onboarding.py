@@ -45,6 +45,7 @@ def tries_the_launcher(world):
 
 def tries_a_command(world):
     world.summon_palette()
+    world.see("Claude — skip permissions")
     world.desktop.press("Return")
     world.see("claude --dangerously-skip-permissions")
     world.see("That is Frequent CLIs")
