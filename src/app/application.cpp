@@ -81,8 +81,8 @@ struct Application::Parts {
   CommandStore commands{folders, clock};
   KeystrokeSender keystrokes{*platform.keyEvents, *platform.permissions};
   ToolLauncherController launcher;
-  AppWindows windows{*platform.desktopApplication};
   DataEraser eraser;
+  AppWindows windows{*platform.desktopApplication};
   AppContext context;
   CLIPaletteController cliPalette;
   SettingsSelection selection;

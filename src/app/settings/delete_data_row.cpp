@@ -50,7 +50,10 @@ DeleteDataRow::DeleteDataRow(DataEraser& eraser)
   column->addWidget(row_);
   for (QPushButton* button : {ask_, keep_, erase_}) button->setAccessibleName(button->text());
   connect(ask_, &QPushButton::clicked, this, &DeleteDataRow::ask);
-  connect(keep_, &QPushButton::clicked, this, &DeleteDataRow::keep);
+  connect(keep_, &QPushButton::clicked, this, [this] {
+    takeBack();
+    ask_->setFocus();
+  });
   connect(erase_, &QPushButton::clicked, this, &DeleteDataRow::erase);
 }
 
@@ -76,11 +79,15 @@ QWidget* DeleteDataRow::makeQuestion() {
 }
 
 void DeleteDataRow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && row_->isUnfolded())
-    keep();
-  else
+  if (event->key() != Qt::Key_Escape || !row_->isUnfolded()) {
     QWidget::keyPressEvent(event);
+    return;
+  }
+  takeBack();
+  ask_->setFocus();
 }
+
+void DeleteDataRow::hideEvent(QHideEvent*) { takeBack(); }
 
 void DeleteDataRow::ask() {
   remark_->showHint({});
@@ -90,11 +97,10 @@ void DeleteDataRow::ask() {
   keep_->setFocus();
 }
 
-void DeleteDataRow::keep() {
+void DeleteDataRow::takeBack() {
   eraser_.cancel();
   row_->unfold(false);
   ask_->show();
-  ask_->setFocus();
 }
 
 void DeleteDataRow::erase() {

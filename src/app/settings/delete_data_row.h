@@ -6,8 +6,8 @@ class DataEraser;
 class QPushButton;
 class RowRemark;
 
-/// "Delete All Data…": asks in place what it is about to do, and says why when it cannot. Escape takes the question
-/// back.
+/// "Delete All Data…": asks in place what it is about to do, and says why when it cannot. Escape, or going elsewhere,
+/// takes the question back.
 class DeleteDataRow : public QWidget {
   Q_OBJECT
 
@@ -16,11 +16,12 @@ class DeleteDataRow : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   QWidget* makeQuestion();
   void ask();
-  void keep();
+  void takeBack();
   void erase();
 
   DataEraser& eraser_;

@@ -53,6 +53,19 @@ def settings(stage):
     stage.close_window(SETTINGS)
 
 
+def unfolded_privacy(stage):
+    """What the privacy page shows on demand: the message that is sent, and the question before everything is deleted."""
+    stage.open("settings", SETTINGS)
+    choose(stage, "Privacy", rows_of(stage, "Settings tabs")["Privacy"])
+    for button in ("Show What Is Sent", "Delete All Data…"):
+        stage.wait_for(SETTINGS, button).act("Press")
+    stage.wait_for(SETTINGS, "Keep My Data")
+    yield View("settings-privacy-unfolded", SETTINGS)
+    stage.desktop.press("Escape")
+    until("Escape takes the question back", lambda: not stage.control(SETTINGS, "Keep My Data"))
+    stage.close_window(SETTINGS)
+
+
 def rows_of(stage, name):
     """The rows of a list by what they say."""
     rows = stage.wait_for(SETTINGS, name, "list").children
@@ -88,4 +101,4 @@ def panels(stage):
         stage.close_window(title)
 
 
-ALL = [first_run, settings, windows, panels]
+ALL = [first_run, settings, unfolded_privacy, windows, panels]

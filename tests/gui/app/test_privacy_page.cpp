@@ -133,6 +133,11 @@ class TestPrivacyPage : public QObject {
     QVERIFY(!named<QPushButton>(stage.window, u"Delete Everything"_s));
 
     stage.press(u"Delete All Data"_s);
+    stage.window.close();
+    stage.window.open();
+    QVERIFY(!named<QPushButton>(stage.window, u"Delete Everything"_s));
+
+    stage.press(u"Delete All Data"_s);
     stage.press(u"Delete Everything"_s);
     QTRY_COMPARE(stage.freshStart.starts, 1);
   }
