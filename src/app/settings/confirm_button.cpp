@@ -10,18 +10,28 @@
 
 using namespace Qt::StringLiterals;
 
-ConfirmButton::ConfirmButton(const QString& text, const QString& question, const QString& confirm)
-    : button_(new QPushButton(text, this)),
-      question_(new QLabel(question, this)),
-      cancel_(new QPushButton(u"Cancel"_s, this)),
-      confirm_(new QPushButton(confirm, this)) {
+namespace {
+
+QPushButton* makeButton(const ConfirmButton::Label& label, QWidget* parent) {
+  auto* button = new QPushButton(label.text, parent);
+  button->setAccessibleName(label.name);
+  return button;
+}
+
+}  // namespace
+
+ConfirmButton::ConfirmButton(const Texts& texts)
+    : button_(makeButton(texts.button, this)),
+      question_(new QLabel(texts.question, this)),
+      cancel_(makeButton(texts.cancel, this)),
+      confirm_(makeButton(texts.confirm, this)) {
   setFocusProxy(button_);
-  setAccessibleName(text);
+  setAccessibleName(texts.question);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins({});
   row->setSpacing(Theme::kGrid);
   for (QWidget* part : std::initializer_list<QWidget*>{question_, cancel_, confirm_, button_}) row->addWidget(part);
-  confirm_->setAccessibleDescription(question);
+  confirm_->setAccessibleDescription(texts.question);
   connect(button_, &QPushButton::clicked, this, [this] { ask(true); });
   connect(cancel_, &QPushButton::clicked, this, [this] { ask(false); });
   connect(confirm_, &QPushButton::clicked, this, [this] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
 
 class QLabel;
@@ -11,8 +12,20 @@ class ConfirmButton : public QWidget {
   Q_OBJECT
 
  public:
-  /// `confirm` is the text of the button that does it, "Reset" say.
-  ConfirmButton(const QString& text, const QString& question, const QString& confirm);
+  /// What stands on a button, and its name for screen readers, which do not see the row around it.
+  struct Label {
+    QString text;
+    QString name;
+  };
+  /// `confirm` is the button that does it, `cancel` the one that does not.
+  struct Texts {
+    Label button;
+    QString question;
+    Label cancel;
+    Label confirm;
+  };
+
+  explicit ConfirmButton(const Texts& texts);
 
  Q_SIGNALS:
   void confirmed();

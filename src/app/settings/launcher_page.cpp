@@ -25,7 +25,10 @@ bool isPristine(const AppContext& context) {
 }
 
 ConfirmButton* makeResetButton(AppContext& context) {
-  auto* button = new ConfirmButton(u"Reset…"_s, u"Clear pins and order?"_s, u"Reset"_s);
+  auto* button = new ConfirmButton({.button = {u"Reset…"_s, u"Reset the arrangement"_s},
+                                    .question = u"Clear pins and order?"_s,
+                                    .cancel = {u"Cancel"_s, u"Keep the arrangement"_s},
+                                    .confirm = {u"Reset"_s, u"Reset the arrangement now"_s}});
   const auto follow = [button, &context] { button->setEnabled(!isPristine(context)); };
   follow();
   QObject::connect(&context.registry, &ToolRegistry::changed, button, follow);

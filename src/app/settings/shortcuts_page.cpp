@@ -2,8 +2,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
+#include "app/settings/confirm_button.h"
 #include "app/settings/pages.h"
-#include "app/settings/reset_all_control.h"
 #include "app/settings/settings_form.h"
 #include "app/settings/shortcut_setting_row.h"
 #include "core/tools/shortcut_entry.h"
@@ -59,6 +61,21 @@ QWidget* makeOwnRow(AppContext& context, const AppShortcut& shortcut) {
   return row;
 }
 
+ConfirmButton* makeResetButton(HotkeyCenter& hotkeys) {
+  auto* button = new ConfirmButton({.button = {u"Reset All…"_s, u"Reset all shortcuts"_s},
+                                    .question = u"Reset every shortcut?"_s,
+                                    .cancel = {u"Cancel"_s, u"Keep all shortcuts"_s},
+                                    .confirm = {u"Reset"_s, u"Reset every shortcut now"_s}});
+  const auto follow = [button, &hotkeys] {
+    button->setEnabled(
+        std::ranges::any_of(toolTable(), [&](const ToolInfo& info) { return hotkeys.isRebound(info.id); }));
+  };
+  follow();
+  QObject::connect(&hotkeys, &HotkeyCenter::changed, button, follow);
+  QObject::connect(button, &ConfirmButton::confirmed, button, [&hotkeys] { hotkeys.resetAll(); });
+  return button;
+}
+
 }  // namespace
 
 QWidget* makeShortcutsPage(AppContext& context, SettingsSelection&) {
@@ -67,7 +84,7 @@ QWidget* makeShortcutsPage(AppContext& context, SettingsSelection&) {
                                makeKeyboardButton(context));
   SettingsSection* tools = page->addSection(u"Tools"_s);
   for (const auto& tool : context.registry.tools()) tools->addWide(new ShortcutSettingRow(context, *tool));
-  tools->addRow(u"Defaults"_s, u"Gives every tool its first shortcut again."_s, new ResetAllControl(context.hotkeys));
+  tools->addRow(u"Defaults"_s, u"Gives every tool its first shortcut again."_s, makeResetButton(context.hotkeys));
   SettingsSection* application = page->addSection(u"Vantle itself"_s);
   for (const AppShortcut& shortcut : kAppShortcuts) application->addWide(makeOwnRow(context, shortcut));
   page->addNote(u"These four are always the same; no tool can have them."_s);

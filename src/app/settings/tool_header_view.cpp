@@ -1,10 +1,9 @@
 #include "app/settings/tool_header_view.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 
 #include "app/settings/shortcut_controls.h"
-#include "core/ui/icon_tile.h"
+#include "core/ui/icon_tile_view.h"
 #include "core/ui/theme.h"
 #include "core/ui/toggle_switch.h"
 
@@ -13,22 +12,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kIconSize = 40;
-
-/// The tool's tile as the launcher shows it.
-class ToolIcon final : public QWidget {
- public:
-  explicit ToolIcon(const QString& symbol) : symbol_(symbol) { setFixedSize(kIconSize, kIconSize); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    IconTile{.symbol = symbol_, .monogram = {}, .color = {}}.paint(painter, rect(), themeOf(*this));
-  }
-
- private:
-  QString symbol_;
-};
 
 }  // namespace
 
@@ -54,7 +37,9 @@ QWidget* ToolHeaderView::makeTitle() {
   auto* row = new QHBoxLayout(title);
   row->setContentsMargins({});
   row->setSpacing(2 * Theme::kGrid);
-  row->addWidget(new ToolIcon(tool_.icon()), 0, Qt::AlignTop);
+  auto* icon = new IconTileView({.symbol = tool_.icon(), .monogram = {}, .color = {}});
+  icon->setFixedSize(kIconSize, kIconSize);
+  row->addWidget(icon, 0, Qt::AlignTop);
   row->addWidget(makeTexts(), 1);
   row->addWidget(enabled_, 0, Qt::AlignVCenter);
   return title;

@@ -175,7 +175,7 @@ class TestSettingsPages : public QObject {
 
   void resettingAsksFirst() {
     LauncherPageStage stage;
-    auto& reset = stage.control<QPushButton>(u"Reset…"_s);
+    auto& reset = stage.control<QPushButton>(u"Reset the arrangement"_s);
     QVERIFY(!reset.isEnabled());
     stage.world.registry.togglePin(u"uplink"_s);
     QVERIFY(reset.isEnabled());
@@ -184,7 +184,7 @@ class TestSettingsPages : public QObject {
       stage.key(Qt::Key_Space);
     };
     ask();
-    QCOMPARE(stage.focusedName(), u"Cancel"_s);
+    QCOMPARE(stage.focusedName(), u"Keep the arrangement"_s);
     stage.key(Qt::Key_Space);
     ask();
     stage.key(Qt::Key_Escape);
@@ -194,7 +194,7 @@ class TestSettingsPages : public QObject {
     QVERIFY(reset.isVisible());
     QVERIFY(stage.world.registry.isPinned(u"uplink"_s));
     ask();
-    stage.control<QPushButton>(u"Reset"_s).click();
+    stage.control<QPushButton>(u"Reset the arrangement now"_s).click();
     QVERIFY(!stage.world.registry.isPinned(u"uplink"_s));
     QVERIFY(reset.isVisible() && !reset.isEnabled());
   }
