@@ -2,14 +2,17 @@
 """The command line as a user runs it: without a display, beside the running program, and over bad files."""
 
 import argparse
+import contextlib
 import json
 import os
 import stat
 import sys
+import tempfile
 import unittest
 
 from driver.application import Application
-from driver.display import PrivateDisplay
+from driver.display import PrivateDisplay, run
+from driver.terminal import Terminal
 from driver.waiting import until
 from driver.x import Desktop
 
@@ -151,6 +154,45 @@ class WithDisplay(unittest.TestCase):
         self.application.process.terminate()
         self.assertEqual(self.application.process.wait(5), 0, self.application.log())
         return self.application
+
+
+class BringsItselfForward(unittest.TestCase):
+    """A second `vantle` on the desktops whose window managers keep programs from stealing the focus."""
+
+    def test_a_second_one_brings_the_window_to_the_front(self):
+        for window_manager in ("openbox", "xfwm4"):
+            with self.subTest(window_manager), PrivateDisplay(window_manager=window_manager) as display:
+                self.walk(display, Desktop(display.name))
+
+    def walk(self, display, desktop):
+        application = Application(VANTLE)
+        with contextlib.closing(application), tempfile.TemporaryDirectory() as folder:
+            application.write_settings()
+            application.start()
+            application.wait_until_live()
+            # What the user is busy in has had the last key press.
+            terminal = Terminal(display, desktop, folder)
+            desktop.type("busy")
+            until("the terminal got the keys", lambda: terminal.typed() == "busy")
+            window = self.forward(application, desktop)
+            desktop.activate(terminal.window)
+            until("the terminal is active again", lambda: desktop.active_window() == terminal.window)
+            desktop.type("again")
+            until("the terminal got the keys", lambda: terminal.typed() == "busyagain")
+            self.assertEqual(self.forward(application, desktop), window, "it is the same window")
+            run("xdotool", "windowminimize", str(window))
+            until("it is minimized", lambda: not desktop.windows_of(application.pid))
+            self.assertEqual(self.forward(application, desktop), window, "it is the same window")
+
+    def forward(self, application, desktop):
+        """Starts a second one; the number of the window that comes to the front."""
+        second = application.command()
+        self.assertEqual((second.returncode, second.stderr), (0, ""))
+        shapes = until("the settings are shown", lambda: desktop.windows_of(application.pid))
+        self.assertEqual([shape.title for shape in shapes], ["Settings"])
+        until("they are active", lambda: desktop.active_window() == shapes[0].id)
+        until("they are in front", lambda: desktop.stacking()[-1] == shapes[0].id)
+        return shapes[0].id
 
 
 FILES = ["settings.json", "app-settings.json", "FrequentCLIs/commands.json"]

@@ -18,6 +18,7 @@ TitledWindow::TitledWindow(const QString& title) {
 void TitledWindow::open() {
   if (const QScreen* screen = activeScreen(); screen && !isVisible())
     move(screen->availableGeometry().center() - rect().center());
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();

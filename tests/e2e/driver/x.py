@@ -104,10 +104,23 @@ class Desktop:
         value = self.root.get_full_property(self.display.intern_atom("_NET_ACTIVE_WINDOW"), X.AnyPropertyType)
         return value.value[0] if value and len(value.value) else 0
 
+    def stacking(self):
+        """The ids of the windows that the window manager manages, the one in front last."""
+        names = self.display.intern_atom("_NET_CLIENT_LIST_STACKING")
+        value = self.root.get_full_property(names, X.AnyPropertyType)
+        return list(value.value) if value else []
+
     def close(self, window):
         """Asks the window manager to close it, as its close button does."""
+        self._ask("_NET_CLOSE_WINDOW", window.id, [X.CurrentTime, 2, 0, 0, 0])
+
+    def activate(self, number):
+        """Asks the window manager to bring the window of that id forward, as a taskbar does."""
+        self._ask("_NET_ACTIVE_WINDOW", number, [2, X.CurrentTime, 0, 0, 0])
+
+    def _ask(self, name, number, values):
         message = protocol.event.ClientMessage(
-            window=window.id, client_type=self.display.intern_atom("_NET_CLOSE_WINDOW"), data=(32, [X.CurrentTime, 2, 0, 0, 0])
+            window=number, client_type=self.display.intern_atom(name), data=(32, values)
         )
         self.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
         self.display.sync()
