@@ -31,7 +31,7 @@ ShortcutSettingRow::ShortcutSettingRow(AppContext& context, const Tool& tool, QW
   setTabOrder(reset_, recorder_);
   connect(offer_, &QPushButton::clicked, this, [this] {
     recorder_->setFocus();
-    if (offered_) context_.hotkeys.setHotkey(*offered_, tool_.id());
+    if (offered_) context_.hotkeys.setHotkey(offered_, tool_.id());
   });
   connect(&context.hotkeys, &HotkeyCenter::changed, this, &ShortcutSettingRow::follow);
   follow();

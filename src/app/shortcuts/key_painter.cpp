@@ -72,7 +72,10 @@ void paintLegend(QPainter& painter, const QRectF& key, const KeyFace& face, cons
   const bool isAlone = face.icon.isEmpty();
   const QRectF room = isAlone ? key.adjusted(4, 0, -4, 0) : key.adjusted(kInset, 4, -4, 0);
   const auto alignment = isAlone ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignTop;
-  painter.drawText(room, static_cast<int>(alignment) | Qt::TextSingleLine, face.legend);
+  // Where sign and word do not fit, the sign is enough.
+  const bool fits = painter.fontMetrics().horizontalAdvance(face.legend) <= room.width();
+  painter.drawText(room, static_cast<int>(alignment) | Qt::TextSingleLine,
+                   fits ? face.legend : face.legend.section(u' ', 0, 0));
 }
 
 void paintIcon(QPainter& painter, const QRectF& key, const KeyFace& face, const QColor& color) {

@@ -115,8 +115,25 @@ QString KeyboardLayoutModel::spokenName(const Key& key) const {
     const QString words = modifierWords(*entries_[entry].hotkey);
     carried.append(words.isEmpty() ? entries_[entry].name : u"%1: %2"_s.arg(words, entries_[entry].name));
   }
-  const Hotkey alone{key.entries.empty() ? key.place.keyCode : entries_[key.entries.front()].hotkey->keyCode, 0};
-  return alone.spelled() + u", "_s + carried.join(u"; "_s);
+  const QString printed = legends_.legend(key.place.keyCode);
+  const QString name = printed.isEmpty() ? Hotkey{key.place.keyCode, 0}.spelled() : printed;
+  return name + u", "_s + carried.join(u"; "_s);
+}
+
+QStringList KeyboardLayoutModel::remarks(std::size_t entry) const {
+  const auto place = keyOf(entry);
+  if (!place) return {};
+  const Key& key = keys_[*place];
+  QStringList remarks;
+  const Hotkey& hotkey = *entries_[entry].hotkey;
+  const QString printed = legends_.legend(key.place.keyCode);
+  if (!printed.isEmpty() && printed != keyName(hotkey.keyCode))
+    remarks.append(u"On this keyboard the key is “%1”."_s.arg(printed));
+  QStringList others;
+  for (const std::size_t other : key.entries)
+    if (other != entry) others.append(u"%1 %2"_s.arg(entries_[other].hotkey->display(), entries_[other].name));
+  if (!others.isEmpty()) remarks.append(u"Also on this key: %1"_s.arg(others.join(u", "_s)));
+  return remarks;
 }
 
 std::optional<std::size_t> KeyboardLayoutModel::keyOf(std::size_t entry) const {

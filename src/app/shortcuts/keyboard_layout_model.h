@@ -49,6 +49,8 @@ class KeyboardLayoutModel : public QObject {
   KeyLight lightOf(const Key& key) const;
   /// "K, Ctrl+Alt: Ask AI": the key and all it carries.
   QString spokenName(const Key& key) const;
+  /// What else there is to know of a shortcut's key, a sentence each.
+  QStringList remarks(std::size_t entry) const;
   /// The place in `keys()` of the key that a shortcut is pressed with; none without a binding or when it is not drawn.
   std::optional<std::size_t> keyOf(std::size_t entry) const;
   /// The nearest key with a shortcut in a direction, all as places in `keys()`.

@@ -12,7 +12,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kSample = 20;
+constexpr int kSampleToText = Theme::kGrid / 2;
 constexpr int kHeight = 24;
+constexpr double kTop = (kHeight - kSample) / 2.0;
 
 struct Sample {
   QString text;
@@ -42,8 +44,8 @@ void MarkLegend::paintEvent(QPaintEvent*) {
   painter.setFont(Theme::detailFont());
   double left = Theme::kGrid - 2;
   for (const Sample& sample : samples()) {
-    paintKey(painter, QRectF(left, (kHeight - kSample) / 2.0, kSample, kSample), sample.face, theme);
-    left += kSample + Theme::kGrid / 2;
+    paintKey(painter, QRectF(left, kTop, kSample, kSample), sample.face, theme);
+    left += kSample + kSampleToText;
     painter.setPen(theme.secondary);
     const double width = painter.fontMetrics().horizontalAdvance(sample.text);
     painter.drawText(QRectF(left, 0, width + 1, kHeight), Qt::AlignVCenter | Qt::TextSingleLine, sample.text);

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <utility>
 
 #include "app/settings/settings_form.h"
 #include "core/ui/icon.h"
@@ -87,14 +88,14 @@ QWidget* ShortcutPopover::makeButtons() {
   return buttons;
 }
 
-void ShortcutPopover::setEntry(const ShortcutEntry& entry, const QString& also) {
+void ShortcutPopover::setEntry(const ShortcutEntry& entry, const QStringList& remarks) {
   entry_ = entry;
   setAccessibleName(entry.name);
   name_->setText(entry.name);
   caps_->setCaps(entry.hotkey ? entry.hotkey->keyCaps() : QStringList());
   caps_->setToolTip(entry.hotkey ? entry.hotkey->spelled() : QString());
   summary_->setText(entry.summary);
-  fillNotes(also);
+  fillNotes(remarks);
   open_->setAccessibleName(u"Open %1"_s.arg(entry.name));
   change_->setVisible(!entry.isApplication());
   change_->setAccessibleName(u"Change %1…"_s.arg(entry.name));
@@ -102,13 +103,15 @@ void ShortcutPopover::setEntry(const ShortcutEntry& entry, const QString& also) 
   tile_->setTile({.symbol = entry.icon, .monogram = {}, .color = entry.isApplication() ? quiet : QColor()});
 }
 
-void ShortcutPopover::fillNotes(const QString& also) {
+void ShortcutPopover::fillNotes(const QStringList& remarks) {
   while (const QLayoutItem* item = notes_->takeAt(0)) {
     delete item->widget();
     delete item;
   }
-  for (const QString& obstacle : entry_.obstacles) addNote(obstacle, u"exclamationmark.triangle.fill"_s);
-  if (!also.isEmpty()) addNote(also, u"keyboard"_s);
+  bool isAboutNetwork = entry_.isOffline;
+  for (const QString& obstacle : entry_.obstacles)
+    addNote(obstacle, std::exchange(isAboutNetwork, false) ? u"wifi.slash"_s : u"exclamationmark.triangle.fill"_s);
+  for (const QString& remark : remarks) addNote(remark, u"keyboard"_s);
 }
 
 void ShortcutPopover::addNote(const QString& text, const QString& symbol) {

@@ -19,8 +19,8 @@ class ShortcutPopover : public QWidget {
   explicit ShortcutPopover(QWidget* window);
 
   const ShortcutEntry& entry() const { return entry_; }
-  /// `also`: what else is on the same key; empty for nothing.
-  void setEntry(const ShortcutEntry& entry, const QString& also);
+  /// `remarks`: what else there is to know, a sentence each.
+  void setEntry(const ShortcutEntry& entry, const QStringList& remarks);
   /// Shows the card below `anchor`, or above when that has more room; in the window's coordinates.
   void showAt(const QRect& anchor);
   /// Moves the keyboard to its first button.
@@ -41,7 +41,7 @@ class ShortcutPopover : public QWidget {
  private:
   QWidget* makeHead();
   QWidget* makeButtons();
-  void fillNotes(const QString& also);
+  void fillNotes(const QStringList& remarks);
   void addNote(const QString& text, const QString& symbol);
   QRect cardRect() const;
 

@@ -161,7 +161,7 @@ void ShortcutsWindow::tell(std::size_t entry, bool stays) {
   told_ = entry;
   stays_ = stays;
   const QWidget* anchor = anchorOf(entry);
-  popover_->setEntry(model_.entries()[entry], othersOnKey(entry));
+  popover_->setEntry(model_.entries()[entry], model_.remarks(entry));
   popover_->showAt({anchor->mapTo(this, QPoint()), anchor->size()});
 }
 
@@ -202,14 +202,4 @@ QWidget* ShortcutsWindow::anchorOf(std::size_t entry) const {
   const auto key = model_.keyOf(entry);
   if (!key) return list_->row(entry);
   return keyboard_->button(*key);
-}
-
-QString ShortcutsWindow::othersOnKey(std::size_t entry) const {
-  const auto key = model_.keyOf(entry);
-  if (!key) return {};
-  QStringList others;
-  for (const std::size_t other : model_.keys()[*key].entries)
-    if (other != entry)
-      others.append(u"%1 %2"_s.arg(model_.entries()[other].hotkey->display(), model_.entries()[other].name));
-  return others.isEmpty() ? QString() : u"Also on this key: %1"_s.arg(others.join(u", "_s));
 }

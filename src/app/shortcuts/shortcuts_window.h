@@ -44,7 +44,6 @@ class ShortcutsWindow : public TitledWindow, public ShortcutsWindowGate {
   void start(std::size_t entry);
   std::size_t entryOn(std::size_t key) const;
   QWidget* anchorOf(std::size_t entry) const;
-  QString othersOnKey(std::size_t entry) const;
 
   AppContext& context_;
   KeyboardLayoutModel model_;

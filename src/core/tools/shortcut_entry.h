@@ -35,7 +35,7 @@ struct ShortcutEntry {
   bool isBlocked = false;
   /// It needs the network and there is none.
   bool isOffline = false;
-  /// What stands in the way, a sentence a line; empty when nothing does.
+  /// What stands in the way, a sentence each, the network first.
   QStringList obstacles = {};
 
   bool operator==(const ShortcutEntry&) const = default;

@@ -110,9 +110,9 @@ std::optional<xcb_keycode_t> X11KeyMap::keyCode(std::uint32_t mac) const {
 
 QString X11KeyMap::legend(xcb_keycode_t code) const {
   if (map_ == nullptr) return {};
-  const QString shifted = printed(map_.get(), code, layout_, 1);
+  QString shifted = printed(map_.get(), code, layout_, 1);
   if (!shifted.isEmpty() && shifted[0].isDigit()) return shifted;
-  const QString own = printed(map_.get(), code, layout_, 0);
+  QString own = printed(map_.get(), code, layout_, 0);
   if (own.isEmpty() || isLatin(own)) return own;
   for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(map_.get()); ++layout)
     if (const QString other = printed(map_.get(), code, layout, 0); isLatin(other)) return other;

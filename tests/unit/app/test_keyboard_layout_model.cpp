@@ -126,6 +126,13 @@ class TestKeyboardLayoutModel : public QObject {
     QCOMPARE(stage.nameOn(6), QString());
     QCOMPARE(stage.nameOn(keycode::kIsoKey), u"AI Text Transform"_s);
     QVERIFY(stage.model.spokenName(stage.key(16)).startsWith(u"Z, "_s));
+    stage.legends.moved = {{42, 16}, {6, 16}};
+    stage.legends.changed();
+    const auto transform = stage.key(16).entries.front();
+    QCOMPARE(stage.model.remarks(transform),
+             (QStringList{u"On this keyboard the key is “Z”."_s, u"Also on this key: ⌃⌥Z Feedback"_s}));
+    QCOMPARE(stage.model.remarks(stage.key(16).entries.back()),
+             QStringList{u"Also on this key: ⌃⌥\\ AI Text Transform"_s});
     stage.legends.moved = {};
     stage.legends.changed();
     QVERIFY(std::ranges::none_of(stage.model.keys(),
