@@ -89,7 +89,7 @@ struct Application::Parts {
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
   AppDelegate delegate;
-  TrayIcon tray{{appearance, *platform.desktopApplication, clock}};
+  TrayIcon tray{{appearance, *platform.trayPanel, clock}};
   MenuController menu;
   AppServer server;
   Job warmUp = Job::start();

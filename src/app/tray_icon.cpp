@@ -1,7 +1,7 @@
 #include "app/tray_icon.h"
 
 #include "core/ui/appearance.h"
-#include "platform/desktop_application.h"
+#include "platform/tray_panel.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -30,13 +30,18 @@ TrayIcon::TrayIcon(Services services) : services_(services) {
 void TrayIcon::show() {
   followPanel();
   icon_.show();
+  followPanelSoon();
+  services_.panel.watch([this] { followPanelSoon(); });
+}
+
+void TrayIcon::followPanelSoon() {
   settling_ = Job::start();
   services_.clock.after(kSettling, settling_, [this] { followPanel(); });
 }
 
 /// The panel itself is asked first: it may be dark on a light desktop.
 void TrayIcon::followPanel() {
-  const bool isOnDark = services_.desktop.isTrayDark(geometry()).value_or(services_.appearance.isDesktopDark());
+  const bool isOnDark = services_.panel.isDark(geometry()).value_or(services_.appearance.isDesktopDark());
   if (isOnDark_ == isOnDark) return;
   isOnDark_ = isOnDark;
   QIcon icon(isOnDark ? u":/icons/vantle-tray-light.svg"_s : u":/icons/vantle-tray-dark.svg"_s);

@@ -8,7 +8,7 @@
 #include "base/clock.h"
 
 class Appearance;
-class DesktopApplication;
+class TrayPanel;
 
 /// The permanent user interface: an icon in the desktop's tray, light on dark panels and dark on light ones. A click
 /// opens the menu, whichever button it was.
@@ -18,7 +18,7 @@ class TrayIcon : public QObject {
  public:
   struct Services {
     const Appearance& appearance;
-    DesktopApplication& desktop;
+    TrayPanel& panel;
     Clock& clock;
   };
 
@@ -32,6 +32,7 @@ class TrayIcon : public QObject {
   void activated();
 
  private:
+  void followPanelSoon();
   void followPanel();
 
   Services services_;

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QRect>
-
 #include <functional>
-#include <optional>
 
 /// This program as the desktop sees it: its appearance and its place among the other applications. As it stands, of a
 /// desktop that has no switch for the one and brings an application forward with its windows. Main thread only.
@@ -18,9 +15,6 @@ class DesktopApplication {
   /// say.
   // NOLINTNEXTLINE(performance-unnecessary-value-param): implementations keep it
   virtual void watchAppearance([[maybe_unused]] std::function<void(bool dark)> changed) {}
-  /// Whether the panel behind the tray icon, which stands at `icon`, is dark; none where nobody can tell or the system
-  /// tints such icons itself.
-  virtual std::optional<bool> isTrayDark([[maybe_unused]] const QRect& icon) const { return std::nullopt; }
   /// Makes the program the active application. Due whenever an ordinary window is opened, and only then: raising a
   /// window does not do it, so that panels can be raised over the user's own application.
   virtual void activate() {}

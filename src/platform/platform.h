@@ -13,6 +13,7 @@
 #include "platform/permissions.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
+#include "platform/tray_panel.h"
 #include "platform/updater.h"
 
 /// One implementation of every capability; each lives as long as the whole.
@@ -29,6 +30,7 @@ struct Platform {
   std::unique_ptr<CredentialVault> credentials = std::make_unique<CredentialVault>();
   std::unique_ptr<Updater> updater = std::make_unique<Updater>();
   std::unique_ptr<KeyLegends> keyLegends = std::make_unique<KeyLegends>();
+  std::unique_ptr<TrayPanel> trayPanel = std::make_unique<TrayPanel>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).

@@ -4,10 +4,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QGuiApplication>
-#include <QImage>
-#include <QPixmap>
-#include <QScreen>
 
 using namespace Qt::StringLiterals;
 
@@ -39,16 +35,6 @@ void X11DesktopApplication::watchAppearance(std::function<void(bool dark)> chang
     if (!reply.isError()) take(reply.value().variant());
     watcher->deleteLater();
   });
-}
-
-// No protocol tells the panel's colour, but it shows through at the icon's corner.
-std::optional<bool> X11DesktopApplication::isTrayDark(const QRect& icon) const {
-  QScreen* screen = icon.isEmpty() ? nullptr : QGuiApplication::screenAt(icon.center());
-  if (!screen) return std::nullopt;
-  const QPoint corner = icon.topLeft() - screen->geometry().topLeft();
-  const QImage pixel = screen->grabWindow(0, corner.x(), corner.y(), 1, 1).toImage();
-  if (pixel.isNull()) return std::nullopt;
-  return qGray(pixel.pixel(0, 0)) < 128;
 }
 
 void X11DesktopApplication::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {

@@ -11,7 +11,6 @@ class X11DesktopApplication final : public QObject, public DesktopApplication {
 
  public:
   void watchAppearance(std::function<void(bool dark)> changed) override;
-  std::optional<bool> isTrayDark(const QRect& icon) const override;
 
  private Q_SLOTS:
   void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);

@@ -9,6 +9,7 @@
 #include "platform/x11/x11_raw_input.h"
 #include "platform/x11/x11_sounds.h"
 #include "platform/x11/x11_system_info.h"
+#include "platform/x11/x11_tray_panel.h"
 #include "platform/xdg/xdg_login_item.h"
 
 Platform makePlatform() {
@@ -25,6 +26,7 @@ Platform makePlatform() {
   platform.sounds = std::make_unique<X11Sounds>(session);
   platform.systemInfo = std::make_unique<X11SystemInfo>(session);
   platform.desktopApplication = std::make_unique<X11DesktopApplication>();
+  platform.trayPanel = std::make_unique<X11TrayPanel>(session);
   platform.keyLegends = std::make_unique<X11KeyLegends>(session);
   return platform;
 }

@@ -36,10 +36,10 @@ def menu(world):
     return next((window for window in world.windows() if window.width == MENU_WIDTH), None)
 
 
-def brightest(world, window):
-    """The brightest colour channel in a window's area, 0 to 255."""
+def is_light_on_dark(world, window):
     pixels = world.desktop.pixels(window.x, window.y, window.width, window.height)
-    return max(byte for index, byte in enumerate(pixels) if index % 4 != 3)
+    colours = [byte for index, byte in enumerate(pixels) if index % 4 != 3]
+    return max(colours) > 240 and sum(colours) / len(colours) < 100
 
 
 def click(world, window):
@@ -53,7 +53,7 @@ def opens_at_the_tray_icon(world):
         world.terminal.focus()
         world.terminal.forget()
         at = until("the icon is in the tray", lambda: icon(world), 10)
-        until("it is drawn light on the dark tray", lambda: brightest(world, at) > 240)
+        until("it is drawn light on the dark tray", lambda: is_light_on_dark(world, at))
         click(world, at)
         shown = until("the menu is shown", lambda: menu(world))
         margin = 48
