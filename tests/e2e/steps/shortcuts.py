@@ -12,6 +12,25 @@ KEYBOARD = "Keyboard Shortcuts"
 CONTROL_ALT = "Ctrl+Alt"
 
 
+def gives_a_shortcut_back(world):
+    """On the shortcuts page a recorded shortcut works at once, and its row's Reset brings the first one back"""
+    world.quiet()
+    open_page(world)
+    world.click_on("Shortcut of Frequent CLIs")
+    world.see("Press shortcut…")
+    world.desktop.press("Ctrl+Alt+m")
+    until("the new binding is saved", lambda: bindings(world).get("frequent-clis", {}).get("keyCode") == 46)
+    world.see("Reset shortcut of Frequent CLIs")
+    world.picture("recorded")
+    world.click_on("Reset shortcut of Frequent CLIs")
+    until("the binding is forgotten", lambda: "frequent-clis" not in bindings(world))
+    until("nothing is left to reset", lambda: not world.shows("Reset shortcut of"), interval=0.05)
+    world.close_window("Settings")
+    world.terminal.focus()
+    world.summon_palette()
+    world.close_palette()
+
+
 def lights_up_what_is_held(world):
     """vantle summon shortcuts draws the keyboard; holding Ctrl+Alt lights the keys that complete a combination"""
     window = open_keyboard(world)
@@ -32,12 +51,12 @@ def leaves_no_light_behind(world):
     """Keys that another program swallows, or that go up in another window, leave no light behind"""
     window = open_keyboard(world)
     plain = at_rest(world, window)
-    with grabbed(world.display.name, "j"):
+    with grabbed(world.display.name, "x"):
         with held(world, CONTROL_ALT):
             until("the keys light up", lambda: at_rest(world, window) != plain)
-            with held(world, "j"):
+            with held(world, "x"):
                 # Longer than it takes to notice that somebody else has the keyboard.
-                time.sleep(0.3)
+                stays("the window stays", lambda: world.titled(KEYBOARD), 0.3)
         until("the lights go out with the keys", lambda: at_rest(world, window) == plain)
     with held(world, "Alt"):
         until("the key that is held lights up", lambda: at_rest(world, window) != plain)
@@ -76,12 +95,10 @@ def starts_a_tool_by_its_key(world):
     world.terminal.focus()
     open_keyboard(world)
     until("the keyboard is at the first key", lambda: focused(world, "T, Ctrl+Alt: Tools"))
-    for key in ("Down", "Left", "Left", "Down"):
-        world.desktop.press(key)
+    walk_to(world, "B, Ctrl+Alt: Feedback", "Down", "Left", "Left", "Down")
     world.see("Sends us a bug report, feedback or a question.")
     world.picture("popover")
-    for key in ("Space",):
-        world.desktop.press(key)
+    world.desktop.press("Space")
     until("the popover has the keyboard", lambda: focused(world, "Change Feedback…"))
     world.desktop.press("Escape")
     until("Escape leads back to the key", lambda: focused(world, "B, Ctrl+Alt: Feedback"))
@@ -233,6 +250,7 @@ def at_rest(world, window):
 
 
 STEPS = [
+    gives_a_shortcut_back,
     lights_up_what_is_held,
     leaves_no_light_behind,
     makes_way_for_a_tool,
