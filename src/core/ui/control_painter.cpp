@@ -56,6 +56,14 @@ void control::paintField(QPainter& painter, const QStyleOption& option, const Th
   painter.restore();
 }
 
+void control::paintListFrame(QPainter& painter, const QStyleOption& option, const Theme& theme) {
+  painter.save();
+  painter.setPen(theme.edge);
+  painter.setBrush(theme.card);
+  painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+  painter.restore();
+}
+
 void control::paintFlatButton(QPainter& painter, const QStyleOption& option, const Theme& theme) {
   const bool pressed = isSet(option, QStyle::State_Sunken) || isSet(option, QStyle::State_On);
   painter.save();

@@ -13,6 +13,8 @@ namespace control {
 void paintButton(QPainter& painter, const QStyleOption& option, const Theme& theme);
 /// The ground of text fields.
 void paintField(QPainter& painter, const QStyleOption& option, const Theme& theme);
+/// The edge and ground of a list that hangs below its box.
+void paintListFrame(QPainter& painter, const QStyleOption& option, const Theme& theme);
 /// Buttons without an edge of their own: only shaded under the pointer.
 void paintFlatButton(QPainter& painter, const QStyleOption& option, const Theme& theme);
 /// Shows that the keyboard is at what has no edge to say so.

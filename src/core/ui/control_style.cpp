@@ -1,11 +1,13 @@
 #include "core/ui/control_style.h"
 
+#include <QComboBox>
 #include <QPainter>
 #include <QStyleOption>
 #include <QWidget>
 
 #include <algorithm>
 
+#include "core/ui/combo_row_delegate.h"
 #include "core/ui/control_painter.h"
 #include "core/ui/theme.h"
 
@@ -26,6 +28,9 @@ bool hasOwnGround(const QStyleOption& option) {
   const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
   return frame && frame->lineWidth > 0;
 }
+
+/// The window in which a combo box shows its list.
+bool isComboList(const QWidget& widget) { return widget.inherits("QComboBoxPrivateContainer"); }
 
 QRect thumbRect(const QStyleOptionSlider& bar) {
   const bool upright = bar.orientation == Qt::Vertical;
@@ -64,6 +69,12 @@ QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part) {
 
 ControlStyle::ControlStyle() : QProxyStyle(u"Fusion"_s) {}
 
+void ControlStyle::polish(QWidget* widget) {
+  QProxyStyle::polish(widget);
+  auto* box = qobject_cast<QComboBox*>(widget);
+  if (box && !qobject_cast<ComboRowDelegate*>(box->itemDelegate())) box->setItemDelegate(new ComboRowDelegate(box));
+}
+
 void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
   if (!widget) return QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -80,6 +91,9 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
       return;
     case PE_FrameDefaultButton:
       return;
+    case PE_Frame:
+      if (isComboList(*widget)) return control::paintListFrame(*painter, *option, theme);
+      break;
     case PE_FrameFocusRect:
       // Flat buttons have no edge of their own; other buttons, fields and boxes show the focus by theirs.
       if (widget->inherits("QToolButton")) return control::paintFocusRing(*painter, widget->rect(), theme);
@@ -156,5 +170,6 @@ int ControlStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
                             QStyleHintReturn* returned) const {
   // The list of a combo box hangs below it and does not cover it.
   if (hint == SH_ComboBox_Popup) return 0;
+  if (hint == SH_ComboBox_PopupFrameStyle) return QFrame::StyledPanel;
   return QProxyStyle::styleHint(hint, option, widget, returned);
 }

@@ -33,20 +33,33 @@ QPoint slotPosition(int index) {
           kVertical + slot / kColumns * (ToolTile::kSize.height() + kGap)};
 }
 
-/// The highlight, a plate below the tiles.
-class Plate final : public QWidget {
+}  // namespace
+
+/// The highlight, a plate below the tiles. While its tile hangs on the pointer it is the empty place that waits for it.
+class ToolGrid::Plate final : public QWidget {
  public:
   using QWidget::QWidget;
 
+  void setEmpty(bool empty) {
+    isEmpty_ = empty;
+    update();
+  }
+
  protected:
   void paintEvent(QPaintEvent*) override {
+    const Theme& theme = themeOf(*this);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(themeOf(*this).selection);
-    painter.drawRoundedRect(rect(), ToolTile::kRadius, ToolTile::kRadius);
+    painter.setPen(isEmpty_ ? QPen(theme.accent, 1, Qt::DashLine) : QPen(Qt::NoPen));
+    painter.setBrush(isEmpty_ ? theme.hover : theme.selection);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), ToolTile::kRadius, ToolTile::kRadius);
   }
+
+ private:
+  bool isEmpty_ = false;
 };
+
+namespace {
 
 QString obstacleText(ToolAvailability availability) {
   switch (availability) {
@@ -183,6 +196,7 @@ void ToolGrid::lift(const QString& toolID, QPoint grip) {
   Piece& lifted = piece(toolID);
   lifted.glide->stop();
   lifted.tile->raise();
+  plate_->setEmpty(true);
   drag_ = Drag{toolID, grip, mapFromGlobal(QCursor::pos())};
 }
 
@@ -207,7 +221,9 @@ void ToolGrid::carry(QPoint globalPosition) {
 
 void ToolGrid::drop() {
   edgeTimer_.stop();
-  if (const auto dropped = std::exchange(drag_, std::nullopt)) refresh();
+  if (!std::exchange(drag_, std::nullopt)) return;
+  plate_->setEmpty(false);
+  refresh();
 }
 
 void ToolGrid::followPointer() {

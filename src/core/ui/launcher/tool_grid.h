@@ -36,6 +36,7 @@ class ToolGrid : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  class Plate;
   struct Piece {
     ToolTile* tile;
     std::unique_ptr<Glide> glide;
@@ -60,7 +61,7 @@ class ToolGrid : public QWidget {
   ToolGridController& controller_;
   const SystemInfo& system_;
   QWidget* strip_;
-  QWidget* plate_;
+  Plate* plate_;
   Glide stripGlide_;
   Glide plateGlide_;
   std::map<QString, Piece> pieces_;
