@@ -17,10 +17,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// More would not be read.
+constexpr int kMostNames = 3;
+
+QString named(const QStringList& paths) {
+  const QString names = paths.mid(0, kMostNames).join(u", "_s);
+  return paths.size() <= kMostNames ? names : u"%1 and %2 more"_s.arg(names).arg(paths.size() - kMostNames);
+}
+
 QString told(const ExportedData& exported) {
   const QString files = exported.files == 1 ? u"1 file is"_s : u"%1 files are"_s.arg(exported.files);
   QString text = u"%1 in %2."_s.arg(files, QDir::toNativeSeparators(exported.folder));
-  if (!exported.leftOut.isEmpty()) text += u" Left out: "_s + exported.leftOut.join(u", "_s);
+  if (!exported.leftOut.isEmpty()) text += u" Left out: "_s + named(exported.leftOut);
   return text;
 }
 
@@ -40,14 +48,14 @@ ExportControl::ExportControl(const Folders& folders, Clock& clock)
   follow();
 }
 
+ExportControl::~ExportControl() { stop_.request_stop(); }
+
 void ExportControl::press() {
-  if (!job_.isRunning()) {
+  // A stopped copy still answers: it may have been whole a moment before.
+  if (job_.isRunning())
+    stop_.request_stop();
+  else
     choose();
-    return;
-  }
-  job_.cancel();
-  remark_->showHint(DataExportError{DataExportError::Kind::cancelled}.description());
-  follow();
 }
 
 void ExportControl::choose() {
@@ -67,13 +75,14 @@ void ExportControl::choose() {
 
 void ExportControl::start(const QString& destination) {
   job_ = Job::start();
+  stop_ = {};
   exported_.clear();
   remark_->showHint(u"Copying…"_s);
   follow();
   const auto now = static_cast<qint64>(clock_.now().count());
   const DataExport copy(folders_.vantle(), destination, QDateTime::fromSecsSinceEpoch(now).date());
   runInBackground(
-      job_, [copy](const std::stop_token& stop) { return copy.run(stop); },
+      job_, [copy, stop = stop_.get_token()](const std::stop_token&) { return copy.run(stop); },
       [this](const std::expected<ExportedData, DataExportError>& exported) { finish(exported); });
 }
 

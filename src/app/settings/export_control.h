@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <stop_token>
+
 #include "base/clock.h"
 #include "core/data/data_export.h"
 #include "core/settings/folders.h"
@@ -17,6 +19,7 @@ class ExportControl : public QWidget {
 
  public:
   ExportControl(const Folders& folders, Clock& clock);
+  ~ExportControl() override;
 
   /// Where the outcome is told; must live as long.
   void setRemark(RowRemark* remark) { remark_ = remark; }
@@ -35,5 +38,6 @@ class ExportControl : public QWidget {
   RowRemark* remark_ = nullptr;
   QPointer<QFileDialog> dialog_;
   QString exported_;
+  std::stop_source stop_;
   Job job_;
 };

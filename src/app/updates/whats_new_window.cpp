@@ -5,8 +5,10 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLocale>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStyle>
 
 #include "app/settings/settings_form.h"
 #include "core/ui/reading_area.h"
@@ -23,6 +25,12 @@ constexpr int kLogo = 64;
 /// Empty edge inside of the logo, so that what shows of it stands in line with the rest.
 constexpr int kLogoEdge = 4;
 constexpr int kBulletColumn = 16;
+
+/// What stands below a line, under which the versions scroll away.
+class Footer final : public QWidget {
+ protected:
+  void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(0, 0, width(), 1, themeOf(*this).hairline); }
+};
 
 QLabel* makeText(const QString& text) {
   auto* label = new QLabel(text);
@@ -68,7 +76,9 @@ QWidget* makeVersionHeading(const Changelog::Version& version) {
 QWidget* makeVersions(const std::vector<Changelog::Version>& versions) {
   auto* all = new QWidget;
   auto* column = new QVBoxLayout(all);
-  column->setContentsMargins(4 * Theme::kGrid, 0, 4 * Theme::kGrid, 2 * Theme::kGrid);
+  // The scroll bar stands in the margin.
+  const int bar = all->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  column->setContentsMargins(4 * Theme::kGrid, 0, 4 * Theme::kGrid - bar, 2 * Theme::kGrid);
   column->setSpacing(Theme::kGrid);
   for (const Changelog::Version& version : versions) {
     column->addWidget(makeVersionHeading(version));
@@ -93,6 +103,7 @@ WhatsNewWindow::WhatsNewWindow(UpdateNotice& notice, const Updater& updater, Cha
       versions_(new ReadingArea(u"Versions"_s)),
       done_(new QPushButton(u"Done"_s)) {
   resize(kSize);
+  versions_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   setMinimumSize(kSmallest);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -129,7 +140,7 @@ QWidget* WhatsNewWindow::makeHeader() {
 }
 
 QWidget* WhatsNewWindow::makeFooter(const Updater& updater) {
-  auto* footer = new QWidget;
+  auto* footer = new Footer;
   auto* row = new QHBoxLayout(footer);
   row->setContentsMargins(4 * Theme::kGrid, 2 * Theme::kGrid, 4 * Theme::kGrid, 2 * Theme::kGrid);
   row->addWidget(makeDetailLabel(updater.description()), 1);

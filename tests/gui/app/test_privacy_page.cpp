@@ -113,6 +113,19 @@ class TestPrivacyPage : public QObject {
     QCOMPARE(opened.paths, (QStringList{chosen.filePath(made.first()), stage.world.folders.vantle()}));
   }
 
+  void aCancelledExportSaysHowItEnded() {
+    Stage stage;
+    const QTemporaryDir chosen;
+    QVERIFY(writeFile(stage.world.folders.file(u"large"_s), QByteArray(64 * 1024 * 1024, 'x')));
+    stage.press(u"Export…"_s);
+    stage.choose(chosen.path());
+    stage.press(u"Cancel the export"_s);
+    QTRY_VERIFY(named<QPushButton>(stage.window, u"Export…"_s));
+    const bool isKept = !QDir(chosen.path()).isEmpty();
+    QCOMPARE(stage.says(u"The export was cancelled."_s), !isKept);
+    QCOMPARE(named<QPushButton>(stage.window, u"Show the exported copy"_s) != nullptr, isKept);
+  }
+
   void saysWhyAnExportFailed() {
     Stage stage;
     stage.press(u"Export…"_s);
