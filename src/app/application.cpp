@@ -27,6 +27,7 @@
 #include "core/ui/launcher/tool_launcher_panel.h"
 #include "core/ui/toast/toast_controller.h"
 #include "core/ui/toast/toast_panel.h"
+#include "services/service_process.h"
 #include "tools/frequent_clis/cli_palette_controller.h"
 #include "tools/frequent_clis/cli_palette_window.h"
 #include "tools/frequent_clis/command_store.h"
@@ -72,7 +73,7 @@ struct Application::Parts {
   NetworkMonitor network{*platform.networkPath};
   HotkeyCenter hotkeys{*platform.hotkeys, settings, clock};
   QtHttpClient http;
-  BuiltInService builtIn;
+  ServiceProcess builtIn{ServiceProcess::Places::standard(folders), clock};
   Services services{folders, http, *platform.credentials, builtIn, clock};
   InstallIdentity identity{folders.file(u"install-id"_s)};
   Analytics analytics;

@@ -8,6 +8,7 @@
 #include "cli/command.h"
 #include "core/net/app_channel.h"
 #include "platform/display.h"
+#include "platform/keychain_vault.h"
 #include "platform/termination.h"
 
 using namespace Qt::StringLiterals;
@@ -30,12 +31,19 @@ bool startInBackground(const QString& program) {
   return process.startDetached();
 }
 
+Platform platformFor(bool hasDisplay) {
+  if (hasDisplay) return makePlatform();
+  Platform platform = makeNullPlatform();
+  platform.credentials = makeKeychainVault();
+  return platform;
+}
+
 int runCommand(const QStringList& arguments, bool hasDisplay) {
   QTextStream out(stdout);
   QTextStream err(stderr);
   CommandContext context{out, err, Folders::standard(),
                          [] { return startInBackground(QCoreApplication::applicationFilePath()); },
-                         [hasDisplay] { return hasDisplay ? makePlatform() : makeNullPlatform(); }};
+                         [hasDisplay] { return platformFor(hasDisplay); }};
   return runCommandLine(arguments, context);
 }
 

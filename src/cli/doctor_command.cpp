@@ -10,6 +10,7 @@
 
 #include "base/clock.h"
 #include "cli/command.h"
+#include "cli/service_findings.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/hotkeys/hotkey_center.h"
 #include "core/hotkeys/refused_shortcuts.h"
@@ -20,13 +21,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-/// One line of the report.
-struct Finding {
-  QString subject;
-  bool isFine = true;
-  QString text;
-};
 
 constexpr auto kNetworkPatience = 500ms;
 
@@ -172,6 +166,8 @@ int runDoctor(const QStringList& arguments, CommandContext& context) {
     findings.push_back({u"Display"_s, false, u"none: shortcuts, panels and typing need one"_s});
   }
   findings.push_back(networkFinding(*platform.networkPath));
+  findings.push_back(serviceFinding(context.folders));
+  findings.push_back(keychainFinding(context.folders, *platform.credentials));
   findings.push_back(dataFinding(context.folders));
   findings.push_back(agentFinding(u"Claude Code"_s, u".claude/projects"_s));
   findings.push_back(agentFinding(u"Codex"_s, u".codex/sessions"_s));

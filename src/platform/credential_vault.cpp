@@ -10,13 +10,18 @@ void refuse(const JobRef& job, Answer answer) {
   });
 }
 
+#ifdef Q_OS_MACOS
+constexpr QLatin1StringView kRemedy("Log out and in again, or repair it with Keychain Access.");
+#else
+constexpr QLatin1StringView kRemedy("Start and unlock one (GNOME Keyring or KWallet) and try again.");
+#endif
+
 }  // namespace
 
 QString CredentialError::description() const {
   switch (reason) {
     case Reason::noKeychain:
-      return QStringLiteral(
-          "There is no keychain to keep the credential in. Start one (GNOME Keyring or KWallet) and try again.");
+      return QStringLiteral("There is no keychain to keep the credential in. ") + kRemedy;
     case Reason::denied:
       return QStringLiteral("The keychain is locked. Unlock it and try again.");
     case Reason::failed:

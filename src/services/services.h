@@ -1,7 +1,9 @@
 #pragma once
 
 #include "core/settings/folders.h"
+#include "services/ai_provider.h"
 #include "services/event_sender.h"
+#include "services/provider_check.h"
 #include "services/quota_client.h"
 
 /// The one instance of everything that speaks with the services, in order of construction. Main thread only.
@@ -12,7 +14,9 @@ struct Services {
         builtIn(child),
         configuration(folders.file(QStringLiteral("services.json"))),
         credential(vault, UserCredential::kServiceAccount),
-        quota(clock) {}
+        quota(clock),
+        provider(folders.file(QStringLiteral("ai-provider.json"))),
+        providerKey(vault, UserCredential::kProviderAccount) {}
 
   HttpClient& http;
   BuiltInService& builtIn;
@@ -22,4 +26,7 @@ struct Services {
   EventSender events{api, http};
   QuotaStore quota;
   QuotaClient quotaClient{api, http, quota};
+  AIProviderStore provider;
+  UserCredential providerKey;
+  ProviderCheck providerCheck{http, providerKey};
 };

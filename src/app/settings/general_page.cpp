@@ -4,6 +4,7 @@
 
 #include "app/settings/login_item_control.h"
 #include "app/settings/pages.h"
+#include "app/settings/service_section.h"
 #include "app/settings/settings_form.h"
 
 using namespace Qt::StringLiterals;
@@ -54,6 +55,7 @@ QWidget* makeGeneralPage(AppContext& context, SettingsSelection&) {
   look->addRow(u"Appearance"_s, u"Panels, toasts and windows."_s, makeAppearanceBox(context.preferences));
   addLoginItem(*look, context.platform);
   addPermissions(*look, context.windows);
+  addServiceSections(*page, context);
   SettingsSection* about = page->addSection(u"About"_s);
   addVersion(*about, context.windows);
   about->addWide(

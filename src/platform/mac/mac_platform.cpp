@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/logging.h"
+#include "platform/keychain_vault.h"
 #include "platform/mac/mac_api.h"
 #include "platform/platform.h"
 
@@ -344,6 +345,7 @@ Platform makePlatform() {
       std::make_unique<MacHotkeys>(),     std::make_unique<MacKeyEvents>(),          std::make_unique<MacPanelWindow>(),
       std::make_unique<MacPermissions>(), std::make_unique<MacNetworkPath>(),        std::make_unique<MacSounds>(),
       std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>(), std::make_unique<MacLoginItem>()};
+  platform.credentials = makeKeychainVault();
   platform.keyLegends = std::make_unique<MacKeyLegends>();
   return platform;
 }

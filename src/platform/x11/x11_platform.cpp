@@ -1,3 +1,4 @@
+#include "platform/keychain_vault.h"
 #include "platform/platform.h"
 #include "platform/x11/x11_desktop_application.h"
 #include "platform/x11/x11_hotkeys.h"
@@ -14,6 +15,7 @@
 
 Platform makePlatform() {
   Platform platform = makeNullPlatform();
+  platform.credentials = makeKeychainVault();
   platform.loginItem = std::make_unique<XdgLoginItem>(XdgLoginItem::Places::standard());
   const X11Session session = currentX11Session();
   if (session.connection == nullptr) return platform;

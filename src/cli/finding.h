@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QString>
+
+/// One line of the doctor's report.
+struct Finding {
+  QString subject;
+  bool isFine = true;
+  QString text;
+};

@@ -1,0 +1,134 @@
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+#include "services/quota_client.h"
+#include "services/service_process.h"
+#include "support/fake_clock.h"
+#include "support/fake_vault.h"
+#include "support/files.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The real program as a child, or whatever `program` names; time stands still.
+struct Stage {
+  explicit Stage(const QString& program = QStringLiteral(VANTLE_SERVICE_PROGRAM))
+      : service({program, directory.filePath(u"service"_s)}, clock) {}
+
+  /// Asks and lets the clock go just far enough for what is due at once.
+  void ask() {
+    result.reset();
+    service.locate(job, [this](const auto& location) { result = location; });
+    clock.advance(0ms);
+  }
+  QUrl api() const { return result && *result ? (*result)->api : QUrl(); }
+
+  QTemporaryDir directory;
+  FakeClock clock;
+  ServiceProcess service;
+  Job job = Job::start();
+  std::optional<std::expected<ServiceLocation, ServiceError>> result;
+};
+
+bool isAlive(qint64 pid) { return kill(static_cast<pid_t>(pid), 0) == 0; }
+
+}  // namespace
+
+class TestServiceProcess : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void startsAtTheFirstUseAndOnlyOnce() {
+    Stage stage;
+    QCOMPARE(stage.service.processId(), 0);
+    QSignalSpy changes(&stage.service, &BuiltInService::runningChanged);
+    stage.ask();
+    QTRY_VERIFY(stage.result);
+    QVERIFY(*stage.result);
+    QVERIFY((*stage.result)->isBuiltIn && stage.service.isRunning());
+    QCOMPARE(changes.size(), 1);
+    const qint64 pid = stage.service.processId();
+    const QUrl first = stage.api();
+    stage.ask();
+    QTRY_COMPARE(stage.api(), first);
+    QCOMPARE(stage.service.processId(), pid);
+    QCOMPARE(QFileInfo(stage.directory.filePath(u"service"_s)).permissions() & QFile::Permissions(0x0077),
+             QFile::Permissions());
+  }
+
+  void answersAQuotaRequest() {
+    Stage stage;
+    FakeVault vault;
+    UserCredential credential(vault, UserCredential::kServiceAccount);
+    ServiceConfiguration configuration(stage.directory.filePath(u"services.json"_s), {});
+    MeteredAPI api(configuration, stage.service, credential);
+    QtHttpClient http;
+    QuotaStore store(stage.clock);
+    QuotaClient client(api, http, store);
+    std::optional<std::expected<void, ServiceError>> done;
+    client.refresh(stage.job, [&](const auto& result) { done = result; });
+    stage.clock.advance(0ms);
+    QTRY_VERIFY(done);
+    QVERIFY(*done);
+    QCOMPARE(store.plan(), u"embedded"_s);
+  }
+
+  void isStartedAnewAfterItHasDiedButNotAtOnce() {
+    Stage stage;
+    stage.ask();
+    QTRY_VERIFY(stage.result);
+    const qint64 first = stage.service.processId();
+    kill(static_cast<pid_t>(first), SIGKILL);
+    QTRY_VERIFY(!stage.service.isRunning());
+    stage.ask();
+    QCOMPARE(stage.service.processId(), 0);
+    stage.clock.advance(500ms);
+    QTRY_VERIFY(stage.result);
+    QVERIFY(*stage.result && stage.service.processId() != first);
+  }
+
+  void endsWithItsOwner() {
+    auto stage = std::make_unique<Stage>();
+    stage->ask();
+    QTRY_VERIFY(stage->result);
+    const qint64 pid = stage->service.processId();
+    stage.reset();
+    QTRY_VERIFY(!isAlive(pid));
+  }
+
+  void saysWhatIsWrongWithTheProgram() {
+    Stage missing(u"/nonexistent/vantle-service"_s);
+    missing.ask();
+    QVERIFY(missing.result && !*missing.result);
+    QVERIFY(missing.result->error().description().contains(u"/nonexistent/vantle-service"_s));
+    for (const QString& program : {u"/bin/true"_s, u"/bin/echo"_s}) {
+      Stage wrong(program);
+      wrong.ask();
+      QTRY_VERIFY(wrong.result);
+      QVERIFY(!*wrong.result && !wrong.service.isRunning());
+    }
+  }
+
+  void aProgramThatSaysNothingIsNotWaitedForForEver() {
+    const QTemporaryDir directory;
+    const QString program = directory.filePath(u"silent"_s);
+    QVERIFY(writeFile(program, "#!/bin/sh\nexec sleep 60\n"));
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    Stage stage(program);
+    stage.ask();
+    QTRY_VERIFY(stage.service.processId() > 0);
+    QVERIFY(!stage.result);
+    stage.clock.advance(10s);
+    QTRY_VERIFY(stage.result);
+    QVERIFY(!*stage.result);
+  }
+};
+
+QTEST_GUILESS_MAIN(TestServiceProcess)
+#include "test_service_process.moc"
