@@ -10,7 +10,7 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import launcher, menu, onboarding, palette, privacy, settings, shortcuts
+from steps import launcher, menu, onboarding, palette, privacy, service, settings, shortcuts
 from steps.launcher import Skipped
 
 STEPS = [
@@ -19,6 +19,7 @@ STEPS = [
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,
+    *service.STEPS,
     *onboarding.STEPS,
     *privacy.STEPS,
 ]
