@@ -44,12 +44,14 @@ class PermissionsStep : public OnboardingPage {
  private:
   void followPermissions();
   void followOffers();
+  void addOffers();
   QWidget* makeOfferRow(const ShortcutOffers::Offer& offer);
 
   OnboardingModel& model_;
   ShortcutOffers offers_;
   QString systemName_;
   std::array<PermissionRow*, kPermissionNames.size()> rows_{};
+  QVBoxLayout* content_ = nullptr;
   ShortcutsRow* shortcuts_ = nullptr;
   SettingsSection* offerSection_ = nullptr;
 };

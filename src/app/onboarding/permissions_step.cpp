@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -36,7 +37,7 @@ PermissionsStep::PermissionsStep(AppContext& context, OnboardingModel& model)
       model_(model),
       offers_(context.hotkeys, context.registry),
       systemName_(context.platform.systemInfo->systemName()) {
-  QVBoxLayout* content = addScrollingColumn(column());
+  content_ = addScrollingColumn(column());
   auto* section = new SettingsSection;
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     rows_[i] = new PermissionRow(model_.permissions(), kPermissionNames[i].permission,
@@ -45,8 +46,8 @@ PermissionsStep::PermissionsStep(AppContext& context, OnboardingModel& model)
   }
   shortcuts_ = new ShortcutsRow(model_.permissions());
   section->addWide(shortcuts_);
-  content->addWidget(section);
-  content->addStretch(1);
+  content_->addWidget(section);
+  content_->addStretch(1);
   connect(&model_.permissions(), &PermissionList::changed, this, &PermissionsStep::followPermissions);
   connect(&offers_, &ShortcutOffers::changed, this, &PermissionsStep::followOffers);
   followPermissions();
@@ -69,13 +70,28 @@ void PermissionsStep::followPermissions() {
 
 void PermissionsStep::followOffers() {
   shortcuts_->setTakenCount(offers_.openCount());
-  delete std::exchange(offerSection_, nullptr);
-  if (offers_.offers().empty()) return;
+  SettingsSection* const before = std::exchange(offerSection_, nullptr);
+  if (!offers_.offers().empty()) addOffers();
+  if (!before) return;
+  // The button that was pressed is in there: it lives until it has been heard.
+  const bool hadFocus = before->isAncestorOf(QApplication::focusWidget());
+  before->hide();
+  before->deleteLater();
+  if (auto* next = offerSection_ ? offerSection_->findChild<QPushButton*>() : nullptr; next && hadFocus)
+    next->setFocus();
+}
+
+void PermissionsStep::addOffers() {
   offerSection_ = new SettingsSection;
   offerSection_->setAccessibleName(u"Shortcuts that other programs hold"_s);
   for (const ShortcutOffers::Offer& offer : offers_.offers()) offerSection_->addWide(makeOfferRow(offer));
-  auto* content = static_cast<QVBoxLayout*>(shortcuts_->parentWidget()->parentWidget()->layout());
-  content->insertWidget(1, offerSection_);
+  content_->insertWidget(1, offerSection_);
+  // What is made last comes last with Tab, behind the window's own buttons.
+  QWidget* before = rows_.back()->findChild<QPushButton*>();
+  for (auto* button : offerSection_->findChildren<QPushButton*>()) {
+    setTabOrder(before, button);
+    before = button;
+  }
 }
 
 QWidget* PermissionsStep::makeOfferRow(const ShortcutOffers::Offer& offer) {

@@ -19,7 +19,7 @@ struct Purpose {
 };
 
 constexpr std::array kPurposes = {
-    Purpose{Permission::accessibility, u"text.cursor", u"Types your commands and copies what you have selected."},
+    Purpose{Permission::accessibility, u"text.cursor", u"Types your commands and copies your selection."},
     Purpose{Permission::screenRecording, u"rectangle.dashed", u"Captures the region of the screen that you draw."},
 };
 

@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QPainter>
 
+#include <algorithm>
+
 #include "app/settings/settings_form.h"
 #include "core/ui/theme.h"
 
@@ -23,7 +25,7 @@ IconRow::IconRow(const QString& symbol, const QString& title, const QString& det
       title_(new QLabel(this)),
       detail_(makeDetailLabel({}, this)),
       remark_(makeDetailLabel({}, this)),
-      row_(new QHBoxLayout(this)) {
+      row_(new QHBoxLayout) {
   title_->setFont(Theme::rowFont());
   title_->setWordWrap(true);
   remark_->setForegroundRole(QPalette::WindowText);
@@ -31,11 +33,15 @@ IconRow::IconRow(const QString& symbol, const QString& title, const QString& det
   auto* texts = new QVBoxLayout;
   texts->setSpacing(2);
   texts->addStretch(1);
-  for (QLabel* label : {title_, detail_, remark_}) texts->addWidget(label);
+  for (QLabel* label : {title_, detail_}) texts->addWidget(label);
   texts->addStretch(1);
-  row_->setContentsMargins(kTileRoom, 0, 0, 0);
   row_->setSpacing(2 * Theme::kGrid);
   row_->addLayout(texts, 1);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kTileRoom, 0, 0, 0);
+  column->setSpacing(4);
+  column->addLayout(row_);
+  column->addWidget(remark_);
   setMinimumHeight(Theme::kIconTile);
   setTitle(title);
   setDetail(detail);
@@ -58,7 +64,8 @@ void IconRow::addEnd(QWidget* control) { row_->addWidget(control, 0, Qt::AlignRi
 
 void IconRow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  const QRectF place(0, (height() - Theme::kIconTile) / 2, Theme::kIconTile, Theme::kIconTile);
+  const int top = std::max(0, row_->geometry().center().y() + 1 - Theme::kIconTile / 2);
+  const QRectF place(0, top, Theme::kIconTile, Theme::kIconTile);
   const Theme& theme = themeOf(*this);
   IconTile tile = tile_;
   if (tone_) tile.color = theme.*tone_;

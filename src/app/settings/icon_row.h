@@ -21,7 +21,7 @@ class IconRow : public QWidget {
   /// Empty texts take no room.
   void setTitle(const QString& title);
   void setDetail(const QString& detail);
-  /// What stands in the way, in full contrast; it can be selected.
+  /// What stands in the way, below all of that and in full contrast; it can be selected.
   void setRemark(const QString& remark);
   void addEnd(QWidget* control);
 

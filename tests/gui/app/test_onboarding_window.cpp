@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Hotkey kUplink{32, 0x1800};
+constexpr Hotkey kFiles{37, 0x1800};
 constexpr Hotkey kTools{17, 0x1800};
 constexpr Hotkey kLauncher{49, 0x1800};
 
@@ -140,14 +141,20 @@ class TestOnboardingWindow : public QObject {
   }
 
   void oneClickBindsAFreeCombination() {
-    Stage stage({kUplink, kTools});
+    Stage stage({kUplink, kFiles, kTools});
+    stage.permissions->trusted = false;
     OnboardingWindow& window = stage.open();
     stage.walkTo(OnboardingStep::permissions);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
     shoot(window, u"permissions-taken"_s);
-    auto* use = named<QPushButton>(window, u"Use Ctrl+Alt+E for Image to URL"_s);
-    QVERIFY(use);
-    use->click();
-    QTRY_VERIFY(stage.world.hotkeys.isRegistered(u"uplink"_s));
+    QCOMPARE(tabOrder(window), (QStringList{u"Allow Accessibility in Settings"_s, u"Use Ctrl+Alt+E for Image to URL"_s,
+                                            u"Use Ctrl+Alt+J for File Drop"_s, u"Back"_s, u"Not Now"_s}));
+    named<QPushButton>(window, u"Use Ctrl+Alt+E"_s)->setFocus();
+    stage.press(Qt::Key_Return);
+    QVERIFY(stage.world.hotkeys.isRegistered(u"uplink"_s));
+    QCOMPARE(stage.focus()->accessibleName(), u"Use Ctrl+Alt+J for File Drop"_s);
+    stage.press(Qt::Key_Return);
+    QVERIFY(stage.world.hotkeys.isRegistered(u"bulk-upload"_s));
     QVERIFY(!named<QPushButton>(window, u"Use"_s));
     QCOMPARE(unnamedControls(window), QStringList());
     shoot(window, u"permissions-bound"_s);
