@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array kCommands = {
-    Command{"summon"_L1, "<tool-id>|launcher|menu|settings|usage"_L1, "start a tool in the running application"_L1,
-            runSummon},
+    Command{"summon"_L1, "<tool-id>|launcher|menu|settings|shortcuts|usage"_L1,
+            "start a tool in the running application"_L1, runSummon},
     Command{"tools"_L1, "[--json]"_L1, "list the tools in the grid's order"_L1, runTools},
     Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
     Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
