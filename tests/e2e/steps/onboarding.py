@@ -99,8 +99,7 @@ def offers_what_is_free(world):
             until("the free one is bound", lambda: stored(application).get("hotkeys", {}).get("uplink"))
             world.see("Opens with ⌃⌥E now.")
             world.click_on("Continue")
-            world.see("The system does not give Ctrl+Alt+Space to Vantle")
-            world.picture("no-launcher-shortcut")
+            step(world, "The system does not give Ctrl+Alt+Space to Vantle", "no-launcher-shortcut")
             world.click_on("Open the Launcher")
             world.see("That is the launcher")
             world.desktop.press("Escape")
@@ -123,7 +122,19 @@ def shows_the_permissions(world):
 
 def step(world, text, picture):
     world.see(text)
+    wait_for_the_fade(world)
     world.picture(picture)
+
+
+def wait_for_the_fade(world):
+    """The step before has faded away once nothing on the window changes."""
+    looks = []
+
+    def is_still():
+        looks.append(world.desktop.brightness(world.titled(WELCOME)))
+        return len(looks) > 2 and looks[-1] == looks[-2] == looks[-3]
+
+    until("the fade is over", is_still, 2, 0.03)
 
 
 def stored(application):
