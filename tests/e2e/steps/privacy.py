@@ -76,6 +76,7 @@ def deletes_everything_and_starts_anew(world):
     """Delete All Data asks in place, and ends in the first run with nothing of the old data"""
     with privacy_page(world) as application:
         data = application.folder
+        at_login = opened_at_login(application)
         commands = application.read_json("FrequentCLIs/commands.json")
         world.click_on("Delete All Data…")
         world.see("This cannot be undone.")
@@ -93,6 +94,16 @@ def deletes_everything_and_starts_anew(world):
         expect("the settings are gone", not (data / "settings.json").exists() and not (data / "services.json").exists())
         left = sorted(entry.name for entry in data.parent.iterdir())
         expect(f"nothing stands beside the new data: {left}", left == ["Vantle"])
+        expect("it does not open at login any more", not list(at_login.iterdir()))
+
+
+def opened_at_login(application):
+    """The folder with the entry that lets the desktop start the program."""
+    folder = Path(application.environment["XDG_CONFIG_HOME"]) / "autostart"
+    folder.mkdir(mode=0o700)
+    entry = f"[Desktop Entry]\nType=Application\nName=Vantle\nExec={application.binary}\n"
+    (folder / "vantle.desktop").write_text(entry)
+    return folder
 
 
 def remember_version(application, version):
