@@ -32,7 +32,7 @@ class Symbol final : public QWidget {
 QWidget* makeRow(const ToolInfo& tool, const SystemInfo& system) {
   auto* name = new QLabel(tool.name);
   name->setFont(Theme::rowFont());
-  name->setFixedWidth(kNameColumn);
+  name->setMinimumWidth(kNameColumn);
   QLabel* text = makeDetailLabel(disclosure(tool, system));
   auto* row = new QWidget;
   auto* line = new QHBoxLayout(row);

@@ -16,7 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kButtonWidth = 132;
-constexpr int kButtonHeight = 28;
 constexpr int kClearIcon = 16;
 
 }  // namespace
@@ -29,7 +28,7 @@ HotkeyRecorderView::HotkeyRecorderView(HotkeyRecorderModel::Services services, c
       button_(new QPushButton(this)),
       clear_(new QToolButton(this)),
       hint_(new QLabel(this)) {
-  button_->setFixedSize(kButtonWidth, kButtonHeight);
+  button_->setFixedWidth(kButtonWidth);
   button_->setAutoDefault(false);
   button_->installEventFilter(this);
   setFocusProxy(button_);
