@@ -62,11 +62,12 @@ void PalettePanel::present() {
   window.installEventFilter(this);
   native_.prepare(window, PanelKind::palette);
   show();
+  // At once: a key pressed by somebody who sees the panel must not reach the window behind it.
+  native_.takeKeyboard(window);
   raise();
   if (!focusWidget()) setFocus();
   cutToCard();
   watchForLoss();
-  native_.takeKeyboard(window);
 }
 
 void PalettePanel::dismiss() {
