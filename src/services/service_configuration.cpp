@@ -19,10 +19,16 @@ std::expected<QUrl, ServiceError> baseUrl(const QString& text, QLatin1StringView
 
 }  // namespace
 
+bool decode(const QJsonValue& value, std::optional<bool>& out) {
+  if (value.isBool()) out = value.toBool();
+  return value.isBool();
+}
+
 void ServiceSettings::read(JsonReader& reader) {
   reader.read("api"_L1, api);
   reader.read("links"_L1, links);
   reader.read("token"_L1, token);
+  reader.read("useOwnHosts"_L1, useOwnHosts);
 }
 
 void ServiceSettings::write(QJsonObject& object) const {
@@ -32,6 +38,7 @@ void ServiceSettings::write(QJsonObject& object) const {
   set("api"_L1, api);
   set("links"_L1, links);
   set("token"_L1, token);
+  if (useOwnHosts) object.insert("useOwnHosts"_L1, *useOwnHosts);
 }
 
 PresetHosts PresetHosts::ofThisBuild() {
@@ -39,7 +46,8 @@ PresetHosts PresetHosts::ofThisBuild() {
 }
 
 ServiceMode ServiceConfiguration::mode() const {
-  return value().api.isEmpty() && value().links.isEmpty() ? standardMode() : ServiceMode::ownHosts;
+  const bool areThere = !value().api.isEmpty() || !value().links.isEmpty();
+  return areThere && value().useOwnHosts.value_or(true) ? ServiceMode::ownHosts : standardMode();
 }
 
 ServiceMode ServiceConfiguration::standardMode() const {
@@ -54,7 +62,8 @@ std::expected<ServiceLocation, ServiceError> ServiceConfiguration::hosts() {
   if (!api) return std::unexpected(api.error());
   const auto links = baseUrl(isOwn ? own.links : withScheme(preset_.links), "links"_L1);
   if (!links) return std::unexpected(links.error());
-  // The token this binary was built with belongs to its own hosts and to nobody else's.
-  const QString token = isOwn || !own.token.isEmpty() ? own.token : preset_.token;
+  // A token alone takes the place of the one this binary was built with; beside own hosts it goes to these only.
+  const bool isForThese = isOwn || (!own.token.isEmpty() && own.useOwnHosts.value_or(true));
+  const QString token = isForThese ? own.token : preset_.token;
   return ServiceLocation{*api, *links, token.toUtf8()};
 }

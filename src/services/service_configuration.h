@@ -1,6 +1,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 
 #include "core/settings/store.h"
 #include "services/service_location.h"
@@ -15,6 +16,8 @@ struct ServiceSettings {
   QString api;
   QString links;
   QString token;
+  /// False: the hosts are kept, but not used. None: they are used as soon as one is set.
+  std::optional<bool> useOwnHosts{};
 
   bool operator==(const ServiceSettings&) const = default;
   void read(JsonReader& reader);
@@ -47,7 +50,7 @@ class ServiceConfiguration : public Store<ServiceSettings> {
   explicit ServiceConfiguration(QString path, PresetHosts preset = PresetHosts::ofThisBuild())
       : Store(std::move(path)), preset_(std::move(preset)) {}
 
-  /// Own hosts as soon as one of the two is set.
+  /// Own hosts as soon as one of the two is set, unless the user wants them to rest.
   ServiceMode mode() const;
   /// What is used when the user sets no hosts of his own.
   ServiceMode standardMode() const;

@@ -31,7 +31,7 @@ CredentialControl::CredentialControl(UserCredential& credential, const QString& 
       remove_(makeButton(u"Remove"_s, name, this)),
       field_(new QLineEdit(this)),
       save_(makeButton(u"Save"_s, name, this)) {
-  setFixedWidth(kWidth);
+  setMinimumWidth(kWidth);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(Theme::kGrid);

@@ -23,8 +23,7 @@ QString standardName(ServiceMode mode) { return mode == ServiceMode::builtIn ? u
 
 }  // namespace
 
-ServiceSection::ServiceSection(SettingsPage& page, AppContext& context)
-    : QObject(&page), services_(context.services), before_(services_.configuration.value()) {
+ServiceSection::ServiceSection(SettingsPage& page, AppContext& context) : QObject(&page), services_(context.services) {
   SettingsSection* section = page.addSection(u"Service"_s);
   addChoice(*section);
   addCheck(*section);
@@ -41,8 +40,7 @@ ServiceSection::ServiceSection(SettingsPage& page, AppContext& context)
 void ServiceSection::addChoice(SettingsSection& section) {
   choice_ = new QComboBox;
   choice_->addItems({standardName(services_.configuration.standardMode()), u"Own hosts"_s});
-  choice_->setCurrentIndex(services_.configuration.mode() == ServiceMode::ownHosts ? 1 : 0);
-  section.addRow(u"Service in use"_s, u"Makes the links, answers and takes the feedback of the tools."_s, choice_);
+  section.addRow(u"Service in use"_s, u"Hosts your links, answers the AI tools, takes your feedback."_s, choice_);
   connect(choice_, &QComboBox::activated, this, [this](int index) { choose(index == 1); });
 }
 
@@ -88,18 +86,19 @@ void ServiceSection::addToken(SettingsSection& section) {
   fields_.push_back(field);
 }
 
+bool ServiceSection::isOwnChosen() const {
+  const ServiceConfiguration& configuration = services_.configuration;
+  return configuration.value().useOwnHosts.value_or(configuration.mode() == ServiceMode::ownHosts);
+}
+
 void ServiceSection::choose(bool isOwn) {
-  if (!isOwn) before_ = services_.configuration.value();
-  services_.configuration.update([&](ServiceSettings& values) { values = isOwn ? before_ : ServiceSettings{}; });
-  choice_->setCurrentIndex(isOwn ? 1 : 0);
-  hosts_->setVisible(isOwn);
-  showIdle();
-  if (isOwn) fields_.front()->setFocus();
+  services_.configuration.update([isOwn](ServiceSettings& values) { values.useOwnHosts = isOwn; });
+  if (isOwn && fields_.front()->text().isEmpty()) fields_.front()->setFocus();
 }
 
 void ServiceSection::follow() {
-  if (services_.configuration.mode() == ServiceMode::ownHosts) choice_->setCurrentIndex(1);
-  hosts_->setVisible(choice_->currentIndex() == 1);
+  choice_->setCurrentIndex(isOwnChosen() ? 1 : 0);
+  hosts_->setVisible(isOwnChosen());
   for (CommittedField* field : fields_) field->follow();
   showIdle();
 }
@@ -108,7 +107,7 @@ void ServiceSection::showIdle() { check_->reset(idleText()); }
 
 QString ServiceSection::idleText() const {
   const ServiceMode mode = services_.configuration.mode();
-  if (choice_->currentIndex() == 1 && mode != ServiceMode::ownHosts)
+  if (isOwnChosen() && mode != ServiceMode::ownHosts)
     return u"Enter the API URL. Until then the tools use: %1."_s.arg(standardName(mode));
   if (mode != ServiceMode::builtIn) return u"Not tested yet."_s;
   return services_.builtIn.isRunning() ? u"Running on this computer."_s

@@ -24,6 +24,7 @@ class ServiceSection : public QObject {
   void addHosts(SettingsSection& section);
   CommittedField* addHost(SettingsSection& section, const QString& title, QString ServiceSettings::* host);
   void addToken(SettingsSection& section);
+  bool isOwnChosen() const;
   void choose(bool isOwn);
   void follow();
   void showIdle();
@@ -35,8 +36,6 @@ class ServiceSection : public QObject {
   CheckControl* check_ = nullptr;
   SettingsSection* hosts_ = nullptr;
   std::vector<CommittedField*> fields_;
-  /// What was set before the user chose the built-in service, for when it is chosen back.
-  ServiceSettings before_;
 };
 
 /// Adds everything about services to a page.

@@ -41,7 +41,7 @@ def uses_hosts_of_ones_own(world):
         world.see("It has to begin with https://")
         world.picture("wrong")
         enter(world, "API URL", f"http://127.0.0.1:{port}")
-        saved = {"api": f"http://127.0.0.1:{port}"}
+        saved = {"api": f"http://127.0.0.1:{port}", "useOwnHosts": True}
         until("the host is saved", lambda: application.read_json("services.json") == saved)
         press(world, "Service: Test")
         world.see("Enter your credential first.")

@@ -85,7 +85,7 @@ class TestServiceSection : public QObject {
     QVERIFY(!stage.shows(u"It has to begin with https://"_s));
     stage.type(u"Links URL"_s, u"https://links.example"_s);
     stage.type(u"Token"_s, u"t"_s);
-    const ServiceSettings saved{u"https://api.example/"_s, u"https://links.example"_s, u"t"_s};
+    const ServiceSettings saved{u"https://api.example/"_s, u"https://links.example"_s, u"t"_s, true};
     QCOMPARE(ServiceConfiguration(stage.world.folders.file(u"services.json"_s), {}).value(), saved);
 
     stage.choose(u"Service in use"_s, u"Built-in"_s);

@@ -40,7 +40,9 @@ struct GeneralStage : SettingsStage {
   }
   ToggleSwitch& loginSwitch() { return control<ToggleSwitch>(u"Open at login"_s); }
   QString remark() {
-    for (const RowRemark* label : window.findChildren<RowRemark*>())
+    const QWidget* section = &loginSwitch();
+    while (!qobject_cast<const SettingsSection*>(section)) section = section->parentWidget();
+    for (const RowRemark* label : section->findChildren<RowRemark*>())
       if (label->isVisible()) return label->text();
     return {};
   }

@@ -59,6 +59,13 @@ class TestServiceConfiguration : public QObject {
     QCOMPARE(own->url(ServiceOperation::upload).value(), QUrl(u"http://127.0.0.1:9/l/v1/upload"_s));
     QVERIFY(!own->url(ServiceOperation::quota));
     QVERIFY2(own->serviceToken.isEmpty(), "a token must not reach a host it was not made for");
+    preset.update([](ServiceSettings& settings) {
+      settings.token = u"own"_s;
+      settings.useOwnHosts = false;
+    });
+    QVERIFY(preset.mode() == ServiceMode::presetHosts);
+    QCOMPARE(preset.hosts()->serviceToken, "preset");
+    QCOMPARE(ServiceConfiguration(path, {}).value(), preset.value());
   }
 
   void theFileIsReadAnewAndKeepsWhatItDoesNotKnow() {
