@@ -153,6 +153,8 @@ QSize ControlStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
   QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
   const bool isControl = type == CT_PushButton || type == CT_ComboBox || type == CT_LineEdit || type == CT_SpinBox;
   if (isControl) size.setHeight(std::max(option->fontMetrics.height() + 10, kControlHeight));
+  const bool isEntry = type == CT_ItemViewItem && widget && widget->inherits("QComboBoxListView");
+  if (isEntry) size.setHeight(std::max(size.height(), kControlHeight));
   if (type == CT_PushButton) size.rwidth() += Theme::kGrid;
   if (type == CT_ComboBox || type == CT_SpinBox) size.rwidth() += Theme::kGrid;
   return size;
