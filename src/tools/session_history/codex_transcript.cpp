@@ -101,7 +101,7 @@ class CodexParser {
     const auto threadSource = text(*record, {"payload", "thread_source"});
     isSubAgent_ = (threadSource && *threadSource != u"user") || member(*record, {"payload", "source", "subagent"});
     id_ = text(*record, {"payload", "id"}).value_or(QString());
-    cwd_ = text(*record, {"payload", "cwd"}).value_or(QString());
+    cwd_ = filledText(*record, {"payload", "cwd"}).value_or(cwd_);
     gitBranch_ = filledText(*record, {"payload", "git", "branch"});
     if (!gitBranch_) gitBranch_ = filledText(*record, {"payload", "branch"});
   }
