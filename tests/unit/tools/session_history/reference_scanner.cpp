@@ -34,22 +34,22 @@ Lines chunks(const QByteArray& bytes) {
   return lines;
 }
 
-/// Qt's reader lets control characters pass inside of strings; JSON does not.
-bool hasControlCharacterInString(const QByteArray& line) {
+/// Qt's reader takes control characters and unknown escapes inside of strings; JSON does not.
+bool hasStrictStrings(const QByteArray& line) {
   bool inString = false;
   for (qsizetype at = 0; at < line.size(); ++at) {
-    if (inString && line[at] == '\\')
-      ++at;
-    else if (line[at] == '"')
-      inString = !inString;
-    if (inString && at < line.size() && line[at] >= 0 && line[at] < ' ') return true;
+    const char character = line[at];
+    if (character == '"') inString = !inString;
+    if (!inString) continue;
+    if (character >= 0 && character < ' ') return false;
+    if (character == '\\' && (++at == line.size() || !QByteArray("\"\\/bfnrtu").contains(line[at]))) return false;
   }
-  return false;
+  return true;
 }
 
 /// The line as JSON with damaged text replaced; Qt's reader wants whole UTF-8.
 std::optional<QJsonObject> object(const QByteArray& line) {
-  if (hasControlCharacterInString(line)) return std::nullopt;
+  if (!hasStrictStrings(line)) return std::nullopt;
   const QJsonDocument document = QJsonDocument::fromJson(QString::fromUtf8(line).toUtf8());
   return document.isObject() ? std::optional(document.object()) : std::nullopt;
 }
