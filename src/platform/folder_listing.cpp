@@ -27,6 +27,7 @@ FolderEntry::Kind kindOf(mode_t mode) {
 
 /// False when the entry is gone or leads nowhere.
 bool examine(int folder, const dirent& raw, ListingDetail detail, FolderEntry& entry) {
+  if (detail == ListingDetail::namesOnly) return true;
   if (raw.d_type == DT_DIR || (raw.d_type == DT_REG && detail == ListingDetail::kindOfAll)) {
     entry.kind = raw.d_type == DT_DIR ? FolderEntry::Kind::folder : FolderEntry::Kind::file;
     return true;

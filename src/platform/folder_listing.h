@@ -19,7 +19,7 @@ struct FolderEntry {
 };
 
 /// What of an entry has to be known; what is not asked for costs no system call where the folder itself tells.
-enum class ListingDetail { kindOfAll, sizesOfFiles };
+enum class ListingDetail { namesOnly, kindOfAll, sizesOfFiles };
 
 /// Calls `visit` for every entry of a folder but "." and "..", in no order. Entries that vanish meanwhile and links
 /// that lead nowhere are left out, links to folders count as `other` (so that no loop can be walked); a folder that

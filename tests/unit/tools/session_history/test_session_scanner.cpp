@@ -1,10 +1,10 @@
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
 
+#include "support/agent_home.h"
 #include "tools/session_history/prompt_text.h"
 #include "tools/session_history/session_scanner.h"
 #include "tools/session_history/transcript_reader.h"
@@ -13,43 +13,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A home folder with transcripts whose dates are counted in minutes.
-struct Home {
-  QString write(const QString& path, QByteArray bytes, int minute = 0) {
-    const QString full = directory.path() + u'/' + path;
-    QDir().mkpath(QFileInfo(full).path());
-    QFile file(full);
-    if (!file.open(QFile::WriteOnly)) qFatal("cannot write");
-    file.write(bytes.leftJustified(500, '\n'));
-    file.flush();
-    file.setFileTime(QDateTime::fromSecsSinceEpoch(1'780'000'000 + 60 * minute), QFile::FileModificationTime);
-    return full;
-  }
-  QString claude(const QString& id, int minute, const QByteArray& prompt = "hello") {
-    return write(u".claude/projects/-w/%1.jsonl"_s.arg(id),
-                 R"({"type":"user","message":{"content":")" + prompt +
-                     R"("},"cwd":"/w","gitBranch":"main"})"
-                     "\n",
-                 minute);
-  }
-  QString codex(const QString& id, int minute) {
-    return write(u".codex/sessions/2026/11/20/rollout-%1.jsonl"_s.arg(id),
-                 R"({"type":"session_meta","payload":{"id":")" + id.toUtf8() +
-                     R"(","cwd":"/c"}})"
-                     "\n"
-                     R"({"type":"event_msg","payload":{"type":"user_message","message":"rename"}})"
-                     "\n",
-                 minute);
-  }
-  QStringList ids(std::size_t limit = 20, bool claudeToo = true, bool codexToo = true) const {
-    QStringList ids;
-    for (const VibeSession& session : SessionTraceScanner(directory.path()).recentSessions(limit, claudeToo, codexToo))
-      ids.append(session.id);
-    return ids;
-  }
-
-  QTemporaryDir directory;
-};
+/// The ids of what a scan of `home` finds.
+QStringList ids(const AgentHome& home, std::size_t limit = 20, bool claudeToo = true, bool codexToo = true) {
+  QStringList found;
+  for (const VibeSession& session : SessionTraceScanner(home.path()).recentSessions(limit, claudeToo, codexToo))
+    found.append(session.id);
+  return found;
+}
 
 QStringList lines(const QString& path, std::optional<std::string_view> (TranscriptReader::*next)()) {
   QStringList found;
@@ -67,25 +37,25 @@ class TestSessionScanner : public QObject {
 
  private Q_SLOTS:
   void mergesAgentsNewestFirst() {
-    Home home;
+    AgentHome home;
     for (int number = 0; number < 40; ++number) home.claude(u"s%1"_s.arg(number, 2, 10, QChar(u'0')), 100 + number);
     for (int number = 0; number < 5; ++number) home.codex(u"c%1"_s.arg(number), number);
-    const QStringList newest = home.ids(30);
+    const QStringList newest = ids(home, 30);
     QCOMPARE(newest.size(), 30);
     QCOMPARE(newest.first(), u"s39"_s);
     QCOMPARE(newest.last(), u"s10"_s);
-    QCOMPARE(home.ids(30, false), QStringList({u"c4"_s, u"c3"_s, u"c2"_s, u"c1"_s, u"c0"_s}));
-    QCOMPARE(home.ids(100).size(), 45);
-    QVERIFY(home.ids(30, false, false).isEmpty());
+    QCOMPARE(ids(home, 30, false), QStringList({u"c4"_s, u"c3"_s, u"c2"_s, u"c1"_s, u"c0"_s}));
+    QCOMPARE(ids(home, 100).size(), 45);
+    QVERIFY(ids(home, 30, false, false).isEmpty());
   }
 
   void leavesOutWhatIsNoSession() {
-    Home home;
+    AgentHome home;
     home.claude(u"agent-sub"_s, 5);
     home.claude(u"good"_s, 4);
     home.write(u".claude/projects/-w/notes.txt"_s, "{}", 6);
     home.write(u".claude/projects/-w/good/subagents/deep.jsonl"_s, R"({"cwd":"/w"})", 7);
-    QFile small(home.directory.path() + u"/.claude/projects/-w/small.jsonl"_s);
+    QFile small(home.path() + u"/.claude/projects/-w/small.jsonl"_s);
     QVERIFY(small.open(QFile::WriteOnly));
     small.write(R"({"type":"user","message":{"content":"x"},"cwd":"/w"})");
     home.write(u".codex/sessions/2026/sub.jsonl"_s,
@@ -93,33 +63,33 @@ class TestSessionScanner : public QObject {
                "\n"
                R"({"payload":{"type":"user_message","message":"m"}})"
                "\n");
-    QCOMPARE(home.ids(), QStringList(u"good"_s));
+    QCOMPARE(ids(home), QStringList(u"good"_s));
   }
 
   void ofOneIDTheNewestCountsAndTakesOnePlace() {
-    Home home;
+    AgentHome home;
     const QString path = home.codex(u"same"_s, 3);
     QVERIFY(QFile::copy(path, QFileInfo(path).path() + u"/rollout-copy.jsonl"_s));
     home.codex(u"older"_s, 1);
-    QCOMPARE(home.ids(2), QStringList({u"same"_s, u"older"_s}));
+    QCOMPARE(ids(home, 2), QStringList({u"same"_s, u"older"_s}));
   }
 
   void hostileFoldersEndTheScanLikeOthers() {
-    Home home;
+    AgentHome home;
     home.claude(u"good"_s, 1);
     home.codex(u"fine"_s, 0);
-    const QString projects = home.directory.path() + u"/.claude/projects"_s;
-    const QString sessions = home.directory.path() + u"/.codex/sessions"_s;
+    const QString projects = home.path() + u"/.claude/projects"_s;
+    const QString sessions = home.path() + u"/.codex/sessions"_s;
     QVERIFY(QFile::link(projects, projects + u"/-w/loop"_s));
     QVERIFY(QFile::link(sessions, sessions + u"/2026/loop"_s));
     QVERIFY(QFile::link(u"/nowhere"_s, projects + u"/-w/broken.jsonl"_s));
     QCOMPARE(mkfifo((projects + u"/-w/pipe.jsonl"_s).toLocal8Bit().constData(), 0600), 0);
     QVERIFY(QDir().mkpath(projects + u"/-w/folder.jsonl"_s));
-    QCOMPARE(home.ids(), QStringList({u"good"_s, u"fine"_s}));
+    QCOMPARE(ids(home), QStringList({u"good"_s, u"fine"_s}));
   }
 
   void neitherCutLineIsRead() {
-    Home home;
+    AgentHome home;
     const QByteArray line = QByteArray(999, 'a') + '\n';
     QByteArray bytes;
     for (int number = 0; number < 600; ++number)
