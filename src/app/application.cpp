@@ -122,9 +122,7 @@ Application::Parts::Parts(Application& owner)
       context{folders, platform, clock,    settings, preferences, network,   hotkeys, registry,
               toasts,  owner,    launcher, windows,  services,    analytics, eraser},
       cliPalette({commands, keystrokes, clock, owner, launcher},
-                 [this](CLIPaletteController& controller) {
-                   return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, controller);
-                 }),
+                 [this] { return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, cliPalette); }),
       delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
       menu({registry, hotkeys, network, *platform.sounds, clock, windows},
            [this](MenuController& controller) {

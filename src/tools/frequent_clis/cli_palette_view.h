@@ -1,17 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "core/ui/palette_view.h"
 
-class PaletteList;
 class PaletteModel;
-class QLabel;
-class QStackedLayout;
 class RowMenu;
-class SearchField;
 
-/// What the palette's card shows: the query, the matching commands, and what the keys do. It draws the model and tells
-/// which row was clicked.
-class CLIPaletteView : public QWidget {
+/// The commands palette's card: its rows have a context menu.
+class CLIPaletteView final : public PaletteView {
   Q_OBJECT
 
  public:
@@ -21,22 +16,14 @@ class CLIPaletteView : public QWidget {
   bool closeMenu();
 
  Q_SIGNALS:
-  void chosen(int row);
   void editRequested(int row);
 
  protected:
   void hideEvent(QHideEvent* event) override;
 
  private:
-  QWidget* makeResults();
-  void connectList();
-  void follow();
   void showMenu(const QPoint& position);
 
   PaletteModel& model_;
-  SearchField* search_;
-  PaletteList* list_;
-  QLabel* empty_;
-  QStackedLayout* results_ = nullptr;
   RowMenu* menu_;
 };

@@ -1,19 +1,15 @@
 #pragma once
 
-#include "core/ui/palette_panel.h"
-#include "tools/frequent_clis/cli_palette_controller.h"
+#include "core/ui/palette_window.h"
 
-/// The palette's panel on the screen. Keys, clicks and the loss of the keyboard go to the controller.
-class CLIPaletteWindow final : public CLIPalettePanel {
+class CLIPaletteController;
+class CLIPaletteView;
+
+/// The commands palette's panel; clicks and the context menu go to the controller.
+class CLIPaletteWindow final : public PaletteWindow {
  public:
   CLIPaletteWindow(PanelWindow& native, CLIPaletteController& controller);
 
-  void present() override;
-  void warmUp() override;
-  void dismiss() override;
-
-  PalettePanel& panel() { return panel_; }
-
  private:
-  PalettePanel panel_;
+  CLIPaletteWindow(PanelWindow& native, CLIPaletteController& controller, CLIPaletteView* view);
 };

@@ -11,9 +11,9 @@
 #include <limits>
 #include <utility>
 
+#include "base/visible_text.h"
 #include "core/ui/theme.h"
 #include "core/ui/toggle_switch.h"
-#include "tools/frequent_clis/cli_text.h"
 #include "tools/frequent_clis/icon_picker_grid.h"
 #include "tools/frequent_clis/tile_button.h"
 

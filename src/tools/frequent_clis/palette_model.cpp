@@ -1,7 +1,7 @@
 #include "tools/frequent_clis/palette_model.h"
 
 #include "base/text_search.h"
-#include "tools/frequent_clis/cli_text.h"
+#include "base/visible_text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,30 +17,15 @@ QString accessibleText(const CLICommand& command) {
 void PaletteModel::reset(std::vector<CLICommand> commands) {
   all_ = std::move(commands);
   searchKeys_.clear();
-  query_.clear();
-  refilter();
-}
-
-void PaletteModel::setQuery(const QString& query) {
-  query_ = query;
-  refilter();
+  restart();
 }
 
 const CLICommand* PaletteModel::selectedCommand() const {
-  const auto index = static_cast<std::size_t>(selectionIndex_);
+  const auto index = static_cast<std::size_t>(selectionIndex());
   return index < filtered_.size() ? &filtered_[index] : nullptr;
 }
 
-void PaletteModel::select(int index) {
-  if (index < 0 || index >= rowCount() || index == selectionIndex_) return;
-  selectionIndex_ = index;
-  Q_EMIT changed();
-}
-
-void PaletteModel::moveSelection(int delta) {
-  const int count = rowCount();
-  if (count > 0) select(((selectionIndex_ + delta) % count + count) % count);
-}
+QString PaletteModel::emptyText() const { return u"No matching commands"_s; }
 
 int PaletteModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(filtered_.size());
@@ -67,13 +52,7 @@ QVariant PaletteModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-void PaletteModel::refilter() {
-  beginResetModel();
-  filtered_ = query_.isEmpty() ? all_ : matches();
-  selectionIndex_ = 0;
-  endResetModel();
-  Q_EMIT changed();
-}
+void PaletteModel::collectRows() { filtered_ = query().isEmpty() ? all_ : matches(); }
 
 std::vector<CLICommand> PaletteModel::matches() {
   if (searchKeys_.empty())
@@ -82,7 +61,7 @@ std::vector<CLICommand> PaletteModel::matches() {
       searchKeys_.push_back(searchKey(command.title) + QChar(0xFFFF) + searchKey(command.command));
 
   std::vector<CLICommand> matches;
-  const QString key = searchKey(query_);
+  const QString key = searchKey(query());
   for (std::size_t index = 0; index < all_.size(); ++index)
     if (searchKeys_[index].contains(key)) matches.push_back(all_[index]);
   return matches;

@@ -108,8 +108,8 @@ class CLIPaletteWindowTest : public QObject {
   };
   struct World : Native, CLIWorld {
     World()
-        : CLIWorld([this](CLIPaletteController& controller) {
-            auto made = std::make_unique<CLIPaletteWindow>(native, controller);
+        : CLIWorld([this] {
+            auto made = std::make_unique<CLIPaletteWindow>(native, palette);
             window = made.get();
             return made;
           }) {}

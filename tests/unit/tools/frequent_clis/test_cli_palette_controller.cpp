@@ -17,7 +17,7 @@ struct PanelLog {
   bool visible = false;
 };
 
-class RecordingPanel final : public CLIPalettePanel {
+class RecordingPanel final : public PalettePresenter {
  public:
   explicit RecordingPanel(PanelLog& log) : log_(log) { ++log_.made; }
   void present() override { log_.visible = true; }
@@ -168,7 +168,7 @@ class CLIPaletteControllerTest : public QObject {
 
  private:
   struct World : CLIWorld {
-    World() : CLIWorld([this](CLIPaletteController&) { return std::make_unique<RecordingPanel>(panel); }) {}
+    World() : CLIWorld([this] { return std::make_unique<RecordingPanel>(panel); }) {}
     PanelLog panel;
 
     void press(const KeyPress& key) { QVERIFY(palette.handleKey(key)); }

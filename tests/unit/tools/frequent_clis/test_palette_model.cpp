@@ -5,7 +5,7 @@
 #include <QTest>
 
 #include "base/text_search.h"
-#include "tools/frequent_clis/cli_text.h"
+#include "base/visible_text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "tools/frequent_clis/cli_text.h"
+#include "base/visible_text.h"
 
 #include <algorithm>
 #include <array>

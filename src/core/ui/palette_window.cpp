@@ -1,0 +1,25 @@
+#include "core/ui/palette_window.h"
+
+#include "core/palette/palette_controller.h"
+#include "core/ui/palette_view.h"
+
+PaletteWindow::PaletteWindow(PanelWindow& native, const QString& title, PaletteView* view,
+                             PaletteController& controller)
+    : panel_(native, kSize) {
+  panel_.setWindowTitle(title);
+  panel_.setContent(view);
+  panel_.setKeyHandler([&controller](const KeyPress& key) { return controller.handleKey(key); });
+  QObject::connect(&panel_, &PalettePanel::resignedKey, view, [&controller] { controller.hide(); });
+}
+
+void PaletteWindow::present() {
+  panel_.positionOnActiveScreen();
+  panel_.present();
+}
+
+void PaletteWindow::warmUp() {
+  panel_.winId();
+  panel_.grab();
+}
+
+void PaletteWindow::dismiss() { panel_.dismiss(); }
