@@ -37,12 +37,15 @@ class JsonReader {
  public:
   explicit JsonReader(QJsonObject object) : object_(std::move(object)) {}
 
-  /// Leaves `out` alone when the key is missing, null or of another type.
+  /// Leaves `out` alone when the key is missing, null or of another type, and answers whether it was there and whole.
   template <class Value>
-  void read(QLatin1StringView key, Value& out) {
+  bool read(QLatin1StringView key, Value& out) {
     known_.insert(key);
     const QJsonValue value = object_.value(key);
-    if (!value.isUndefined() && !value.isNull() && !decode(value, out)) misfits_ = true;
+    if (value.isUndefined() || value.isNull()) return false;
+    const bool whole = decode(value, out);
+    misfits_ = misfits_ || !whole;
+    return whole;
   }
 
   /// Whether a key that was read held something that could not be understood whole.

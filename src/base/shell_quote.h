@@ -2,7 +2,6 @@
 
 #include <QString>
 
-/// `text` as one word for any POSIX shell: in single quotes, each single quote inside written as '\''.
-inline QString shellQuote(QString text) {
-  return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QStringLiteral("'\\''")) + QLatin1Char('\'');
-}
+/// `text` as one word for any shell that the user may have in a terminal: in single quotes, each single quote inside
+/// written as '\''. Control characters are spelled out for printf: typed as they are, a terminal would obey them.
+QString shellQuote(const QString& text);

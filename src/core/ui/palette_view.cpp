@@ -30,6 +30,7 @@ PaletteView::PaletteView(PaletteListModel& model, RowDelegate* delegate, Texts t
       list_(new PaletteList(texts.listName)),
       empty_(new QLabel),
       footer_(new FooterHints(std::move(texts.hints))) {
+  setWindowTitle(texts.title);
   delegate->setParent(list_);
   list_->setModel(&model_);
   list_->setItemDelegate(delegate);

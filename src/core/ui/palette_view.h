@@ -20,6 +20,8 @@ class PaletteView : public QWidget {
 
  public:
   struct Texts {
+    /// The tool's name.
+    QString title;
     QString placeholder;
     /// What the list holds, for screen readers.
     QString listName;

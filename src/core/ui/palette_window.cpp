@@ -3,10 +3,9 @@
 #include "core/palette/palette_controller.h"
 #include "core/ui/palette_view.h"
 
-PaletteWindow::PaletteWindow(PanelWindow& native, const QString& title, PaletteView* view,
-                             PaletteController& controller)
-    : panel_(native, kSize) {
-  panel_.setWindowTitle(title);
+PaletteWindow::PaletteWindow(PanelWindow& native, PaletteView* view, PaletteController& controller, QSize size)
+    : panel_(native, size) {
+  panel_.setWindowTitle(view->windowTitle());
   panel_.setContent(view);
   panel_.setKeyHandler([&controller](const KeyPress& key) { return controller.handleKey(key); });
   QObject::connect(&panel_, &PalettePanel::resignedKey, view, [&controller] { controller.hide(); });

@@ -12,8 +12,8 @@ class PaletteWindow : public PalettePresenter {
   /// The card of 620 × 380 with its margin on every side.
   static constexpr QSize kSize{716, 476};
 
-  /// Takes ownership of `view`.
-  PaletteWindow(PanelWindow& native, const QString& title, PaletteView* view, PaletteController& controller);
+  /// Takes ownership of `view`, whose title is the panel's. `size` includes the transparent margins.
+  PaletteWindow(PanelWindow& native, PaletteView* view, PaletteController& controller, QSize size = kSize);
 
   void present() override;
   void warmUp() override;

@@ -10,13 +10,18 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, c
   const bool hovered = option.state.testFlag(QStyle::State_MouseOver);
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
+  const int heading = headingHeight(index);
+  const QRect row = option.rect.adjusted(0, heading, 0, 0);
+  if (heading > 0)
+    paintHeading(*painter, index, QRect(row.left() + kPadding, option.rect.top(), row.width() - 2 * kPadding, heading),
+                 theme);
   if (selected || hovered) {
     painter->setPen(Qt::NoPen);
     painter->setBrush(selected ? theme.selection : theme.hover);
-    painter->drawRoundedRect(option.rect, Theme::kRowRadius, Theme::kRowRadius);
+    painter->drawRoundedRect(row, Theme::kRowRadius, Theme::kRowRadius);
   }
   RowLook look{.theme = theme,
-               .area = option.rect.adjusted(kPadding, 0, -kPadding, 0),
+               .area = row.adjusted(kPadding, 0, -kPadding, 0),
                .selected = selected,
                .text = selected ? theme.onAccent : theme.text,
                .secondary = selected ? theme.onAccent : theme.secondary,
@@ -25,7 +30,9 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, c
   painter->restore();
 }
 
-QSize RowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const { return {0, Theme::kRowHeight}; }
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
+  return {0, Theme::kRowHeight + headingHeight(index)};
+}
 
 void paintTitleAndDetail(QPainter& painter, const QRect& area, const QString& title, const QString& detail,
                          const RowLook& look) {

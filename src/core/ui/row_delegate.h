@@ -34,6 +34,11 @@ class RowDelegate : public QStyledItemDelegate {
 
  protected:
   virtual void paintContents(QPainter& painter, const QModelIndex& index, const RowLook& look) const = 0;
+  /// Pixels above the row for a heading of the group that begins with it; none for most rows.
+  virtual int headingHeight([[maybe_unused]] const QModelIndex& index) const { return 0; }
+  /// Paints the heading, which belongs to no row: it is neither selected nor under the pointer.
+  virtual void paintHeading([[maybe_unused]] QPainter& painter, [[maybe_unused]] const QModelIndex& index,
+                            [[maybe_unused]] const QRect& area, [[maybe_unused]] const Theme& theme) const {}
 };
 
 /// Draws a title and, where there is one, a detail line under it, both cut short to fit `area`.

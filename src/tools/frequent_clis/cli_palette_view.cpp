@@ -9,7 +9,8 @@ using namespace Qt::StringLiterals;
 
 CLIPaletteView::CLIPaletteView(PaletteModel& model, QWidget* parent)
     : PaletteView(model, new CLIRowDelegate,
-                  {.placeholder = u"Type to filter…"_s,
+                  {.title = u"Frequent CLIs"_s,
+                   .placeholder = u"Type to filter…"_s,
                    .listName = u"Commands"_s,
                    .hints = {{{u"↩"_s}, u"= runs immediately"_s}, {{u"esc"_s}, u"close"_s}}},
                   parent),

@@ -3,8 +3,6 @@
 #include "tools/frequent_clis/cli_palette_controller.h"
 #include "tools/frequent_clis/cli_palette_view.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 const CLICommand& commandAt(CLIPaletteController& controller, int row) {
@@ -17,7 +15,7 @@ CLIPaletteWindow::CLIPaletteWindow(PanelWindow& native, CLIPaletteController& co
     : CLIPaletteWindow(native, controller, new CLIPaletteView(controller.model())) {}
 
 CLIPaletteWindow::CLIPaletteWindow(PanelWindow& native, CLIPaletteController& controller, CLIPaletteView* view)
-    : PaletteWindow(native, u"Frequent CLIs"_s, view, controller) {
+    : PaletteWindow(native, view, controller) {
   // Escape closes an open context menu first; other keys close it and work on the list as ever.
   panel().setKeyHandler([view, &controller](const KeyPress& key) {
     const bool menuWasOpen = view->closeMenu();

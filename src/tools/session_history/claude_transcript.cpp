@@ -1,4 +1,5 @@
 #include "tools/session_history/prompt_text.h"
+#include "tools/session_history/prompt_words.h"
 #include "tools/session_history/transcript_parsers.h"
 
 namespace {
@@ -34,7 +35,8 @@ class ClaudeParser {
                         title(),
                         head_.cwd,
                         head_.gitBranch,
-                        file_.modified};
+                        file_.modified,
+                        file_.path};
     if (reader_.hasFailed() || session.cwd.isEmpty() || session.title.isEmpty()) return std::nullopt;
     return session;
   }
@@ -89,27 +91,10 @@ class ClaudeParser {
   }
 
   void takePrompt(std::string_view line) {
-    if (!contains(line, R"("type":"user")") || contains(line, R"("toolUseResult")") ||
-        contains(line, R"("isSidechain":true)"))
-      return;
-    const bool byMachine = contains(line, R"("isMeta":true)") || contains(line, R"("isCompactSummary":true)");
-    QString& prompt = byMachine ? head_.machinePrompt : head_.prompt;
-    if (!prompt.isEmpty()) return;
-    if (const auto record = decoder_.decode(line)) prompt = firstPrompt(*record);
-  }
-
-  /// The first text of the message that is the user's own words.
-  static QString firstPrompt(const LineDecoder::Record& record) {
-    if (const auto whole = text(record, {"message", "content"})) return cleanPrompt(*whole).value_or(QString());
-    const auto content = member(record, {"message", "content"});
-    simdjson::dom::array parts;
-    if (!content || content->get(parts) != simdjson::SUCCESS) return {};
-    for (const simdjson::dom::element part : parts) {
-      LineDecoder::Record object;
-      if (part.get(object) != simdjson::SUCCESS || text(object, {"type"}) != u"text") continue;
-      if (const auto prompt = cleanPrompt(text(object, {"text"}).value_or(QString()))) return *prompt;
-    }
-    return {};
+    const auto words = claudeWords(line, decoder_);
+    if (!words) return;
+    QString& prompt = words->byMachine ? head_.machinePrompt : head_.prompt;
+    if (prompt.isEmpty()) prompt = firstPrompt(words->texts);
   }
 
   /// A long preamble can push the folder out of the head. In the tail it may have drifted, so the one counts that the

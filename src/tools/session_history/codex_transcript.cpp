@@ -1,61 +1,14 @@
-#include <QStringList>
 #include <QUuid>
 
 #include <array>
 
 #include "tools/session_history/prompt_text.h"
+#include "tools/session_history/prompt_words.h"
 #include "tools/session_history/transcript_parsers.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-using Record = LineDecoder::Record;
-
-/// The texts in an array of content parts whose type is `type`.
-QStringList partTexts(const std::optional<simdjson::dom::element>& content, const QString& type) {
-  QStringList texts;
-  simdjson::dom::array parts;
-  if (!content || content->get(parts) != simdjson::SUCCESS) return texts;
-  for (const simdjson::dom::element part : parts) {
-    Record object;
-    if (part.get(object) == simdjson::SUCCESS && text(object, {"type"}) == type)
-      texts.append(text(object, {"text"}).value_or(QString()));
-  }
-  return texts;
-}
-
-QStringList ofUserMessage(const Record& record) {
-  if (text(record, {"payload", "type"}) != u"user_message") return {};
-  return {text(record, {"payload", "message"}).value_or(QString())};
-}
-
-QStringList ofCompletedItem(const Record& record) {
-  if (text(record, {"payload", "type"}) != u"item_completed") return {};
-  if (text(record, {"payload", "item", "type"}) != u"UserMessage") return {};
-  return partTexts(member(record, {"payload", "item", "content"}), u"text"_s);
-}
-
-/// The agent's own instructions come in the user's name.
-QStringList ofResponseItem(const Record& record) {
-  if (text(record, {"payload", "role"}) != u"user") return {};
-  QStringList texts = partTexts(member(record, {"payload", "content"}), u"input_text"_s);
-  texts.removeIf([](const QString& words) { return words.trimmed().startsWith("# AGENTS.md"_L1); });
-  return texts;
-}
-
-/// The three forms in which prompts have been written; an earlier one wins over a later one.
-struct PromptForm {
-  std::string_view mark;
-  std::string_view secondMark;
-  QStringList (*words)(const Record&);
-};
-
-constexpr std::array kPromptForms = {
-    PromptForm{R"("user_message")", "", ofUserMessage},
-    PromptForm{R"("item_completed")", R"("UserMessage")", ofCompletedItem},
-    PromptForm{R"("response_item")", R"("user")", ofResponseItem},
-};
 
 class CodexParser {
  public:
@@ -73,7 +26,8 @@ class CodexParser {
     QString title = bestPrompt();
     if (title.isEmpty() || cwd_.isEmpty()) readTail();
     if (title.isEmpty()) title = bestPrompt();
-    VibeSession session{id_.isEmpty() ? idOfName() : id_, SessionAgent::codex, title, cwd_, gitBranch_, file_.modified};
+    VibeSession session{
+        id_.isEmpty() ? idOfName() : id_, SessionAgent::codex, title, cwd_, gitBranch_, file_.modified, file_.path};
     if (reader_.hasFailed() || session.id.isEmpty() || session.cwd.isEmpty() || session.title.isEmpty())
       return std::nullopt;
     return session;
@@ -90,7 +44,7 @@ class CodexParser {
 
   void takeContextAndPrompts(std::string_view line) {
     if (cwd_.isEmpty() && contains(line, R"("turn_context")")) takeContext(line);
-    for (std::size_t form = 0; form < kPromptForms.size(); ++form) takePrompt(line, form);
+    for (std::size_t form = 0; form < kCodexForms; ++form) takePrompt(line, form);
   }
 
   /// A sub-agent's transcript repeats its parent's record behind its own: the first one counts.
@@ -112,15 +66,8 @@ class CodexParser {
       cwd_ = text(*record, {"payload", "cwd"}).value_or(QString());
   }
 
-  void takePrompt(std::string_view line, std::size_t index) {
-    const PromptForm& form = kPromptForms[index];
-    if (!prompts_[index].isEmpty() || !contains(line, form.mark) || !contains(line, form.secondMark)) return;
-    const auto record = decoder_.decode(line);
-    if (!record) return;
-    for (const QString& words : form.words(*record)) {
-      prompts_[index] = cleanPrompt(codexRequest(words)).value_or(QString());
-      if (!prompts_[index].isEmpty()) return;
-    }
+  void takePrompt(std::string_view line, std::size_t form) {
+    if (prompts_[form].isEmpty()) prompts_[form] = firstPrompt(codexWords(line, form, decoder_));
   }
 
   /// The first prompts of a long transcript's tail stand for those that its head is too full to show.
@@ -144,7 +91,7 @@ class CodexParser {
   QString id_;
   QString cwd_;
   std::optional<QString> gitBranch_;
-  std::array<QString, kPromptForms.size()> prompts_;
+  std::array<QString, kCodexForms> prompts_;
 };
 
 }  // namespace

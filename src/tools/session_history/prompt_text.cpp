@@ -16,10 +16,16 @@ QString firstCharacters(const QString& text, int count) {
 
 }  // namespace
 
-std::optional<QString> cleanPrompt(const QString& prompt) {
+std::optional<QString> cleanPrompt(const QString& prompt, int longest) {
   const QString line = prompt.simplified();
   if (line.isEmpty() || line.startsWith(u'<') || line.startsWith("Caveat:"_L1)) return std::nullopt;
-  return firstCharacters(line, kLongestPrompt);
+  return firstCharacters(line, longest);
+}
+
+QString firstPrompt(const QStringList& texts, int longest) {
+  for (const QString& text : texts)
+    if (const auto prompt = cleanPrompt(text, longest)) return *prompt;
+  return {};
 }
 
 QString codexRequest(const QString& prompt) {

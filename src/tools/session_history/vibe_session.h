@@ -31,6 +31,8 @@ struct VibeSession {
   std::optional<QString> gitBranch;
   /// When its transcript was last written.
   FileTime lastActivity;
+  /// Where the transcript lies, in bytes of the file system.
+  std::string transcript;
 
   bool operator==(const VibeSession&) const = default;
 

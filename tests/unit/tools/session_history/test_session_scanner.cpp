@@ -114,10 +114,10 @@ class TestSessionScanner : public QObject {
   }
 
   void resumesInTheSessionsFolder() {
-    VibeSession session{u"1234"_s, SessionAgent::claude, u"t"_s, u"/Users/a/it's"_s, {}, {}};
+    VibeSession session{u"1234"_s, SessionAgent::claude, u"t"_s, u"/Users/a/it's"_s, {}, {}, {}};
     QCOMPARE(session.resumeCommand(), uR"(cd '/Users/a/it'\''s' && claude --resume 1234)"_s);
     QCOMPARE(session.projectName(), u"it's"_s);
-    session = {u"5"_s, SessionAgent::codex, u"t"_s, {}, {}, {}};
+    session = {u"5"_s, SessionAgent::codex, u"t"_s, {}, {}, {}, {}};
     QCOMPARE(session.resumeCommand(), u"codex resume 5"_s);
     QCOMPARE(session.projectName(), u"unknown project"_s);
   }

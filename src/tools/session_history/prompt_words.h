@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QStringList>
+
+#include <optional>
+#include <string_view>
+
+#include "tools/session_history/line_decoder.h"
+
+/// The texts of one prompt in a line, as they stand in the transcript.
+struct PromptWords {
+  QStringList texts;
+  /// Whether the agent wrote them in the user's name.
+  bool byMachine = false;
+};
+
+/// The prompt in a line of Claude Code's; none when it holds none, or one of a sub-agent.
+std::optional<PromptWords> claudeWords(std::string_view line, LineDecoder& decoder);
+
+/// Codex has written prompts in three forms over time; an earlier form wins over a later one.
+inline constexpr std::size_t kCodexForms = 3;
+
+/// The prompt of that form in a line of Codex's, what editors put in front of it taken away; none when empty.
+QStringList codexWords(std::string_view line, std::size_t form, LineDecoder& decoder);
