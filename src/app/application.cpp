@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QJsonArray>
 #include <QSettings>
 
@@ -16,6 +17,7 @@
 #include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
+#include "app/tools/vibe_history_kit.h"
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
 #include "app/updates/whats_new_window.h"
@@ -35,6 +37,7 @@
 #include "tools/frequent_clis/frequent_clis_settings_view.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
+#include "tools/session_history/vibe_history_tool.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -86,6 +89,8 @@ struct Application::Parts {
   AppWindows windows{*platform.desktopApplication};
   AppContext context;
   CLIPaletteController cliPalette;
+  SessionTraceScanner scanner{QDir::homePath()};
+  VibeHistoryKit history{context, keystrokes, scanner};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -161,6 +166,7 @@ bool Application::start() {
   // The first press of a shortcut should not have to make the window: that is done when the start is over.
   parts_->clock.after(kWarmUpDelay, parts_->warmUp, [this] {
     parts_->cliPalette.prepare();
+    parts_->history.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -171,6 +177,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
   for (const ToolInfo& info : toolTable()) {
     if (info.id == kFrequentCLIsID)
       tools.push_back(std::make_unique<FrequentCLIsTool>(parts_->cliPalette, frequentCLIsSettings()));
+    else if (info.id == kVibeHistoryID)
+      tools.push_back(parts_->history.makeTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
       tools.push_back(
           std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));

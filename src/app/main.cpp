@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QDir>
 #include <QProcess>
 #include <QTextStream>
 
@@ -41,7 +42,10 @@ Platform platformFor(bool hasDisplay) {
 int runCommand(const QStringList& arguments, bool hasDisplay) {
   QTextStream out(stdout);
   QTextStream err(stderr);
-  CommandContext context{out, err, Folders::standard(),
+  CommandContext context{out,
+                         err,
+                         Folders::standard(),
+                         QDir::homePath(),
                          [] { return startInBackground(QCoreApplication::applicationFilePath()); },
                          [hasDisplay] { return platformFor(hasDisplay); }};
   return runCommandLine(arguments, context);

@@ -13,6 +13,10 @@ constexpr std::array kCommands = {
     Command{"summon"_L1, "<tool-id>|launcher|menu|settings|shortcuts|usage"_L1,
             "start a tool in the running application"_L1, runSummon},
     Command{"tools"_L1, "[--json]"_L1, "list the tools in the grid's order"_L1, runTools},
+    Command{"sessions"_L1, "[--limit N] [--agent claude|codex] [--search TEXT] [--json]"_L1,
+            "list recent conversations, or search them all"_L1, runSessions},
+    Command{"projects"_L1, "[--limit N] [--json]"_L1, "list the folders that agents have worked in"_L1, runProjects},
+    Command{"resume"_L1, "<session-id> [--print]"_L1, "take a conversation up again in its folder"_L1, runResume},
     Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
     Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
     Command{"version"_L1, ""_L1, "print the version"_L1, runVersion},
@@ -34,13 +38,15 @@ void printOverview(QTextStream& out) {
          "usage: vantle                start the application, or bring it forward\n";
   for (const Command& command : kCommands) {
     const QString call = u"vantle %1 %2"_s.arg(command.name, command.arguments).trimmed();
-    out << "       " << call.leftJustified(44) << ' ' << command.summary << '\n';
+    out << "       " << call << '\n' << "           " << command.summary << '\n';
   }
 }
 
 }  // namespace
 
 std::span<const Command> commands() { return kCommands; }
+
+const Command& commandNamed(QLatin1StringView name) { return *std::ranges::find(kCommands, name, &Command::name); }
 
 int usageError(const Command& command, const QString& message, CommandContext& context) {
   context.err << "vantle: " << message << '\n';

@@ -14,6 +14,8 @@ struct CommandContext {
   QTextStream& out;
   QTextStream& err;
   Folders folders;
+  /// The user's home folder, where the agents keep their transcripts.
+  QString home;
   /// Starts the application in the background; false when that fails.
   std::function<bool()> startApplication;
   /// Makes the backends of a display connection; the null ones where there is none.
@@ -37,6 +39,8 @@ struct Command {
 };
 
 std::span<const Command> commands();
+/// The command of that name, which must exist.
+const Command& commandNamed(QLatin1StringView name);
 /// Runs "vantle <arguments>"; empty arguments are not for here, they start the application.
 int runCommandLine(const QStringList& arguments, CommandContext& context);
 /// Prints "vantle: <message>" and the usage line; the exit code for it.
@@ -45,6 +49,9 @@ int usageError(const Command& command, const QString& message, CommandContext& c
 /// One file each.
 int runSummon(const QStringList& arguments, CommandContext& context);
 int runTools(const QStringList& arguments, CommandContext& context);
+int runSessions(const QStringList& arguments, CommandContext& context);
+int runProjects(const QStringList& arguments, CommandContext& context);
+int runResume(const QStringList& arguments, CommandContext& context);
 int runDoctor(const QStringList& arguments, CommandContext& context);
 int runHelp(const QStringList& arguments, CommandContext& context);
 int runVersion(const QStringList& arguments, CommandContext& context);

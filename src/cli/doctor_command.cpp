@@ -149,7 +149,7 @@ void printJson(const std::vector<Finding>& findings, QTextStream& out) {
 
 int runDoctor(const QStringList& arguments, CommandContext& context) {
   const bool json = arguments == QStringList{u"--json"_s};
-  if (!arguments.isEmpty() && !json) return usageError(commands()[2], u"it takes only --json"_s, context);
+  if (!arguments.isEmpty() && !json) return usageError(commandNamed("doctor"_L1), u"it takes only --json"_s, context);
 
   const Platform platform = context.makePlatform();
   const SettingsStore settings(context.folders.file(u"settings.json"_s));

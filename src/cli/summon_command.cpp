@@ -36,7 +36,7 @@ std::expected<QJsonObject, AppClient::Error> requestWithPatience(const QJsonObje
 }  // namespace
 
 int runSummon(const QStringList& arguments, CommandContext& context) {
-  const Command& command = commands().front();
+  const Command& command = commandNamed("summon"_L1);
   if (arguments.size() != 1) return usageError(command, u"name one tool"_s, context);
   if (!isKnown(arguments.first()))
     return usageError(command, u"there is no tool '%1'; 'vantle tools' lists them"_s.arg(arguments.first()), context);

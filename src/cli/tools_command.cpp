@@ -67,7 +67,7 @@ void printTable(const ToolRegistry& registry, QTextStream& out) {
 
 int runTools(const QStringList& arguments, CommandContext& context) {
   const bool json = arguments == QStringList{u"--json"_s};
-  if (!arguments.isEmpty() && !json) return usageError(commands()[1], u"it takes only --json"_s, context);
+  if (!arguments.isEmpty() && !json) return usageError(commandNamed("tools"_L1), u"it takes only --json"_s, context);
 
   Platform platform = makeNullPlatform();
   SystemClock clock;

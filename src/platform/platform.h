@@ -10,6 +10,7 @@
 #include "platform/login_item.h"
 #include "platform/network_path.h"
 #include "platform/panel_window.h"
+#include "platform/pasteboard.h"
 #include "platform/permissions.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
@@ -31,6 +32,7 @@ struct Platform {
   std::unique_ptr<Updater> updater = std::make_unique<Updater>();
   std::unique_ptr<KeyLegends> keyLegends = std::make_unique<KeyLegends>();
   std::unique_ptr<TrayPanel> trayPanel = std::make_unique<TrayPanel>();
+  std::unique_ptr<Pasteboard> pasteboard = std::make_unique<Pasteboard>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).

@@ -5,7 +5,7 @@
 
 #include "app/onboarding/onboarding_steps.h"
 #include "app/permissions/permission_rows.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -6,9 +6,9 @@
 
 #include "app/onboarding/onboarding_steps.h"
 #include "app/settings/icon_row.h"
-#include "app/settings/settings_form.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/key_caps.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

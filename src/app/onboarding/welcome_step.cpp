@@ -5,10 +5,10 @@
 #include "app/onboarding/onboarding_steps.h"
 #include "app/placeholder_tool.h"
 #include "app/settings/icon_row.h"
-#include "app/settings/preference_controls.h"
-#include "app/settings/settings_form.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/key_caps.h"
+#include "core/ui/settings_form.h"
+#include "core/ui/store_switch.h"
 
 using namespace Qt::StringLiterals;
 
@@ -93,7 +93,7 @@ PrivacyStep::PrivacyStep(AppContext& context)
   consent->addRow(title,
                   u"Helps decide which tools to improve. Sends only which tools you open and an anonymous install id — "
                   u"no account, no personal data, no image or text content. Never on when you're offline."_s,
-                  makePreferenceSwitch(context.preferences, &Preferences::shareUsageStats, title));
+                  makeStoreSwitch(context.preferences, &Preferences::shareUsageStats, title));
   column().addWidget(consent);
   column().addStretch(1);
 }

@@ -5,8 +5,8 @@
 #include <QVBoxLayout>
 
 #include "app/permissions/permission_rows.h"
-#include "app/settings/settings_form.h"
 #include "core/presenters/settings_opener.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

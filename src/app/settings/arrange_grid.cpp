@@ -3,11 +3,11 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
-#include "app/settings/settings_form.h"
 #include "core/ui/accessible_roles.h"
 #include "core/ui/key_event.h"
 #include "core/ui/launcher/page_dots.h"
 #include "core/ui/launcher/tool_grid.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
 

@@ -1,6 +1,6 @@
 #include "app/settings/check_control.h"
 
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <QKeyEvent>
 
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 
 namespace {
 

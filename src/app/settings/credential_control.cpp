@@ -6,7 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "app/data_eraser.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -9,8 +9,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
-#include "app/settings/settings_form.h"
 #include "base/background.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -5,7 +5,7 @@
 #include "app/settings/login_item_control.h"
 #include "app/settings/pages.h"
 #include "app/settings/service_section.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 
 using namespace Qt::StringLiterals;
 

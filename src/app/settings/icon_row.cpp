@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 namespace {

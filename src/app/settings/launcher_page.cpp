@@ -1,8 +1,8 @@
 #include "app/settings/arrange_grid.h"
 #include "app/settings/confirm_button.h"
 #include "app/settings/pages.h"
-#include "app/settings/settings_form.h"
 #include "core/ui/launcher/sort_mode_control.h"
+#include "core/ui/settings_form.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,7 +4,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "core/ui/toggle_switch.h"
 #include "platform/system_info.h"

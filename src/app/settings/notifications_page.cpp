@@ -2,8 +2,8 @@
 #include <QSpinBox>
 
 #include "app/settings/pages.h"
-#include "app/settings/preference_controls.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
+#include "core/ui/store_switch.h"
 
 using namespace Qt::StringLiterals;
 
@@ -48,7 +48,7 @@ QWidget* makeNotificationsPage(AppContext& context, SettingsSelection&) {
   auto* page = new SettingsPage;
   SettingsSection* toasts = page->addSection(u"Toasts"_s);
   const auto addSwitch = [&](const QString& title, const QString& description, bool Preferences::* flag) {
-    toasts->addRow(title, description, makePreferenceSwitch(context.preferences, flag, title));
+    toasts->addRow(title, description, makeStoreSwitch(context.preferences, flag, title));
   };
   toasts->addRow(u"How long a toast stays"_s, u"2 to 60 seconds. Up to 10, a ring counts down."_s,
                  makeDurationBox(context.preferences));

@@ -2,7 +2,7 @@
 
 #include <QVBoxLayout>
 
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 
 using namespace Qt::StringLiterals;
 

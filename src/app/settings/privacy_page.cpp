@@ -6,10 +6,10 @@
 #include "app/settings/delete_data_row.h"
 #include "app/settings/export_control.h"
 #include "app/settings/pages.h"
-#include "app/settings/preference_controls.h"
-#include "app/settings/settings_form.h"
 #include "app/settings/tool_disclosure_view.h"
 #include "app/settings/usage_preview.h"
+#include "core/ui/settings_form.h"
+#include "core/ui/store_switch.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +21,7 @@ void addUsage(SettingsPage& page, AppContext& context) {
       u"Share anonymous usage statistics"_s,
       u"Helps decide which tools to improve. Sends only which tools you open and an anonymous install id — no "
       u"account, no personal data, no image or text content. Never on when you're offline."_s,
-      makePreferenceSwitch(context.preferences, &Preferences::shareUsageStats, u"Share anonymous usage statistics"_s));
+      makeStoreSwitch(context.preferences, &Preferences::shareUsageStats, u"Share anonymous usage statistics"_s));
   usage->addWide(makeUsagePreview(context.analytics));
 }
 

@@ -7,7 +7,7 @@
 #include "app/settings/check_control.h"
 #include "app/settings/committed_field.h"
 #include "app/settings/credential_control.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "services/base_url.h"
 

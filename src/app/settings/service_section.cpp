@@ -6,7 +6,7 @@
 #include "app/settings/committed_field.h"
 #include "app/settings/credential_control.h"
 #include "app/settings/provider_section.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "services/base_url.h"
 
 using namespace Qt::StringLiterals;

@@ -7,9 +7,9 @@
 #include <QStackedWidget>
 
 #include "app/settings/pages.h"
-#include "app/settings/settings_form.h"
 #include "app/settings/sidebar_list.h"
 #include "core/ui/palette_panel.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -4,10 +4,10 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "app/settings/settings_form.h"
 #include "app/settings/shortcut_controls.h"
 #include "core/tools/shortcut_entry.h"
 #include "core/ui/icon_tile_view.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -6,12 +6,12 @@
 
 #include "app/settings/confirm_button.h"
 #include "app/settings/pages.h"
-#include "app/settings/settings_form.h"
 #include "app/settings/shortcut_setting_row.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/tools/shortcut_entry.h"
 #include "core/ui/icon_tile_view.h"
 #include "core/ui/key_caps.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -4,9 +4,9 @@
 #include <QLabel>
 #include <QPainter>
 
-#include "app/settings/settings_form.h"
 #include "core/tools/tool_disclosure.h"
 #include "core/ui/icon.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 namespace {

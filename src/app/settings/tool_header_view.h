@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/app_context.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 
 class ToggleSwitch;
 

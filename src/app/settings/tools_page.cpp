@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "app/settings/pages.h"
-#include "app/settings/settings_form.h"
 #include "app/settings/sidebar_list.h"
 #include "app/settings/tool_header_view.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

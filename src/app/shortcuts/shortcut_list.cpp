@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/settings/settings_form.h"
 #include "app/shortcuts/mark_legend.h"
 #include "core/hotkeys/key_press.h"
 #include "core/ui/icon.h"
 #include "core/ui/key_caps.h"
 #include "core/ui/key_event.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/settings/settings_form.h"
 #include "core/ui/icon.h"
 #include "core/ui/icon_tile_view.h"
 #include "core/ui/key_caps.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

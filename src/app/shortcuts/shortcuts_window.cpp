@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <chrono>
 
-#include "app/settings/settings_form.h"
 #include "app/shortcuts/key_button.h"
 #include "app/shortcuts/keyboard_view.h"
 #include "app/shortcuts/shortcut_list.h"
 #include "app/shortcuts/shortcut_popover.h"
 #include "core/ui/footer_hints.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

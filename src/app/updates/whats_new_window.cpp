@@ -10,8 +10,8 @@
 #include <QScrollBar>
 #include <QStyle>
 
-#include "app/settings/settings_form.h"
 #include "core/ui/reading_area.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "platform/updater.h"
 

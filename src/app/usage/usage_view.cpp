@@ -6,11 +6,11 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include "app/settings/settings_form.h"
 #include "app/usage/meter_view.h"
 #include "app/usage/plan_badge.h"
 #include "app/usage/usage_window_controller.h"
 #include "core/ui/icon.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;

@@ -13,6 +13,7 @@
 #include "platform/keychain_vault.h"
 #include "platform/mac/mac_api.h"
 #include "platform/platform.h"
+#include "platform/qt_pasteboard.h"
 
 using namespace Qt::StringLiterals;
 
@@ -347,5 +348,6 @@ Platform makePlatform() {
       std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>(), std::make_unique<MacLoginItem>()};
   platform.credentials = makeKeychainVault();
   platform.keyLegends = std::make_unique<MacKeyLegends>();
+  platform.pasteboard = std::make_unique<QtPasteboard>();
   return platform;
 }

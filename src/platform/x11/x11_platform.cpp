@@ -1,5 +1,6 @@
 #include "platform/keychain_vault.h"
 #include "platform/platform.h"
+#include "platform/qt_pasteboard.h"
 #include "platform/x11/x11_desktop_application.h"
 #include "platform/x11/x11_hotkeys.h"
 #include "platform/x11/x11_key_events.h"
@@ -23,6 +24,7 @@ Platform makePlatform() {
   platform.hotkeys = std::make_unique<X11Hotkeys>(session, rawInput);
   platform.keyEvents = makeX11KeyEvents();
   platform.panelWindow = std::make_unique<X11PanelWindow>(session, rawInput);
+  platform.pasteboard = std::make_unique<QtPasteboard>();
   platform.permissions = std::make_unique<X11Permissions>(session);
   platform.networkPath = std::make_unique<X11NetworkPath>();
   platform.sounds = std::make_unique<X11Sounds>(session);

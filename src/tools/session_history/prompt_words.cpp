@@ -56,6 +56,24 @@ constexpr std::array<PromptForm, kCodexForms> kPromptForms = {
     PromptForm{R"("response_item")", R"("user")", ofResponseItem},
 };
 
+/// An answer of Claude Code's.
+QStringList claudeAnswer(std::string_view line, LineDecoder& decoder) {
+  if (!contains(line, R"("type":"assistant")") || contains(line, R"("isSidechain":true)")) return {};
+  const auto record = decoder.decode(line);
+  return record ? partTexts(member(*record, {"message", "content"}), u"text"_s) : QStringList();
+}
+
+/// An answer of Codex's, in the two forms in which they are written.
+QStringList codexAnswer(std::string_view line, LineDecoder& decoder) {
+  if (!contains(line, R"("agent_message")") && !contains(line, R"("assistant")")) return {};
+  const auto record = decoder.decode(line);
+  if (!record) return {};
+  if (text(*record, {"payload", "type"}) == u"agent_message")
+    return {text(*record, {"payload", "message"}).value_or(QString())};
+  if (text(*record, {"payload", "role"}) != u"assistant") return {};
+  return partTexts(member(*record, {"payload", "content"}), u"output_text"_s);
+}
+
 }  // namespace
 
 std::optional<PromptWords> claudeWords(std::string_view line, LineDecoder& decoder) {
@@ -77,4 +95,14 @@ QStringList codexWords(std::string_view line, std::size_t index, LineDecoder& de
   QStringList words = form.words(*record);
   for (QString& text : words) text = codexRequest(text);
   return words;
+}
+
+QStringList spokenTexts(std::string_view line, SessionAgent agent, LineDecoder& decoder) {
+  if (agent == SessionAgent::claude) {
+    const auto words = claudeWords(line, decoder);
+    return words ? words->texts : claudeAnswer(line, decoder);
+  }
+  for (std::size_t form = 0; form < kCodexForms; ++form)
+    if (QStringList words = codexWords(line, form, decoder); !words.isEmpty()) return words;
+  return codexAnswer(line, decoder);
 }

@@ -1,5 +1,6 @@
 #include "tools/session_history/vibe_history_palette_window.h"
 
+#include "core/ui/palette_list.h"
 #include "core/ui/palette_view.h"
 #include "core/ui/theme.h"
 #include "tools/session_history/session_preview_view.h"
@@ -11,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize kCard(680, 560);
-constexpr QSize kSize = kCard + 2 * QSize(Theme::kPanelMargin, Theme::kPanelMargin);
+constexpr QSize kPanelSize = kCard + 2 * QSize(Theme::kPanelMargin, Theme::kPanelMargin);
 
 PaletteView* makeView(VibeHistoryPaletteController& controller) {
   auto* view = new PaletteView(controller.model(), new VibeHistoryRowDelegate,
@@ -22,6 +23,8 @@ PaletteView* makeView(VibeHistoryPaletteController& controller) {
                                           {{u"⌘"_s, u"↩"_s}, u"insert + run"_s},
                                           {{u"⌘"_s, u"C"_s}, u"copy"_s},
                                           {{u"esc"_s}, u"close"_s}}});
+  // Rows that begin a group are taller.
+  view->list().setUniformItemSizes(false);
   auto* preview = new SessionPreviewView;
   view->addBelow(preview);
   QObject::connect(&controller, &VibeHistoryPaletteController::previewChanged, preview,
@@ -35,4 +38,4 @@ PaletteView* makeView(VibeHistoryPaletteController& controller) {
 }  // namespace
 
 VibeHistoryPaletteWindow::VibeHistoryPaletteWindow(PanelWindow& native, VibeHistoryPaletteController& controller)
-    : PaletteWindow(native, makeView(controller), controller, kSize) {}
+    : PaletteWindow(native, makeView(controller), controller, kPanelSize) {}

@@ -29,7 +29,8 @@ IconTile agentTile(const QModelIndex& index) {
 QRect paintMark(QPainter& painter, QRect area, const QString& symbol, const QString& text, const RowLook& look) {
   const QFontMetrics metrics(look.detailFont);
   const int gap = symbol.isEmpty() ? 0 : kMark + 4;
-  const int width = std::min(metrics.horizontalAdvance(text), area.width() / 3);
+  // The advance is rounded; a pixel less would cut the text.
+  const int width = std::min(metrics.horizontalAdvance(text) + 2, area.width() / 3);
   const QRect place(area.right() + 1 - width, area.top(), width, area.height());
   painter.setFont(look.detailFont);
   painter.setPen(look.secondary);

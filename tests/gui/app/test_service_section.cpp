@@ -4,7 +4,7 @@
 #include <QTest>
 
 #include "app/settings/service_section.h"
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 #include "support/app_stage.h"
 #include "support/controls.h"
 

@@ -4,8 +4,8 @@
 #include <QSpinBox>
 
 #include "app/settings/arrange_grid.h"
-#include "app/settings/settings_form.h"
 #include "core/ui/launcher/tool_grid.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/toggle_switch.h"
 #include "gui/app/settings_stage.h"
 

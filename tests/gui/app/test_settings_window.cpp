@@ -2,8 +2,8 @@
 #include <QPushButton>
 #include <QScrollBar>
 
-#include "app/settings/settings_form.h"
 #include "core/ui/hotkey_recorder_view.h"
+#include "core/ui/settings_form.h"
 #include "core/ui/toggle_switch.h"
 #include "gui/app/settings_stage.h"
 

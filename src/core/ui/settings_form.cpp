@@ -1,4 +1,4 @@
-#include "app/settings/settings_form.h"
+#include "core/ui/settings_form.h"
 
 #include <QApplication>
 #include <QEvent>
