@@ -16,7 +16,7 @@ struct Run {
   Run(const QStringList& arguments, const Folders& folders, std::vector<Hotkey> taken = {}, bool trusted = true) {
     QTextStream outStream(&out);
     QTextStream errStream(&err);
-    CommandContext context{outStream, errStream, folders, [] { return false; },
+    CommandContext context{outStream, errStream, folders, folders.applicationSupport, [] { return false; },
                            [taken, trusted] {
                              Platform platform = makeNullPlatform();
                              auto hotkeys = std::make_unique<FakeHotkeys>();
