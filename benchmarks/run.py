@@ -14,7 +14,7 @@ sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
-from figures import palette, start, typing, windows  # noqa: E402
+from figures import palette, sessions, start, typing, windows  # noqa: E402
 
 HEADINGS = ["figure", "measured", "target", "peer", "times as good"]
 
@@ -30,6 +30,7 @@ def main():
             for figure in measured.figures(desktop, options.vantle)
         ]
     rows += typing.figures(options.typing)
+    rows += sessions.figures(options.scan)
     print(table([figure.as_row() for figure in rows]))
     report = {"machine": machine(), "figures": [figure.as_json() for figure in rows]}
     Path(options.out).write_text(json.dumps(report, indent=2, ensure_ascii=False) + "\n")
@@ -43,6 +44,7 @@ def arguments():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--vantle", required=True, help="the program")
     parser.add_argument("--typing", required=True, help="the program that types what it reads")
+    parser.add_argument("--scan", required=True, help="the program that times the scanner")
     parser.add_argument("--out", required=True, help="the JSON file to write")
     return parser.parse_args()
 

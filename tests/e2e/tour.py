@@ -10,12 +10,13 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import launcher, menu, onboarding, palette, privacy, service, settings, shortcuts
+from steps import history, launcher, menu, onboarding, palette, privacy, service, settings, shortcuts
 from steps.launcher import Skipped
 
 STEPS = [
     *palette.STEPS,
     *launcher.STEPS,
+    *history.STEPS,
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,

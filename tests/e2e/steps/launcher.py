@@ -36,15 +36,15 @@ def toggles_the_launcher(world):
 
 
 def says_what_is_not_built(world):
-    """Arrows and Return start Vibe History, which says plainly that it is not built yet"""
+    """Arrows and Return start Ask AI, which says plainly that it is not built yet"""
     open_launcher(world)
-    for key in ("Right", "Right", "Left", "Left", "Down", "Down"):
+    for key in ("Right", "Right", "Left", "Left", "Down"):
         world.desktop.press(key)
     world.desktop.press("Return")
-    world.see("Vibe History")
+    world.see("Ask AI")
     until("a toast is shown", world.toast)
     world.picture("toast")
-    until("the use is recorded", lambda: uses(world, "vibe-history") == 1)
+    until("the use is recorded", lambda: uses(world, "quick-question") == 1)
     world.quiet()
 
 
@@ -77,7 +77,7 @@ def follows_the_pointer(world):
     expect(f"the palette is centred on the second screen: {palette}", abs(middle(palette) - 2560) <= 1)
     expect(f"its middle stands at 62 % of the height: {palette}", abs(palette.y + palette.height / 2 - 410) <= 12)
     world.close_palette()
-    world.desktop.press("Ctrl+Alt+S")
+    world.desktop.press("Ctrl+Alt+K")
     toast = until("a toast is shown", world.toast)
     expect(f"the toast is centred on the second screen: {toast}", abs(middle(toast) - 2560) <= 1)
     world.picture("toast", screens="both")

@@ -13,10 +13,15 @@ namespace {
 
 /// One run of the command line and what it printed.
 struct Run {
-  Run(const QStringList& arguments, const Folders& folders, std::vector<Hotkey> taken = {}, bool trusted = true) {
+  Run(const QStringList& arguments, const Folders& folders, const std::vector<Hotkey>& taken = {},
+      bool trusted = true) {
     QTextStream outStream(&out);
     QTextStream errStream(&err);
-    CommandContext context{outStream, errStream, folders, folders.applicationSupport, [] { return false; },
+    CommandContext context{outStream,
+                           errStream,
+                           folders,
+                           folders.applicationSupport,
+                           [] { return false; },
                            [taken, trusted] {
                              Platform platform = makeNullPlatform();
                              auto hotkeys = std::make_unique<FakeHotkeys>();
