@@ -13,11 +13,6 @@ namespace {
 /// More than a row has room for.
 constexpr int kShown = 200;
 
-QDateTime localTime(FileTime time) {
-  const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(time.time_since_epoch());
-  return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
-}
-
 /// Null text for none: a heading that is not there is no empty heading.
 QVariant heading(const QString& text) { return text.isNull() ? QVariant() : QVariant(text); }
 

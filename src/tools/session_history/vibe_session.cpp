@@ -29,3 +29,8 @@ QString VibeSession::projectName() const {
   const QString name = cwd.section(u'/', -1, -1, QString::SectionSkipEmpty);
   return name.isEmpty() ? u"unknown project"_s : name;
 }
+
+QDateTime localTime(FileTime time) {
+  const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(time.time_since_epoch());
+  return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
+}

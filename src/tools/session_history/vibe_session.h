@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <optional>
@@ -41,3 +42,6 @@ struct VibeSession {
   /// The last component of the folder's path, "unknown project" without one.
   QString projectName() const;
 };
+
+/// A file's time on the user's own calendar.
+QDateTime localTime(FileTime time);
