@@ -36,7 +36,10 @@ std::string plainRun(const QString& key) {
   std::string run;
   for (const QChar character : key) {
     const bool isPlain = character.unicode() < 0x80 && character.isLetterOrNumber();
-    run = isPlain ? run + static_cast<char>(character.toLower().unicode()) : std::string();
+    if (isPlain)
+      run += static_cast<char>(character.toLower().unicode());
+    else
+      run.clear();
     if (run.size() > longest.size()) longest = run;
   }
   return longest;

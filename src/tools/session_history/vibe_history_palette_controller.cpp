@@ -92,11 +92,11 @@ void VibeHistoryPaletteController::chooseSelected(const KeyPress& key) {
   if (const VibeSession* session = model_.selectedSession()) insert(*session, key.command);
 }
 
-void VibeHistoryPaletteController::insert(VibeSession session, bool pressReturn) {
+void VibeHistoryPaletteController::insert(const VibeSession& session, bool pressReturn) {
+  const QString command = session.resumeCommand();
   hide();
-  services_.clock.after(kTypingDelay, typing_, [this, command = session.resumeCommand(), pressReturn] {
-    services_.sender.send(command, pressReturn);
-  });
+  services_.clock.after(kTypingDelay, typing_,
+                        [this, command, pressReturn] { services_.sender.send(command, pressReturn); });
 }
 
 void VibeHistoryPaletteController::copySelected() {

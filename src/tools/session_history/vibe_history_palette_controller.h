@@ -41,7 +41,7 @@ class VibeHistoryPaletteController final : public QObject, public PaletteControl
   const SessionPreview& preview() const { return preview_; }
 
   /// Hides the palette and types the resume command into what has the focus then.
-  void insert(VibeSession session, bool pressReturn);
+  void insert(const VibeSession& session, bool pressReturn);
   /// Hides the palette and puts the selected session's resume command on the pasteboard.
   void copySelected();
 
