@@ -61,6 +61,19 @@ class TestCommandLine : public QObject {
     QVERIFY(Run({u"tools"_s}, folders_).out.startsWith(u"feedback          Feedback"_s));
   }
 
+  void injectWritesOnceAndOverwritesWhenForced() {
+    const QString path = directory_->filePath(u"CLAUDE.md"_s);
+    const QStringList arguments{u"inject"_s, u"CLAUDE.md"_s, directory_->path()};
+    QCOMPARE(Run(arguments, folders_).out, path + u'\n');
+    const Run again(arguments, folders_);
+    QCOMPARE(again.code, exit_code::kFailure);
+    QVERIFY2(again.err.contains("is already there; with --force: nothing would change"_L1), qPrintable(again.err));
+    QCOMPARE(Run(arguments + QStringList(u"--force"_s), folders_).code, exit_code::kSuccess);
+    const Run unknown({u"inject"_s, u"X.md"_s, directory_->path()}, folders_);
+    QVERIFY2(unknown.err.contains("there are AGENTS.md, CLAUDE.md, BOOTSTRAP.md"_L1), qPrintable(unknown.err));
+    QCOMPARE(Run({u"inject"_s, u"CLAUDE.md"_s}, folders_).code, exit_code::kUsage);
+  }
+
   void doctorNamesWhatIsTaken() {
     const Run healthy({u"doctor"_s}, folders_);
     QVERIFY2(healthy.out.contains(u"all 18 are ours"_s), qPrintable(healthy.out));

@@ -1,0 +1,206 @@
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+
+#include "support/files.h"
+#include "support/full_disk.h"
+#include "tools/inject_md/inject_md_settings.h"
+#include "tools/inject_md/md_injector.h"
+#include "tools/inject_md/well_known_templates.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Overwrite = MDInjector::Overwrite;
+
+MDDocument agents(const QString& contents = u"# AGENTS.md\n\nnew\n"_s) {
+  return {QUuid::createUuid(), u"AGENTS.md"_s, contents};
+}
+
+QStringList headings(const QString& text) {
+  QStringList found;
+  for (const QString& line : text.split(u'\n'))
+    if (line.startsWith("## "_L1)) found.append(line.mid(3));
+  return found;
+}
+
+}  // namespace
+
+class TestInjectMD : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void templatesHaveTheirSections_data() {
+    QTest::addColumn<QString>("subtitle");
+    QTest::addColumn<QStringList>("sections");
+    QTest::newRow("AGENTS.md") << u"Instructions for AI coding agents working in this repository."_s
+                               << QStringList{u"Project"_s, u"Conventions"_s, u"Commands"_s, u"Notes"_s};
+    QTest::newRow("CLAUDE.md") << u"Guidance for Claude Code in this repository."_s
+                               << QStringList{u"Project"_s, u"Commands"_s, u"Conventions"_s};
+    QTest::newRow("BOOTSTRAP.md") << u"First-run setup for this project — what an agent (or human) needs"_s
+                                  << QStringList{u"Prerequisites"_s, u"Setup"_s};
+    QTest::newRow("SOUL.md") << u"Who this agent is and how it should carry itself in this project."_s
+                             << QStringList{u"Voice"_s, u"Values"_s, u"Boundaries"_s};
+    QTest::newRow("BACKLOG.md") << u"Running list of work for this project. Agents: pick from the top,"_s
+                                << QStringList{u"Now"_s, u"Later"_s, u"Done"_s};
+  }
+  void templatesHaveTheirSections() {
+    QFETCH(QString, subtitle);
+    QFETCH(QStringList, sections);
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    const QString text = wellKnownTemplate(name);
+    QVERIFY(text.startsWith(u"# %1\n\n%2\n"_s.arg(name, subtitle)));
+    QCOMPARE(headings(text), sections);
+    QVERIFY(text.contains("<!-- "_L1) && text.endsWith(u'\n'));
+    QCOMPARE(text.contains("- Test: `<test command>`"_L1), sections.contains(u"Commands"_s));
+    QCOMPARE(text.contains("- Keep changes focused; don't reformat unrelated lines."_L1),
+             sections.contains(u"Conventions"_s));
+  }
+
+  void listOfFilesSurvivesARestart() {
+    QTemporaryDir directory;
+    const QString path = directory.filePath(u"inject-md.json"_s);
+    InjectMDStore store(path);
+    QCOMPARE(store.value().defaultDocument().fileName, u"AGENTS.md"_s);
+    store.update([](InjectMDSettings& settings) {
+      const auto soul = settings.add(u" SOUL.md "_s);
+      settings.makeDefault(*soul);
+      settings.setContents(*soul, u"mine ✎"_s);
+    });
+    QVERIFY(InjectMDStore(path).value() == store.value());
+    QCOMPARE(InjectMDStore(path).value().defaultDocument().contents, u"mine ✎"_s);
+    store.update([](InjectMDSettings& settings) { settings.resetToDefault(settings.defaultDocumentID); });
+    QCOMPARE(store.value().defaultDocument().contents, wellKnownTemplate(u"SOUL.md"_s));
+    store.update([](InjectMDSettings& settings) { settings.remove(settings.defaultDocumentID); });
+    QCOMPARE(store.value().defaultDocument().fileName, u"AGENTS.md"_s);
+    store.update([](InjectMDSettings& settings) { settings.remove(settings.defaultDocumentID); });
+    QCOMPARE(store.value().documents.size(), std::size_t(1));
+  }
+
+  void namesThatCannotBeFilesAreRefused() {
+    InjectMDSettings settings;
+    for (const QString& name :
+         {u""_s, u" "_s, u".."_s, u"a/b.md"_s, u"a\nb.md"_s, u"a\u009bb"_s, QString(90, QChar(0x4e2d)), u"AGENTS.md"_s})
+      QVERIFY2(!settings.add(name), qPrintable(name));
+    QCOMPARE(settings.documents.size(), std::size_t(1));
+    QCOMPARE(settings.add(u"x/y"_s).error(), u"The file name has a slash in it."_s);
+    QVERIFY(settings.add(QString(85, QChar(0x4e2d))));
+  }
+
+  void readsTheEarlierLayout() {
+    QTemporaryDir directory;
+    const QString path = directory.filePath(u"inject-md.json"_s);
+    QVERIFY(writeFile(path, R"({"fileName":"CLAUDE.md","template":"old words"})"));
+    InjectMDStore store(path);
+    QCOMPARE(store.value().documents.size(), std::size_t(1));
+    QCOMPARE(store.value().defaultDocument().contents, u"old words"_s);
+    store.update([](InjectMDSettings& settings) { QVERIFY(settings.add(u"SOUL.md"_s)); });
+    QCOMPARE(InjectMDStore(path).value().documents.size(), std::size_t(2));
+  }
+
+  void oddListsAreReadAsFarAsTheyGo() {
+    QTemporaryDir directory;
+    const QString path = directory.filePath(u"inject-md.json"_s);
+    QVERIFY(writeFile(path, R"({"documents":[{"id":"x","fileName":"A.md","template":"a"},
+        {"id":"x","fileName":"../evil","template":"b"},7,{"id":"x","fileName":"B.md","template":"b"}],
+        "defaultDocumentID":"none"})"));
+    InjectMDStore store(path);
+    QCOMPARE(store.value().documents.size(), std::size_t(2));
+    QVERIFY(store.value().documents[0].id != store.value().documents[1].id);
+    QCOMPARE(store.value().defaultDocument().fileName, u"A.md"_s);
+    store.update([](InjectMDSettings& settings) { settings.makeDefault(settings.documents[1].id); });
+    QVERIFY(readFile(path + u".corrupt"_s).contains("../evil"));
+    for (const char* const useless : {R"({"documents":[]})", "[]", "{"}) {
+      QVERIFY(writeFile(path, useless));
+      QCOMPARE(InjectMDStore(path).value().defaultDocument().fileName, u"AGENTS.md"_s);
+    }
+  }
+
+  void writesIntoAFolder() {
+    QTemporaryDir directory;
+    const QString folder = directory.filePath(u"it's a “ф”"_s);
+    QVERIFY(QDir().mkdir(folder));
+    const MDInjector injector(agents(u"ünï\n"_s), folder);
+    QVERIFY(!*injector.inspect());
+    QVERIFY(injector.write(Overwrite::no));
+    QCOMPARE(readFile(injector.targetPath()), QByteArray("ünï\n"));
+    QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList(u"AGENTS.md"_s));
+  }
+
+  void overwritesOnlyWhenTold() {
+    QTemporaryDir directory;
+    const MDInjector injector(agents(), directory.path());
+    QVERIFY(writeFile(injector.targetPath(), "# AGENTS.md\nold\nolder\n\n"));
+    QVERIFY(QFile::setPermissions(injector.targetPath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    QCOMPARE((*injector.inspect())->description(), u"adds 1 line, removes 2 lines"_s);
+    QVERIFY(injector.write(Overwrite::no).error().description().startsWith(u"Couldn’t write AGENTS.md: "_s));
+    QVERIFY(readFile(injector.targetPath()).contains("older"));
+    QVERIFY(injector.write(Overwrite::yes));
+    QVERIFY(readFile(injector.targetPath()).endsWith("new\n"));
+    struct stat status{};
+    QCOMPARE(stat(QFile::encodeName(injector.targetPath()).constData(), &status), 0);
+    QCOMPARE(status.st_mode & 07777, mode_t(0640));
+    QCOMPARE((*injector.inspect())->description(), u"nothing would change"_s);
+  }
+
+  void linksStayLinksAndLeadNowhereUnseen() {
+    QTemporaryDir directory;
+    const MDInjector injector(agents(), directory.path());
+    const QString elsewhere = directory.filePath(u"CLAUDE.md"_s);
+    QVERIFY(QFile::link(elsewhere, injector.targetPath()));
+    QVERIFY(!injector.inspect() && !injector.write(Overwrite::yes));
+    QVERIFY(!QFileInfo::exists(elsewhere));
+    QVERIFY(writeFile(elsewhere, "old"));
+    QVERIFY(injector.write(Overwrite::yes));
+    QVERIFY(QFileInfo(injector.targetPath()).isSymLink());
+    QVERIFY(readFile(elsewhere).endsWith("new\n"));
+  }
+
+  void whatIsNoFileIsLeftAlone() {
+    QTemporaryDir directory;
+    const MDInjector injector(agents(), directory.path());
+    QVERIFY(QDir(directory.path()).mkdir(u"AGENTS.md"_s));
+    QVERIFY(!injector.write(Overwrite::yes));
+    QVERIFY(QDir(directory.path()).rmdir(u"AGENTS.md"_s));
+    QCOMPARE(mkfifo(QFile::encodeName(injector.targetPath()).constData(), 0600), 0);
+    QVERIFY(!injector.inspect() && !injector.write(Overwrite::yes));
+    QVERIFY(!MDInjector(agents(), directory.filePath(u"gone"_s)).write(Overwrite::yes));
+    QVERIFY(!MDInjector({QUuid(), u"../x"_s, u"x"_s}, directory.path()).write(Overwrite::yes));
+  }
+
+  void aFullDiskLeavesTheOldFile() {
+    QTemporaryDir directory;
+    const MDInjector injector(agents(), directory.path());
+    QVERIFY(writeFile(injector.targetPath(), "old"));
+    {
+      const SmallestFiles full;
+      QVERIFY(!injector.write(Overwrite::yes));
+    }
+    QCOMPARE(readFile(injector.targetPath()), QByteArray("old"));
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+  }
+
+  void countsLines_data() {
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<int>("added");
+    QTest::addColumn<int>("removed");
+    QTest::newRow("nothing there") << u""_s << u"a\nb\n"_s << 2 << 0;
+    QTest::newRow("no newline at the end") << u"a\nb"_s << u"a\nb\n"_s << 0 << 0;
+    QTest::newRow("swapped") << u"a\nb\n"_s << u"b\na\n"_s << 1 << 1;
+    QTest::newRow("in between") << u"a\nc\n"_s << u"a\nb\nc\n"_s << 1 << 0;
+  }
+  void countsLines() {
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(int, added);
+    QFETCH(int, removed);
+    QCOMPARE(lineChanges(before, after), (LineChanges{added, removed}));
+  }
+};
+
+QTEST_GUILESS_MAIN(TestInjectMD)
+#include "test_inject_md.moc"
