@@ -5,7 +5,7 @@ import argparse
 import sys
 import time
 
-from audit import changes, rules, views
+from audit import changes, presses, rules, views
 from audit.stage import LOOKS, Stage
 from audit.walk import Walk
 from driver.display import PrivateDisplay
@@ -14,6 +14,10 @@ from driver.waiting import StepFailed
 
 # The keyboard's way is the same at each scale, but its mark must be seen in both appearances.
 WALKED = [LOOKS[0], LOOKS[3]]
+USES = {
+    "every switch and list changes something, is saved, and is kept over a restart": changes,
+    "buttons that are pressed do what they say": presses,
+}
 
 
 def main():
@@ -21,7 +25,8 @@ def main():
     pictures = emptied(options.pictures)
     with PrivateDisplay(screen="3840x2160") as display:
         faults = [fault for look in LOOKS for fault in examine_all(display, options.vantle, pictures, look)]
-        faults += change_all(display, options.vantle, pictures)
+        for what, way in USES.items():
+            faults += use_all(display, options.vantle, pictures, what, way)
     print(f"{len(faults)} faults" if faults else "Every window is as it should be")
     return 1 if faults else 0
 
@@ -52,17 +57,17 @@ def examine_all(display, binary, pictures, look):
     return faults
 
 
-def change_all(display, binary, pictures):
+def use_all(display, binary, pictures, what, way):
     started = time.monotonic()
     stage = Stage(display, binary, pictures, LOOKS[0])
     stage.application.write_settings()
     try:
-        faults = changes.faults(stage)
+        faults = way.faults(stage)
     except StepFailed as failure:
         faults = [str(failure)]
     finally:
         stage.close()
-    report(started, "every switch and list changes something, is saved, and is kept over a restart", faults)
+    report(started, what, faults)
     return faults
 
 
