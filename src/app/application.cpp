@@ -17,6 +17,7 @@
 #include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
+#include "app/tools/inject_md_kit.h"
 #include "app/tools/vibe_history_kit.h"
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
@@ -36,6 +37,7 @@
 #include "tools/frequent_clis/focused_command.h"
 #include "tools/frequent_clis/frequent_clis_settings_view.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
+#include "tools/inject_md/inject_md_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
 #include "tools/session_history/vibe_history_tool.h"
 
@@ -91,6 +93,7 @@ struct Application::Parts {
   CLIPaletteController cliPalette;
   SessionTraceScanner scanner{QDir::homePath()};
   VibeHistoryKit history{context, keystrokes, scanner};
+  InjectMDKit injectMD{context, history.settings(), scanner};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -167,6 +170,7 @@ bool Application::start() {
   parts_->clock.after(kWarmUpDelay, parts_->warmUp, [this] {
     parts_->cliPalette.prepare();
     parts_->history.prepare();
+    parts_->injectMD.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -179,6 +183,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(std::make_unique<FrequentCLIsTool>(parts_->cliPalette, frequentCLIsSettings()));
     else if (info.id == kVibeHistoryID)
       tools.push_back(parts_->history.makeTool());
+    else if (info.id == kInjectMDID)
+      tools.push_back(parts_->injectMD.makeTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
       tools.push_back(
           std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));

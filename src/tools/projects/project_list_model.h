@@ -42,6 +42,9 @@ class ProjectListModel final : public PaletteListModel {
   /// Null without one.
   const ProjectFolder* selectedFolder() const;
 
+  /// As rows show a path.
+  QString shownPath(const QString& path) const;
+
   QString emptyText() const override;
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -50,7 +53,6 @@ class ProjectListModel final : public PaletteListModel {
   void collectRows() override;
 
  private:
-  QString shownPath(const QString& path) const;
   QString accessibleText(const ProjectFolder& folder) const;
 
   QString home_;

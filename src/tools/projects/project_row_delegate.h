@@ -3,7 +3,7 @@
 #include "core/ui/row_delegate.h"
 
 /// Paints one project folder of a ProjectListModel: name, path, agents, kind, when.
-class ProjectRowDelegate final : public RowDelegate {
+class ProjectRowDelegate : public RowDelegate {
   Q_OBJECT
 
  public:

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <optional>
+
+#include "base/clock.h"
+#include "core/palette/palette_controller.h"
+#include "tools/inject_md/inject_md_palette_model.h"
+#include "tools/session_history/vibe_history_settings.h"
+
+class ToastPresenter;
+
+/// The palette's flow: a file, a project, the question about what is there, then the write. The disk is touched in the
+/// background only. Main thread only.
+class InjectMDPaletteController final : public QObject, public PaletteController {
+  Q_OBJECT
+
+ public:
+  /// Lets the user choose a folder and hands it over; never when the user does not choose one.
+  using FolderChooser = std::function<void(const QString& title, std::function<void(const QString&)> chosen)>;
+
+  struct Services {
+    const InjectMDStore& settings;
+    const VibeHistoryStore& history;
+    const SessionTraceScanner& scanner;
+    ToastPresenter& toasts;
+    Clock& clock;
+    LauncherOpener& launcher;
+    FolderChooser chooseFolder;
+    /// The user's home folder.
+    QString home;
+  };
+
+  InjectMDPaletteController(Services services, PanelFactory makePanel);
+
+  InjectMDPaletteModel& model() { return model_; }
+
+  /// Takes the row for an answer.
+  void choose(int row);
+
+ protected:
+  PaletteListModel& list() override { return model_; }
+  void begin() override;
+  void chooseSelected(const KeyPress& key) override;
+  bool handleOwnKey(const KeyPress& key) override;
+  void escape() override;
+  void ended() override;
+
+ private:
+  struct Question {
+    QString folder;
+    ExistingFile existing;
+  };
+
+  void scan();
+  void start();
+  void chooseFolder();
+  void inject(const QString& folder);
+  void ask(const QString& folder, const ExistingFile& existing);
+  void write(const QString& folder, MDInjector::Overwrite overwrite);
+  void report(const InjectionError& error);
+
+  Services services_;
+  InjectMDPaletteModel model_;
+  /// As they were when the palette was opened.
+  InjectMDSettings settings_;
+  MDDocument document_;
+  std::optional<Question> question_;
+  Job scan_;
+  Job looking_;
+  /// Lives as long as the controller: a file chosen soon after another drops neither.
+  Job writing_ = Job::start();
+};
