@@ -18,6 +18,7 @@
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
 #include "app/tools/inject_md_kit.h"
+#include "app/tools/open_project_kit.h"
 #include "app/tools/vibe_history_kit.h"
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
@@ -39,6 +40,7 @@
 #include "tools/frequent_clis/frequent_clis_tool.h"
 #include "tools/inject_md/inject_md_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
+#include "tools/open_project/open_project_tool.h"
 #include "tools/session_history/vibe_history_tool.h"
 
 using namespace Qt::StringLiterals;
@@ -94,6 +96,7 @@ struct Application::Parts {
   SessionTraceScanner scanner{QDir::homePath()};
   VibeHistoryKit history{context, keystrokes, scanner};
   InjectMDKit injectMD{context, history.settings(), scanner};
+  OpenProjectKit openProject{context, history.settings(), scanner};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -171,6 +174,7 @@ bool Application::start() {
     parts_->cliPalette.prepare();
     parts_->history.prepare();
     parts_->injectMD.prepare();
+    parts_->openProject.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -185,6 +189,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->history.makeTool());
     else if (info.id == kInjectMDID)
       tools.push_back(parts_->injectMD.makeTool());
+    else if (info.id == kOpenProjectID)
+      tools.push_back(parts_->openProject.makeTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
       tools.push_back(
           std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));

@@ -19,6 +19,8 @@ constexpr std::array kCommands = {
     Command{"resume"_L1, "<session-id> [--print]"_L1, "take a conversation up again in its folder"_L1, runResume},
     Command{"inject"_L1, "<file-name> <folder> [--force]"_L1, "write an instruction file for agents into a folder"_L1,
             runInject},
+    Command{"open"_L1, "<folder> [--with PRESET] [--agent]"_L1, "open a project as the tool Open Project does"_L1,
+            runOpen},
     Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
     Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
     Command{"version"_L1, ""_L1, "print the version"_L1, runVersion},

@@ -53,6 +53,7 @@ int runSessions(const QStringList& arguments, CommandContext& context);
 int runProjects(const QStringList& arguments, CommandContext& context);
 int runResume(const QStringList& arguments, CommandContext& context);
 int runInject(const QStringList& arguments, CommandContext& context);
+int runOpen(const QStringList& arguments, CommandContext& context);
 int runDoctor(const QStringList& arguments, CommandContext& context);
 int runHelp(const QStringList& arguments, CommandContext& context);
 int runVersion(const QStringList& arguments, CommandContext& context);

@@ -29,7 +29,7 @@ bool isPrivate(const QString& path) {
 
 /// The temporary folder is everybody's: where another user was first with the name, a folder of a fresh name serves.
 QString scriptFolder(const QString& temporaryFolder) {
-  const QString path = temporaryFolder + u"/QuarnelAgent"_s;
+  QString path = temporaryFolder + u"/QuarnelAgent"_s;
   QDir().mkdir(path, kOwnerOnly);
   if (isPrivate(path)) return path;
   QTemporaryDir fresh(path + u"-XXXXXX"_s);
@@ -56,7 +56,7 @@ std::expected<QString, FileError> writeAgentScript(const AgentScript& script, co
   const QString folder = scriptFolder(temporaryFolder);
   if (folder.isEmpty()) return std::unexpected(FileError{temporaryFolder, u"No folder can be made there"_s});
   removeOldScripts(folder);
-  const QString path = u"%1/%2.command"_s.arg(folder, QUuid::createUuid().toString(QUuid::WithoutBraces));
+  QString path = u"%1/%2.command"_s.arg(folder, QUuid::createUuid().toString(QUuid::WithoutBraces));
   if (const auto written = writeFileAtomically(path, script.contents()); !written)
     return std::unexpected(written.error());
   if (!QFile::setPermissions(path, kExecutable))

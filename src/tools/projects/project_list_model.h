@@ -8,7 +8,7 @@
 #include "tools/projects/project_folders.h"
 
 /// The recent project folders, newest first, filtered by name and path. Main thread only.
-class ProjectListModel final : public PaletteListModel {
+class ProjectListModel : public PaletteListModel {
   Q_OBJECT
 
  public:
@@ -33,9 +33,6 @@ class ProjectListModel final : public PaletteListModel {
   void beginLoading(const QDateTime& now);
   /// Shows what the scan found, under the query typed meanwhile.
   void finishLoading(std::vector<ProjectFolder> folders);
-  /// The list as it was, with the query emptied, for a palette that comes back to it.
-  void showAll() { restart(); }
-
   bool isLoading() const { return isLoading_; }
   /// The matching folders in the order of the rows.
   const std::vector<ProjectFolder>& filtered() const { return filtered_; }
