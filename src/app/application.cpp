@@ -17,6 +17,7 @@
 #include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
+#include "app/tools/boilerplates_kit.h"
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
 #include "app/tools/vibe_history_kit.h"
@@ -32,6 +33,7 @@
 #include "core/ui/toast/toast_controller.h"
 #include "core/ui/toast/toast_panel.h"
 #include "services/service_process.h"
+#include "tools/boilerplates/boilerplates_tool.h"
 #include "tools/frequent_clis/cli_palette_controller.h"
 #include "tools/frequent_clis/cli_palette_window.h"
 #include "tools/frequent_clis/command_store.h"
@@ -97,6 +99,7 @@ struct Application::Parts {
   VibeHistoryKit history{context, keystrokes, scanner};
   InjectMDKit injectMD{context, history.settings(), scanner};
   OpenProjectKit openProject{context, history.settings(), scanner};
+  BoilerplatesKit boilerplates{context, scanner};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -175,6 +178,7 @@ bool Application::start() {
     parts_->history.prepare();
     parts_->injectMD.prepare();
     parts_->openProject.prepare();
+    parts_->boilerplates.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -191,6 +195,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->injectMD.makeTool());
     else if (info.id == kOpenProjectID)
       tools.push_back(parts_->openProject.makeTool());
+    else if (info.id == kBoilerplatesID)
+      tools.push_back(parts_->boilerplates.makeTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
       tools.push_back(
           std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));

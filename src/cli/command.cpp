@@ -21,6 +21,7 @@ constexpr std::array kCommands = {
             runInject},
     Command{"open"_L1, "<folder> [--with PRESET] [--agent]"_L1, "open a project as the tool Open Project does"_L1,
             runOpen},
+    Command{"new"_L1, "<boilerplate> <folder>"_L1, "make a project from a template folder"_L1, runNew},
     Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
     Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
     Command{"version"_L1, ""_L1, "print the version"_L1, runVersion},

@@ -54,6 +54,7 @@ int runProjects(const QStringList& arguments, CommandContext& context);
 int runResume(const QStringList& arguments, CommandContext& context);
 int runInject(const QStringList& arguments, CommandContext& context);
 int runOpen(const QStringList& arguments, CommandContext& context);
+int runNew(const QStringList& arguments, CommandContext& context);
 int runDoctor(const QStringList& arguments, CommandContext& context);
 int runHelp(const QStringList& arguments, CommandContext& context);
 int runVersion(const QStringList& arguments, CommandContext& context);

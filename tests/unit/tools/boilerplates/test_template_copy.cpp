@@ -134,6 +134,8 @@ class TestTemplateCopy : public QObject {
     QVERIFY(file >= 0 && ::close(file) == 0);
     QVERIFY(places.copy());
     QCOMPARE(::access((QFile::encodeName(places.place) + "/shop/odd\xFF").constData(), F_OK), 0);
+    for (const QByteArray& path : {odd, QByteArray(QFile::encodeName(places.place) + "/shop/odd\xFF")})
+      ::unlink(path.constData());
   }
 
   void refusesWhatIsThereAndWhatIsNoName() {
