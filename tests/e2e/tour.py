@@ -10,13 +10,14 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import history, launcher, menu, onboarding, palette, privacy, service, settings, shortcuts
+from steps import history, inject, launcher, menu, onboarding, palette, privacy, service, settings, shortcuts
 from steps.launcher import Skipped
 
 STEPS = [
     *palette.STEPS,
     *launcher.STEPS,
     *history.STEPS,
+    *inject.STEPS,
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,

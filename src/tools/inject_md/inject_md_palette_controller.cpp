@@ -32,11 +32,15 @@ void InjectMDPaletteController::start() {
   settings_ = services_.settings.value();
   document_ = settings_.defaultDocument();
   scan();
-  if (settings_.documents.size() > 1)
+  if (asksForDocument())
     model_.askForDocument(settings_);
   else
-    model_.askForProject();
+    askForProject();
 }
+
+bool InjectMDPaletteController::asksForDocument() const { return settings_.documents.size() > 1; }
+
+void InjectMDPaletteController::askForProject() { model_.askForProject(!asksForDocument()); }
 
 void InjectMDPaletteController::scan() {
   using std::chrono::milliseconds;
@@ -56,7 +60,7 @@ void InjectMDPaletteController::choose(int row) {
   if (looking_.isRunning()) return;
   if (const MDDocument* document = model_.document(row)) {
     document_ = *document;
-    model_.askForProject();
+    askForProject();
   } else if (const ProjectFolder* project = model_.project(row)) {
     inject(project->path);
   } else if (model_.isFolderChooser(row)) {
@@ -130,10 +134,10 @@ void InjectMDPaletteController::escape() {
   looking_.cancel();
   if (model_.step() == InjectMDPaletteModel::Step::overwrite) {
     question_.reset();
-    model_.askForProject();
+    askForProject();
     // The folder chooser, where the question came from it, took the palette and its scan away.
     if (!scan_.isRunning()) scan();
-  } else if (model_.step() == InjectMDPaletteModel::Step::project && settings_.documents.size() > 1) {
+  } else if (model_.step() == InjectMDPaletteModel::Step::project && asksForDocument()) {
     model_.askForDocument(settings_);
   } else {
     PaletteController::escape();

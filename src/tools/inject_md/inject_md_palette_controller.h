@@ -53,6 +53,8 @@ class InjectMDPaletteController final : public QObject, public PaletteController
 
   void scan();
   void start();
+  bool asksForDocument() const;
+  void askForProject();
   void chooseFolder();
   void inject(const QString& folder);
   void ask(const QString& folder, const ExistingFile& existing);

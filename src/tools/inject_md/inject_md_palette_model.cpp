@@ -22,7 +22,8 @@ InjectMDPaletteModel::InjectMDPaletteModel(QString home) : projects_(std::move(h
   });
 }
 
-void InjectMDPaletteModel::ask(Step step, const QString& prompt) {
+void InjectMDPaletteModel::ask(Step step, bool isFirst, const QString& prompt) {
+  isFirst_ = isFirst;
   step_ = step;
   prompt_ = prompt;
   restart();
@@ -30,18 +31,18 @@ void InjectMDPaletteModel::ask(Step step, const QString& prompt) {
 
 void InjectMDPaletteModel::askForDocument(const InjectMDSettings& settings) {
   settings_ = settings;
-  ask(Step::document, u"Which file do you want to inject?"_s);
+  ask(Step::document, true, u"Which file do you want to inject?"_s);
   const auto chosen = std::ranges::find(documents_, settings_.defaultDocument().id, &MDDocument::id);
   select(static_cast<int>(chosen - documents_.begin()));
 }
 
-void InjectMDPaletteModel::askForProject() { ask(Step::project, u"Filter projects…"_s); }
+void InjectMDPaletteModel::askForProject(bool isFirst) { ask(Step::project, isFirst, u"Filter projects…"_s); }
 
 void InjectMDPaletteModel::askToOverwrite(const MDDocument& document, const QString& folder,
                                           const ExistingFile& existing) {
   folder_ = projects_.shownPath(folder);
   changes_ = u"%1: %2"_s.arg(visibleLine(document.fileName, kShown), existing.description());
-  ask(Step::overwrite, u"Overwrite the existing file in %1?"_s.arg(folder_));
+  ask(Step::overwrite, false, u"Overwrite the existing file in %1?"_s.arg(folder_));
 }
 
 QString InjectMDPaletteModel::verb() const {

@@ -28,14 +28,16 @@ class InjectMDPaletteModel final : public PaletteListModel {
 
   /// Asks for one of the files, with the default one selected.
   void askForDocument(const InjectMDSettings& settings);
-  void askForProject();
+  /// `isFirst`: Escape does not lead back to another question.
+  void askForProject(bool isFirst);
   void askToOverwrite(const MDDocument& document, const QString& folder, const ExistingFile& existing);
 
   Step step() const { return step_; }
   /// What is asked, in place of a query.
   QString prompt() const { return prompt_; }
-  /// What Return does, in one or two words.
+  /// What Return and Escape do, in a word or three.
   QString verb() const;
+  QString escapeVerb() const { return isFirst_ ? QStringLiteral("close") : QStringLiteral("back"); }
 
   /// Null unless the row is that of a file, or of a project.
   const MDDocument* document(int row) const;
@@ -56,7 +58,7 @@ class InjectMDPaletteModel final : public PaletteListModel {
     QString detail;
     QString symbol;
   };
-  void ask(Step step, const QString& prompt);
+  void ask(Step step, bool isFirst, const QString& prompt);
   int projectCount() const;
   Line line(int row) const;
   Line documentLine(const MDDocument& document) const;
@@ -64,6 +66,7 @@ class InjectMDPaletteModel final : public PaletteListModel {
 
   ProjectListModel projects_;
   Step step_ = Step::project;
+  bool isFirst_ = true;
   QString prompt_;
   InjectMDSettings settings_;
   std::vector<MDDocument> documents_;

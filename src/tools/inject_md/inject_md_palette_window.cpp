@@ -27,7 +27,8 @@ PaletteView* makeView(InjectMDPaletteController& controller) {
   const auto follow = [view, &model] {
     view->search().setPlaceholder(model.prompt());
     view->search().setSymbol(symbol(model.step()));
-    view->footer().setHints({{{u"↑"_s, u"↓"_s}, u"pick"_s}, {{u"↩"_s}, model.verb()}, {{u"esc"_s}, u"back"_s}});
+    view->footer().setHints(
+        {{{u"↑"_s, u"↓"_s}, u"pick"_s}, {{u"↩"_s}, model.verb()}, {{u"esc"_s}, model.escapeVerb()}});
   };
   QObject::connect(&model, &PaletteListModel::changed, view, follow);
   follow();

@@ -74,6 +74,7 @@ void InjectMDSettingsView::rebuild() {
   for (const MDDocument& document : store_.value().documents) addDocumentRow(document);
   remark_ = files_->addRow(u"Add a file"_s, u"CLAUDE.md, BOOTSTRAP.md, SOUL.md and BACKLOG.md come with a template"_s,
                            makeAddControl());
+  files_->show();
 }
 
 void InjectMDSettingsView::addDocumentRow(const MDDocument& document) {
