@@ -10,7 +10,7 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import history, inject, launcher, menu, onboarding, palette, privacy, service, settings, shortcuts
+from steps import history, inject, launcher, menu, onboarding, palette, privacy, projects, service, settings, shortcuts
 from steps.launcher import Skipped
 
 STEPS = [
@@ -18,6 +18,7 @@ STEPS = [
     *launcher.STEPS,
     *history.STEPS,
     *inject.STEPS,
+    *projects.STEPS,
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,
