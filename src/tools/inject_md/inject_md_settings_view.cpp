@@ -42,8 +42,9 @@ InjectMDSettingsView::InjectMDSettingsView(InjectMDStore& store, QWidget* parent
   column_->setContentsMargins({});
   column_->setSpacing(Theme::kGrid);
   column_->addWidget(makeHeading(u"Files"_s));
-  column_->addWidget(makeDetailLabel(
-      u"Written into every project you've run Claude Code or Codex in, or into any folder, when you choose it."_s));
+  column_->addWidget(
+      makeDetailLabel(u"Offered for every project you've run Claude Code or Codex in, and for any folder on disk."_s));
+  column_->addSpacing(Theme::kGrid);
   column_->addWidget(editor_);
   column_->addStretch(1);
   connect(&store_, &StoreBase::changed, this, &InjectMDSettingsView::follow);
@@ -90,6 +91,8 @@ QWidget* InjectMDSettingsView::makeButtons(const MDDocument& document) {
                  makeButton(u"Make default"_s, u"Make this the default file"_s, name),
                  makeButton(u"Remove"_s, u"Remove from the list (doesn't touch any project)"_s, name)};
   for (QPushButton* button : {made.edit, made.makeDefault, made.remove}) row->addWidget(button);
+  // It says "Default" in one of the rows; the buttons stand below one another all the same.
+  made.makeDefault->setMinimumWidth(made.makeDefault->sizeHint().width());
   connect(made.edit, &QPushButton::clicked, this, [this, id] {
     edit(id);
     editor_->setFocus();

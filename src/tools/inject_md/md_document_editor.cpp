@@ -3,12 +3,15 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStyleOption>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include "base/visible_text.h"
+#include "core/ui/control_painter.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "tools/inject_md/well_known_templates.h"
@@ -20,6 +23,7 @@ namespace {
 constexpr int kPause = 500;
 constexpr int kHeight = 240;
 constexpr int kShown = 80;
+constexpr int kFieldInset = 4;
 
 }  // namespace
 
@@ -33,6 +37,9 @@ MDDocumentEditor::MDDocumentEditor(InjectMDStore& store, QWidget* parent)
   text_->setFont(Theme::monospacedFont());
   text_->setFixedHeight(kHeight);
   text_->setTabChangesFocus(true);
+  // The field around it is painted here, round and with the ring of the focus.
+  text_->setFrameShape(QFrame::NoFrame);
+  text_->viewport()->setAutoFillBackground(false);
   text_->installEventFilter(this);
   setFocusProxy(text_);
   pause_->setSingleShot(true);
@@ -44,7 +51,10 @@ MDDocumentEditor::MDDocumentEditor(InjectMDStore& store, QWidget* parent)
   column->setContentsMargins({});
   column->setSpacing(Theme::kGrid);
   column->addLayout(header);
-  column->addWidget(text_);
+  auto* field = new QHBoxLayout;
+  field->setContentsMargins(kFieldInset, kFieldInset, kFieldInset, kFieldInset);
+  field->addWidget(text_);
+  column->addLayout(field);
   connect(text_, &QPlainTextEdit::textChanged, pause_, qOverload<>(&QTimer::start));
   connect(pause_, &QTimer::timeout, this, &MDDocumentEditor::commit);
   connect(reset_, &QPushButton::clicked, this, [this] {
@@ -88,10 +98,20 @@ void MDDocumentEditor::commit() {
 
 bool MDDocumentEditor::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusOut) commit();
+  if (event->type() == QEvent::FocusOut || event->type() == QEvent::FocusIn) update();
   return QWidget::eventFilter(watched, event);
 }
 
 void MDDocumentEditor::hideEvent(QHideEvent* event) {
   commit();
   QWidget::hideEvent(event);
+}
+
+void MDDocumentEditor::paintEvent(QPaintEvent*) {
+  QStyleOption option;
+  option.initFrom(text_);
+  option.rect = text_->geometry().adjusted(-kFieldInset, -kFieldInset, kFieldInset, kFieldInset);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  control::paintField(painter, option, themeOf(*this));
 }

@@ -25,6 +25,7 @@ class MDDocumentEditor final : public QWidget {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   void follow();
