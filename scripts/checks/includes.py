@@ -19,7 +19,7 @@ BELOW = {
     "service": {"base", "service"},
 }
 # Leaves that tools share; of the third only the scanner.
-SHARED_TOOL_FILES = ("tools/keystrokes/", "tools/projects/", "tools/session_history/session_scanner")
+SHARED_TOOL_FILES = ("tools/keystrokes/", "tools/projects/", "tools/session_history/session_scanner", "tools/session_history/vibe_history_settings")
 # What the backends of one family of systems share.
 SHARED_BACKENDS = ("platform/xdg/",)
 # Stands in for a system's own headers, so it has their include root.
