@@ -18,8 +18,13 @@ BELOW = {
     "app": {"base", "platform", "core", "services", "core/ui", "services view", "tool", "tool view", "cli", "app"},
     "service": {"base", "service"},
 }
-# Leaves that tools share; of the third only the scanner.
-SHARED_TOOL_FILES = ("tools/keystrokes/", "tools/projects/", "tools/session_history/session_scanner", "tools/session_history/vibe_history_settings")
+# Leaves that tools share; of the history only the scanner and which agents it reads.
+SHARED_TOOL_FILES = (
+    "tools/keystrokes/",
+    "tools/projects/",
+    "tools/session_history/session_scanner",
+    "tools/session_history/vibe_history_settings.h",
+)
 # What the backends of one family of systems share.
 SHARED_BACKENDS = ("platform/xdg/",)
 # Stands in for a system's own headers, so it has their include root.
