@@ -99,7 +99,7 @@ struct Application::Parts {
   VibeHistoryKit history{context, keystrokes, scanner};
   InjectMDKit injectMD{context, history.settings(), scanner};
   OpenProjectKit openProject{context, history.settings(), scanner};
-  BoilerplatesKit boilerplates{context, scanner};
+  BoilerplatesKit boilerplates{context, history.settings(), scanner};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -155,6 +155,10 @@ Application::Parts::Parts(Application& owner)
 
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
   connect(&parts_->tray, &TrayIcon::activated, &parts_->menu, &MenuController::iconActivated);
+  connect(&parts_->boilerplates.palette(), &BoilerplatesPaletteController::created, this,
+          [this](const QString& path, bool isWaiting) {
+            if (isWaiting) parts_->openProject.offer(path);
+          });
   connect(&parts_->menu, &MenuController::quitChosen, qApp, &QCoreApplication::quit);
   connect(qApp, &QCoreApplication::aboutToQuit, this, &Application::terminate);
 }

@@ -10,7 +10,20 @@ from driver.display import PrivateDisplay
 from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
-from steps import history, inject, launcher, menu, onboarding, palette, privacy, projects, service, settings, shortcuts
+from steps import (
+    boilerplates,
+    history,
+    inject,
+    launcher,
+    menu,
+    onboarding,
+    palette,
+    privacy,
+    projects,
+    service,
+    settings,
+    shortcuts,
+)
 from steps.launcher import Skipped
 
 STEPS = [
@@ -19,6 +32,7 @@ STEPS = [
     *history.STEPS,
     *inject.STEPS,
     *projects.STEPS,
+    *boilerplates.STEPS,
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,

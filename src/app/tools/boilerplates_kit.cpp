@@ -6,9 +6,10 @@
 
 using namespace Qt::StringLiterals;
 
-BoilerplatesKit::BoilerplatesKit(AppContext& context, const SessionTraceScanner& scanner)
+BoilerplatesKit::BoilerplatesKit(AppContext& context, const VibeHistoryStore& history,
+                                 const SessionTraceScanner& scanner)
     : settings_(context.folders.file(u"boilerplates.json"_s)),
-      palette_({settings_, scanner, context.settingsOpener, context.toasts, context.clock, context.launcher,
+      palette_({settings_, history, scanner, context.settingsOpener, context.toasts, context.clock, context.launcher,
                 [this](const QString& start, const std::function<void(const QString&)>& chosen) {
                   chooseFolder(start, chosen);
                 }},

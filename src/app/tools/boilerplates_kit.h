@@ -9,7 +9,7 @@
 
 class BoilerplatesKit final : public ToolKit {
  public:
-  BoilerplatesKit(AppContext& context, const SessionTraceScanner& scanner);
+  BoilerplatesKit(AppContext& context, const VibeHistoryStore& history, const SessionTraceScanner& scanner);
   ~BoilerplatesKit() override { delete dialog_; }
 
   std::unique_ptr<Tool> makeTool() override;

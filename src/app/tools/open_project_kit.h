@@ -10,6 +10,8 @@ class OpenProjectKit final : public ToolKit {
 
   std::unique_ptr<Tool> makeTool() override;
   void prepare() override { palette_.prepare(); }
+  /// Asks with what to open a folder that is no recent project yet.
+  void offer(const QString& path) { palette_.offer(path); }
 
  private:
   OpenProjectStore settings_;

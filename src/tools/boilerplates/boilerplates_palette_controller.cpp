@@ -23,10 +23,9 @@ constexpr qsizetype kPlaces = 12;
 constexpr int kShown = 200;
 
 /// Where the last project was made, where the recent ones are, and the home folder.
-QStringList places(const SessionTraceScanner& scanner, const QString& last, const std::stop_token& stop) {
+QStringList places(const QString& last, const std::vector<ProjectFolder>& projects) {
   QStringList candidates{last};
-  for (const ProjectFolder& folder : ProjectFolders(scanner).recent(true, true, kProjectScanLimit, stop))
-    candidates.append(QFileInfo(folder.path).path());
+  for (const ProjectFolder& project : projects) candidates.append(QFileInfo(project.path).path());
   candidates.append(QDir::homePath());
   QStringList places;
   for (const QString& candidate : candidates) {
@@ -59,10 +58,12 @@ void BoilerplatesPaletteController::begin() {
 void BoilerplatesPaletteController::findPlaces() {
   finding_ = Job::start();
   const QString last = services_.store.value().lastPlace;
-  runInBackground(
-      finding_,
-      [scanner = services_.scanner, last](const std::stop_token& stop) { return places(scanner, last, stop); },
-      [this](const QStringList& found) { model_.setPlaces(places_ = found); });
+  const auto work = [scanner = services_.scanner, history = services_.history.value(),
+                     last](const std::stop_token& stop) {
+    return places(last,
+                  ProjectFolders(scanner).recent(history.includeClaude, history.includeCodex, kProjectScanLimit, stop));
+  };
+  runInBackground(finding_, work, [this](const QStringList& found) { model_.setPlaces(places_ = found); });
 }
 
 void BoilerplatesPaletteController::chooseSelected(const KeyPress&) { choose(); }
@@ -134,11 +135,12 @@ void BoilerplatesPaletteController::finish(const QString& place, const std::expe
     return model_.askForName(Boilerplate(model_.boilerplate()), QString(model_.name()));
   }
   services_.store.update([&](BoilerplateSettings& settings) { settings.lastPlace = place; });
+  const bool isWaiting = isShown();
   hide();
   services_.toasts.show({.icon = u"shippingbox.fill"_s,
                          .title = u"Created “%1”"_s.arg(name),
                          .detail = visibleLine(*made, kShown),
                          .completes = true},
                         kCreatedToast);
-  Q_EMIT created(*made);
+  Q_EMIT created(*made, isWaiting);
 }

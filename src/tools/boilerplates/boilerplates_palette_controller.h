@@ -8,6 +8,7 @@
 #include "tools/boilerplates/boilerplates_palette_model.h"
 #include "tools/boilerplates/template_copy.h"
 #include "tools/session_history/session_scanner.h"
+#include "tools/session_history/vibe_history_settings.h"
 
 class SettingsOpener;
 class ToastPresenter;
@@ -28,6 +29,8 @@ class BoilerplatesPaletteController final : public QObject, public PaletteContro
 
   struct Services {
     BoilerplateStore& store;
+    /// Says which agents' sessions count.
+    const VibeHistoryStore& history;
     const SessionTraceScanner& scanner;
     SettingsOpener& settings;
     ToastPresenter& toasts;
@@ -44,8 +47,8 @@ class BoilerplatesPaletteController final : public QObject, public PaletteContro
   void choose();
 
  Q_SIGNALS:
-  /// A project was made; `path` is its folder.
-  void created(const QString& path);
+  /// A project was made; `path` is its folder. `isWaiting`: the user had the palette open until then.
+  void created(const QString& path, bool isWaiting);
 
  protected:
   PaletteListModel& list() override { return model_; }

@@ -36,6 +36,13 @@ void OpenProjectController::begin() {
                   [this](std::vector<ProjectFolder> folders) { model_.finishLoading(std::move(folders)); });
 }
 
+void OpenProjectController::offer(const QString& path) {
+  show();
+  ProjectFolder folder;
+  folder.path = path;
+  model_.showCommands(folder);
+}
+
 void OpenProjectController::choose(int row) {
   model_.select(row);
   chooseSelected({});

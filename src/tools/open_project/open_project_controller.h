@@ -32,6 +32,8 @@ class OpenProjectController final : public QObject, public PaletteController {
   OpenProjectController(Services services, QString home, PanelFactory makePanel);
 
   OpenProjectModel& model() { return model_; }
+  /// Shows the palette with the commands for one folder, which need not be among the recent ones.
+  void offer(const QString& path);
   /// A click on a row.
   void choose(int row);
 

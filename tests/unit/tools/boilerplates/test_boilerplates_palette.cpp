@@ -25,6 +25,7 @@ struct World {
   QTemporaryDir home;
   QString place = home.filePath(u"work"_s);
   BoilerplateStore store{home.filePath(u"boilerplates.json"_s)};
+  VibeHistoryStore history{home.filePath(u"history.json"_s)};
   SessionTraceScanner scanner{home.path()};
   FakeSettingsOpener settings;
   FakeToasts toasts;
@@ -32,7 +33,7 @@ struct World {
   FakeLauncherOpener launcher;
   std::function<void(const QString&)> chosen;
   BoilerplatesPaletteController palette{
-      {store, scanner, settings, toasts, clock, launcher,
+      {store, history, scanner, settings, toasts, clock, launcher,
        [this](const QString&, const std::function<void(const QString&)>& answer) { chosen = answer; }},
       [] { return std::make_unique<SilentPanel>(); }};
   BoilerplatesPaletteModel& model = palette.model();
@@ -84,6 +85,7 @@ class TestBoilerplatesPalette : public QObject {
     world.press(keycode::kReturn);
     QTRY_COMPARE(created.size(), 1);
     QCOMPARE(readFile(world.place + u"/shop/shop.txt"_s), QByteArray("shop"));
+    QCOMPARE(created.first(), QVariantList({world.place + u"/shop"_s, true}));
     QVERIFY(!world.palette.isShown());
     QCOMPARE(world.toasts.shown.back().first.title, u"Created “shop”"_s);
     QCOMPARE(world.store.value().lastPlace, world.place);
