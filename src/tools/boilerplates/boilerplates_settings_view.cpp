@@ -20,13 +20,12 @@ constexpr int kNameWidth = 200;
 }  // namespace
 
 BoilerplatesSettingsView::BoilerplatesSettingsView(BoilerplateStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), column_(new QVBoxLayout(this)) {
+    : QWidget(parent), store_(store), column_(new QVBoxLayout(this)), add_(new QPushButton(u"Add Folder…"_s)) {
   column_->setContentsMargins({});
   column_->setSpacing(Theme::kGrid);
   column_->addWidget(makeHeading(u"Template folders"_s));
-  auto* add = new QPushButton(u"Add Folder…"_s);
-  connect(add, &QPushButton::clicked, this, &BoilerplatesSettingsView::chooseFolder);
-  column_->addWidget(add, 0, Qt::AlignLeft);
+  connect(add_, &QPushButton::clicked, this, &BoilerplatesSettingsView::chooseFolder);
+  column_->addWidget(add_, 0, Qt::AlignLeft);
   column_->addWidget(
       makeDetailLabel(u"A new project is a copy of the folder, without .git and what .gitignore names. {{name}} in "
                       u"file names and small text files becomes the project’s name."_s));
@@ -40,20 +39,23 @@ void BoilerplatesSettingsView::rebuild() {
   for (const Boilerplate& boilerplate : store_.value().templates) ids.push_back(boilerplate.id);
   if (list_ && ids == shown_) return;
   shown_ = std::move(ids);
+  const bool hadFocus = list_ && list_->isAncestorOf(focusWidget());
   if (list_) {
     list_->hide();
     list_->deleteLater();
   }
+  QWidget* lastRemove = nullptr;
   list_ = new SettingsSection;
-  for (const Boilerplate& boilerplate : store_.value().templates) list_->addWide(makeRow(boilerplate));
+  for (const Boilerplate& boilerplate : store_.value().templates) {
+    QWidget* row = makeRow(boilerplate);
+    list_->addWide(row);
+    lastRemove = row->findChild<QPushButton*>();
+  }
   if (shown_.empty()) list_->addWide(makeDetailLabel(u"No template folders yet"_s));
   column_->insertWidget(1, list_);
-  // Tab goes down the page, whatever was made first.
-  for (QWidget* last = nullptr; auto* widget : findChildren<QWidget*>()) {
-    if (!list_->isAncestorOf(widget) || widget->focusPolicy() == Qt::NoFocus) continue;
-    if (last) setTabOrder(last, widget);
-    last = widget;
-  }
+  // The button was made before the rows that stand above it.
+  if (lastRemove) setTabOrder(lastRemove, add_);
+  if (hadFocus) add_->setFocus();
 }
 
 QWidget* BoilerplatesSettingsView::makeRow(const Boilerplate& boilerplate) {

@@ -6,6 +6,7 @@
 #include "tools/boilerplates/boilerplate_settings.h"
 
 class QFileDialog;
+class QPushButton;
 class QVBoxLayout;
 class SettingsSection;
 
@@ -23,6 +24,7 @@ class BoilerplatesSettingsView final : public QWidget {
 
   BoilerplateStore& store_;
   QVBoxLayout* column_;
+  QPushButton* add_;
   SettingsSection* list_ = nullptr;
   /// What the rows show, so that a change of a name or of the last place does not take the field from the user.
   std::vector<QUuid> shown_;
