@@ -6,6 +6,7 @@
 #include "cli/command.h"
 #include "core/settings/app_settings.h"
 #include "support/fake_platform.h"
+#include "tools/boilerplates/boilerplate_settings.h"
 
 using namespace Qt::StringLiterals;
 
@@ -72,6 +73,22 @@ class TestCommandLine : public QObject {
     const Run unknown({u"inject"_s, u"X.md"_s, directory_->path()}, folders_);
     QVERIFY2(unknown.err.contains("there are AGENTS.md, CLAUDE.md, BOOTSTRAP.md"_L1), qPrintable(unknown.err));
     QCOMPARE(Run({u"inject"_s, u"CLAUDE.md"_s}, folders_).code, exit_code::kUsage);
+  }
+
+  void newMakesAProjectOnce() {
+    QVERIFY(QDir().mkpath(directory_->filePath(u"templates/web/{{name}}"_s)));
+    BoilerplateStore(folders_.file(u"boilerplates.json"_s)).update([this](BoilerplateSettings& settings) {
+      settings.add(directory_->filePath(u"templates/web"_s));
+    });
+    const QString target = directory_->filePath(u"shop"_s);
+    QCOMPARE(Run({u"new"_s, u"Web"_s, target + u'/'}, folders_).out, target + u'\n');
+    QVERIFY(QDir(target + u"/shop"_s).exists());
+    const Run again({u"new"_s, u"web"_s, target}, folders_);
+    QCOMPARE(again.err, u"vantle: %1: it exists already\n"_s.arg(target));
+    QCOMPARE(again.code, exit_code::kFailure);
+    const Run unknown({u"new"_s, u"rust"_s, target}, folders_);
+    QVERIFY2(unknown.err.contains("there is no boilerplate 'rust'\n    web  "_L1), qPrintable(unknown.err));
+    QCOMPARE(Run({u"new"_s, u"web"_s}, folders_).code, exit_code::kUsage);
   }
 
   void doctorNamesWhatIsTaken() {
