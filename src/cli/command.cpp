@@ -22,6 +22,7 @@ constexpr std::array kCommands = {
     Command{"open"_L1, "<folder> [--with PRESET] [--agent]"_L1, "open a project as the tool Open Project does"_L1,
             runOpen},
     Command{"new"_L1, "<boilerplate> <folder>"_L1, "make a project from a template folder"_L1, runNew},
+    Command{"completions"_L1, "bash|zsh|fish"_L1, "print the completions of a shell"_L1, runCompletions},
     Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
     Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
     Command{"version"_L1, ""_L1, "print the version"_L1, runVersion},

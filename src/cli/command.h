@@ -55,6 +55,7 @@ int runResume(const QStringList& arguments, CommandContext& context);
 int runInject(const QStringList& arguments, CommandContext& context);
 int runOpen(const QStringList& arguments, CommandContext& context);
 int runNew(const QStringList& arguments, CommandContext& context);
+int runCompletions(const QStringList& arguments, CommandContext& context);
 int runDoctor(const QStringList& arguments, CommandContext& context);
 int runHelp(const QStringList& arguments, CommandContext& context);
 int runVersion(const QStringList& arguments, CommandContext& context);

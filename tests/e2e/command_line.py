@@ -6,6 +6,7 @@ import contextlib
 import json
 import os
 import stat
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -54,10 +55,24 @@ class WithoutDisplay(unittest.TestCase):
         self.assertEqual(started.returncode, 1)
         self.assertTrue(started.stderr.startswith("vantle: "), started.stderr)
 
+    def test_completes_in_a_shell(self):
+        script = self.application.command("completions", "bash").stdout
+        ask = 'COMP_WORDS=(vantle %s); COMP_CWORD=%d; _vantle; echo "${COMPREPLY[@]}"'
+        for words, count, expected in (
+            ("se", 1, "sessions"),
+            ("summon vi", 2, "vibe-history"),
+            ("sessions --se", 2, "--search"),
+            ("help do", 2, "doctor"),
+        ):
+            answer = subprocess.run(["bash", "-c", script + ask % (words, count)], capture_output=True, text=True)
+            self.assertEqual((answer.stdout.strip(), answer.stderr), (expected, ""), words)
+        for shell in ("zsh", "fish"):
+            self.assertIn("vibe-history", self.application.command("completions", shell).stdout)
+
     def test_usage(self):
         self.assertRegex(self.application.command("--version").stdout, r"^vantle \d+\.\d+\.\d+\n$")
         self.assertIn("usage: vantle", self.application.command("--help").stdout)
-        for wrong in (["nonsense"], ["tools", "--yaml"], ["summon"], ["summon", "nothing"], ["help", "nonsense"]):
+        for wrong in (["nonsense"], ["completions", "tcsh"], ["sessions", "--limit", "0"], ["tools", "--yaml"], ["summon"], ["summon", "nothing"], ["help", "nonsense"]):
             result = self.application.command(*wrong)
             self.assertEqual((result.returncode, result.stdout), (2, ""), wrong)
             self.assertTrue(result.stderr.startswith("vantle: "), wrong)

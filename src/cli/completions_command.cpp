@@ -1,0 +1,112 @@
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <array>
+
+#include "cli/command.h"
+#include "core/presenters/window_opener.h"
+#include "core/tools/tool.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What can follow the name of a command.
+struct Completion {
+  QString command;
+  QString summary;
+  QStringList words;
+  bool takesFolder = false;
+};
+
+QStringList summonTargets() {
+  QStringList targets{u"launcher"_s, u"menu"_s};
+  for (const AppWindowName& window : kAppWindowNames) targets.append(window.name);
+  for (const ToolInfo& tool : toolTable()) targets.append(tool.id);
+  return targets;
+}
+
+/// The options that the usage line names, so that there is one place for both.
+QStringList options(const Command& command) {
+  QStringList found;
+  const QRegularExpression option(u"--[a-z-]+"_s);
+  for (const auto& match : option.globalMatch(command.arguments)) found.append(match.captured());
+  return found;
+}
+
+std::vector<Completion> completions() {
+  std::vector<Completion> all;
+  for (const Command& command : commands()) {
+    Completion& entry = all.emplace_back(command.name, command.summary, options(command));
+    entry.takesFolder = QString(command.arguments).contains("<folder>"_L1);
+    if (command.name == "summon"_L1) entry.words = summonTargets();
+    if (command.name == "completions"_L1) entry.words = {u"bash"_s, u"zsh"_s, u"fish"_s};
+    if (command.name == "help"_L1)
+      for (const Command& other : commands()) entry.words.append(other.name);
+  }
+  return all;
+}
+
+QStringList names(const std::vector<Completion>& all) {
+  QStringList names;
+  for (const Completion& entry : all) names.append(entry.command);
+  return names;
+}
+
+void printBash(const std::vector<Completion>& all, QTextStream& out) {
+  out << "_vantle() {\n"
+         "  local current=${COMP_WORDS[COMP_CWORD]}\n"
+         "  if [ \"$COMP_CWORD\" -eq 1 ]; then\n"
+         "    COMPREPLY=($(compgen -W '"
+      << names(all).join(u' ')
+      << "' -- \"$current\"))\n"
+         "    return\n"
+         "  fi\n"
+         "  case ${COMP_WORDS[1]} in\n";
+  for (const Completion& entry : all) {
+    if (entry.words.isEmpty() && !entry.takesFolder) continue;
+    const QString folders = entry.takesFolder ? u" $(compgen -d -- \"$current\")"_s : QString();
+    out << "    " << entry.command << ") COMPREPLY=($(compgen -W '" << entry.words.join(u' ') << "' -- \"$current\")"
+        << folders << ") ;;\n";
+  }
+  out << "  esac\n}\ncomplete -F _vantle vantle\n";
+}
+
+void printZsh(const std::vector<Completion>& all, QTextStream& out) {
+  out << "#compdef vantle\n_vantle() {\n  if (( CURRENT == 2 )); then\n    local -a commands=(\n";
+  for (const Completion& entry : all) out << "      '" << entry.command << ':' << entry.summary << "'\n";
+  out << "    )\n    _describe command commands\n    return\n  fi\n  case ${words[2]} in\n";
+  for (const Completion& entry : all) {
+    if (entry.words.isEmpty() && !entry.takesFolder) continue;
+    out << "    " << entry.command << ") compadd -- " << entry.words.join(u' ');
+    out << (entry.takesFolder ? "; _files -/ ;;\n" : " ;;\n");
+  }
+  out << "  esac\n}\ncompdef _vantle vantle\n";
+}
+
+void printFish(const std::vector<Completion>& all, QTextStream& out) {
+  out << "complete -c vantle -f\n";
+  for (const Completion& entry : all) {
+    out << "complete -c vantle -n __fish_use_subcommand -a " << entry.command << " -d '" << entry.summary << "'\n";
+    const QString here = u"complete -c vantle -n '__fish_seen_subcommand_from %1' "_s.arg(entry.command);
+    if (!entry.words.isEmpty()) out << here << "-a '" << entry.words.join(u' ') << "'\n";
+    if (entry.takesFolder) out << here << "-a '(__fish_complete_directories)'\n";
+  }
+}
+
+struct Shell {
+  QLatin1StringView name;
+  void (*print)(const std::vector<Completion>& all, QTextStream& out);
+};
+
+constexpr std::array kShells = {Shell{"bash"_L1, printBash}, Shell{"zsh"_L1, printZsh}, Shell{"fish"_L1, printFish}};
+
+}  // namespace
+
+int runCompletions(const QStringList& arguments, CommandContext& context) {
+  const auto shell = std::ranges::find(kShells, arguments.value(0), &Shell::name);
+  if (arguments.size() != 1 || shell == kShells.end())
+    return usageError(commandNamed("completions"_L1), u"name one shell: bash, zsh or fish"_s, context);
+  shell->print(completions(), context.out);
+  return exit_code::kSuccess;
+}
