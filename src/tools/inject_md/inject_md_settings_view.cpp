@@ -76,6 +76,7 @@ void InjectMDSettingsView::rebuild() {
   remark_ = files_->addRow(u"Add a file"_s, u"CLAUDE.md, BOOTSTRAP.md, SOUL.md and BACKLOG.md come with a template"_s,
                            makeAddControl());
   files_->show();
+  editor_->continueTabOrder(add_);
 }
 
 void InjectMDSettingsView::addDocumentRow(const MDDocument& document) {
@@ -112,13 +113,13 @@ QWidget* InjectMDSettingsView::makeAddControl() {
   name_->setPlaceholderText(u"File name"_s);
   name_->setAccessibleName(u"Name of the file to add"_s);
   name_->setFixedWidth(kNameWidth);
-  auto* add = new QPushButton(u"Add"_s);
-  add->setAccessibleName(u"Add the file"_s);
+  add_ = new QPushButton(u"Add"_s);
+  add_->setAccessibleName(u"Add the file"_s);
   row->addWidget(name_);
-  row->addWidget(add);
+  row->addWidget(add_);
   connect(name_, &QLineEdit::textEdited, this, [this] { remark_->showError({}); });
   connect(name_, &QLineEdit::returnPressed, this, &InjectMDSettingsView::add);
-  connect(add, &QPushButton::clicked, this, &InjectMDSettingsView::add);
+  connect(add_, &QPushButton::clicked, this, &InjectMDSettingsView::add);
   control->setFocusProxy(name_);
   return control;
 }

@@ -41,6 +41,7 @@ class InjectMDSettingsView final : public QWidget {
   SettingsSection* files_ = nullptr;
   std::vector<Row> rows_;
   QLineEdit* name_ = nullptr;
+  QPushButton* add_ = nullptr;
   RowRemark* remark_ = nullptr;
   MDDocumentEditor* editor_;
 };

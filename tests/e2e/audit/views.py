@@ -23,7 +23,7 @@ ONE_PAGE = {
     "usage": "Usage",
     "whats-new": "What's New",
 }
-PANELS = {"menu": "Vantle Menu", "launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs", "vibe-history": "Vibe History"}
+PANELS = {"menu": "Vantle Menu", "launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs", "vibe-history": "Vibe History", "inject-md": "Inject MD"}
 
 
 def first_run(stage):

@@ -95,6 +95,16 @@ class TestInjectMDSettings : public QObject {
     QCOMPARE(stage.editor().accessibleName(), u"Template of AGENTS.md"_s);
   }
 
+  void tabLeadsFromTheFilesToTheTemplate() {
+    Stage stage;
+    stage.add(u"SOUL.md"_s);
+    named<QLineEdit>(stage.page, u"Name of the file to add"_s)->setFocus();
+    for (const QString& next : {u"Add the file"_s, u"Template of SOUL.md"_s}) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+      QCOMPARE(QApplication::focusWidget()->accessibleName(), next);
+    }
+  }
+
   void templatesAreEditedAndReset() {
     Stage stage;
     stage.add(u"NOTES.md"_s);
