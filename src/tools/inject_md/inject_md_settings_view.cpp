@@ -45,7 +45,6 @@ InjectMDSettingsView::InjectMDSettingsView(InjectMDStore& store, QWidget* parent
   column_->addWidget(
       makeDetailLabel(u"Offered for every project you've run Claude Code or Codex in, and for any folder on disk."_s));
   column_->addSpacing(Theme::kGrid);
-  column_->addWidget(editor_);
   column_->addStretch(1);
   connect(&store_, &StoreBase::changed, this, &InjectMDSettingsView::follow);
   follow();
@@ -76,7 +75,16 @@ void InjectMDSettingsView::rebuild() {
   remark_ = files_->addRow(u"Add a file"_s, u"CLAUDE.md, BOOTSTRAP.md, SOUL.md and BACKLOG.md come with a template"_s,
                            makeAddControl());
   files_->show();
-  editor_->continueTabOrder(add_);
+  placeEditor();
+}
+
+/// The keyboard comes to widgets in the order in which they were given to the page: the editor's turn is after the
+/// list.
+void InjectMDSettingsView::placeEditor() {
+  column_->removeWidget(editor_);
+  editor_->setParent(nullptr);
+  column_->insertWidget(column_->count() - 1, editor_);
+  editor_->show();
 }
 
 void InjectMDSettingsView::addDocumentRow(const MDDocument& document) {

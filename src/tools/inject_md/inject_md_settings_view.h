@@ -30,6 +30,7 @@ class InjectMDSettingsView final : public QWidget {
 
   void follow();
   void rebuild();
+  void placeEditor();
   void addDocumentRow(const MDDocument& document);
   QWidget* makeButtons(const MDDocument& document);
   QWidget* makeAddControl();

@@ -72,11 +72,6 @@ void MDDocumentEditor::edit(const QUuid& id) {
   follow();
 }
 
-void MDDocumentEditor::continueTabOrder(QWidget* last) {
-  setTabOrder(last, reset_);
-  setTabOrder(reset_, text_);
-}
-
 void MDDocumentEditor::follow() {
   const MDDocument* document = store_.value().find(id_);
   setVisible(document != nullptr);

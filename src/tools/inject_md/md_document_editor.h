@@ -21,8 +21,6 @@ class MDDocumentEditor final : public QWidget {
 
   void edit(const QUuid& id);
   const QUuid& edited() const { return id_; }
-  /// Tab leads here from `last`.
-  void continueTabOrder(QWidget* last);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

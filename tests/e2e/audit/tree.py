@@ -96,6 +96,10 @@ class Control:
     def is_sensitive(self):
         return self.has(SENSITIVE)
 
+    def can_be_used(self):
+        """Asked anew: another control may have switched it off."""
+        return states_of(self.node).contains(SENSITIVE)
+
     @property
     def label(self):
         """What stands beside it as its label; of a combo box the name is the chosen entry. Else its name."""
