@@ -11,6 +11,6 @@ struct ShellCall {
 };
 
 /// Runs `line` as the user's own terminal would, so that programs are found which only the shell's profile knows: by
-/// `shell` (the value of SHELL; /bin/zsh when empty) as a login shell, and an interactive one where the shell takes
-/// both together with a command.
+/// `shell` (the value of SHELL; when empty /bin/zsh, or /bin/sh where there is none) as a login shell, and an
+/// interactive one where the shell takes both together with a command.
 ShellCall loginShellCall(const QString& line, const QString& shell);
