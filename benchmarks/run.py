@@ -14,7 +14,7 @@ sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
-from figures import palette, sessions, start, typing, windows  # noqa: E402
+from figures import capture, histories, links, palette, service, sessions, start, typing, uploads, windows  # noqa: E402
 
 HEADINGS = ["figure", "measured", "target", "peer", "times as good"]
 
@@ -26,11 +26,14 @@ def main():
         desktop.move_pointer(960, 900)
         rows = [
             figure
-            for measured in (palette, windows, start)
+            for measured in (palette, histories, windows, links, start)
             for figure in measured.figures(desktop, options.vantle)
         ]
     rows += typing.figures(options.typing)
     rows += sessions.figures(options.scan)
+    rows += capture.figures(options.capture)
+    rows += service.figures(options.service, options.load)
+    rows += uploads.figures(options.vantle, options.service, options.pack)
     print(table([figure.as_row() for figure in rows]))
     report = {"machine": machine(), "figures": [figure.as_json() for figure in rows]}
     Path(options.out).write_text(json.dumps(report, indent=2, ensure_ascii=False) + "\n")
@@ -45,6 +48,10 @@ def arguments():
     parser.add_argument("--vantle", required=True, help="the program")
     parser.add_argument("--typing", required=True, help="the program that types what it reads")
     parser.add_argument("--scan", required=True, help="the program that times the scanner")
+    parser.add_argument("--capture", required=True, help="the program that times captures")
+    parser.add_argument("--service", required=True, help="the service")
+    parser.add_argument("--load", required=True, help="the program that puts the service under load")
+    parser.add_argument("--pack", required=True, help="the program that packs a folder")
     parser.add_argument("--out", required=True, help="the JSON file to write")
     return parser.parse_args()
 

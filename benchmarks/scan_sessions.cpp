@@ -33,14 +33,15 @@ double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-/// The bytes that any scan needs: the first block and the tail of each of the newest files.
-std::size_t readEnds(std::span<const TranscriptFile> files) {
+/// The bytes that any scan needs of the newest files: the first block of each, and of Claude Code's the tail, where the
+/// user's own title may stand anywhere.
+std::size_t readEnds(std::span<const TranscriptFile> files, bool withTails) {
   static std::vector<char> buffer(TranscriptReader::kChunk);
   std::size_t bytes = 0;
   for (const TranscriptFile& file : files) {
     const int descriptor = open(file.path.c_str(), O_RDONLY | O_CLOEXEC);
     const off_t size = lseek(descriptor, 0, SEEK_END);
-    const auto tail = std::min<std::size_t>(buffer.size(), static_cast<std::size_t>(size));
+    const auto tail = withTails ? std::min<std::size_t>(buffer.size(), static_cast<std::size_t>(size)) : 0;
     for (const auto& [count, offset] : {std::pair{kFirstBlock, off_t{0}}, {tail, size - static_cast<off_t>(tail)}})
       bytes += static_cast<std::size_t>(std::max<ssize_t>(0, pread(descriptor, buffer.data(), count, offset)));
     close(descriptor);
@@ -49,8 +50,11 @@ std::size_t readEnds(std::span<const TranscriptFile> files) {
 }
 
 void listAndRead(const std::string& home, std::size_t limit) {
-  for (const auto& files : {claudeCandidates(home), codexCandidates(home)})
-    readEnds(std::span(files).first(std::min(limit, files.size())));
+  const auto newest = [limit](std::span<const TranscriptFile> files) {
+    return files.first(std::min(limit, files.size()));
+  };
+  readEnds(newest(claudeCandidates(home)), true);
+  readEnds(newest(codexCandidates(home)), false);
 }
 
 /// Of this program alone: what getrusage says begins with the memory of whoever started it.

@@ -14,13 +14,13 @@ PROJECTS = 60
 NEWEST = 1_780_000_000
 
 
-def write_history(home, files, seed=7):
-    """`files` transcripts below `home`, three of Claude Code for one of Codex. Returns their bytes."""
+def write_history(home, files, seed=7, work="/home/ana/work"):
+    """`files` transcripts below `home` of projects below `work`, three of Claude Code for one of Codex. Returns their bytes."""
     chance = random.Random(seed)
     filler = [line.encode() + b"\n" for line in filler_lines(chance)]
     total = 0
     for number in range(files):
-        cwd = f"/home/ana/work/project-{number % PROJECTS:02d}"
+        cwd = f"{work}/project-{number % PROJECTS:02d}"
         size = min(int(chance.lognormvariate(0, SPREAD) * MEDIAN_BYTES), LARGEST_BYTES)
         write = claude if number % 4 else codex
         path, head, tail = write(Path(home), chance, number, cwd)
@@ -36,6 +36,16 @@ def write_history(home, files, seed=7):
         os.utime(path, (NEWEST - 97 * number, NEWEST - 97 * number))
         total += path.stat().st_size
     return total
+
+
+def make_projects(work):
+    """The folders that `write_history` names, each with the files of some kind of project in it."""
+    for number in range(PROJECTS):
+        folder = Path(work) / f"project-{number:02d}"
+        folder.mkdir(parents=True)
+        kind = ("package.json", "pyproject.toml", "Cargo.toml", "go.mod", "CMakeLists.txt")[number % 5]
+        for name in (kind, "README.md", "LICENSE", ".gitignore"):
+            (folder / name).touch()
 
 
 def claude(home, chance, number, cwd):

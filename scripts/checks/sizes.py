@@ -18,7 +18,7 @@ NOT_CODE = re.compile(
       //[^\n]* | /\*.*?\*/                                  # comments
     | R"(?P<mark>[^(\s]*)\(.*?\)(?P=mark)"                  # raw strings
     | "(?:\\.|[^"\\\n])*"                                   # strings
-    | (?<![\w])'(?:\\.|[^'\\\n])+'                          # characters, not digit separators
+    | (?:(?<!\w)|\b(?:u8|[uUL]))'(?:\\.|[^'\\\n])+'        # characters, not digit separators
     | ^[ \t]*\#(?:\\\n|[^\n])*                              # preprocessor
     """,
     re.VERBOSE | re.DOTALL | re.MULTILINE,

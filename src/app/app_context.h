@@ -2,6 +2,7 @@
 
 #include "app/data_eraser.h"
 #include "base/clock.h"
+#include "capture/region_selector.h"
 #include "core/hotkeys/hotkey_center.h"
 #include "core/net/analytics.h"
 #include "core/net/network_monitor.h"
@@ -34,6 +35,7 @@ struct AppContext {
   Services& services;
   Analytics& analytics;
   DataEraser& eraser;
+  RegionSelector& regions;
 
   ShortcutSources shortcutSources() const { return {registry, hotkeys, network, *platform.systemInfo}; }
 };

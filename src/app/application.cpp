@@ -18,14 +18,18 @@
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
 #include "app/tools/boilerplates_kit.h"
+#include "app/tools/file_drop_kit.h"
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
+#include "app/tools/uplink_kit.h"
 #include "app/tools/vibe_history_kit.h"
 #include "app/tray_icon.h"
 #include "app/updates/update_notice.h"
 #include "app/updates/whats_new_window.h"
 #include "app/usage/usage_window.h"
 #include "base/logging.h"
+#include "capture/region_selection_controller.h"
+#include "capture/selection_overlay_panel.h"
 #include "core/net/analytics.h"
 #include "core/ui/appearance.h"
 #include "core/ui/launcher/tool_launcher_controller.h"
@@ -34,12 +38,14 @@
 #include "core/ui/toast/toast_panel.h"
 #include "services/service_process.h"
 #include "tools/boilerplates/boilerplates_tool.h"
+#include "tools/file_drop/file_drop_tool.h"
 #include "tools/frequent_clis/cli_palette_controller.h"
 #include "tools/frequent_clis/cli_palette_window.h"
 #include "tools/frequent_clis/command_store.h"
 #include "tools/frequent_clis/focused_command.h"
 #include "tools/frequent_clis/frequent_clis_settings_view.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
+#include "tools/image_to_url/uplink_tool.h"
 #include "tools/inject_md/inject_md_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
 #include "tools/open_project/open_project_tool.h"
@@ -92,6 +98,7 @@ struct Application::Parts {
   KeystrokeSender keystrokes{*platform.keyEvents, *platform.permissions};
   ToolLauncherController launcher;
   DataEraser eraser;
+  RegionSelectionController regions;
   AppWindows windows{*platform.desktopApplication};
   AppContext context;
   CLIPaletteController cliPalette;
@@ -100,6 +107,8 @@ struct Application::Parts {
   InjectMDKit injectMD{context, history.settings(), scanner};
   OpenProjectKit openProject{context, history.settings(), scanner};
   BoilerplatesKit boilerplates{context, history.settings(), scanner};
+  FileDropKit fileDrop{context, defaults};
+  UplinkKit uplink{context};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -108,6 +117,7 @@ struct Application::Parts {
   MenuController menu;
   AppServer server;
   Job warmUp = Job::start();
+  Job serviceRequests = Job::start();
 
   std::unique_ptr<OnboardingWindow> makeOnboarding();
 };
@@ -133,8 +143,13 @@ Application::Parts::Parts(Application& owner)
                }),
       eraser({*platform.credentials, *platform.loginItem, owner}, DataRemoval(folders, defaults.fileName()),
              {UserCredential::kServiceAccount, UserCredential::kProviderAccount}),
+      regions(*platform.screenGrabber, toasts,
+              [this](SelectionOverlay::Request request) {
+                return std::make_unique<SelectionOverlayPanel>(std::move(request), *platform.panelWindow,
+                                                               *platform.systemInfo);
+              }),
       context{folders, platform, clock,    settings, preferences, network,   hotkeys, registry,
-              toasts,  owner,    launcher, windows,  services,    analytics, eraser},
+              toasts,  owner,    launcher, windows,  services,    analytics, eraser,  regions},
       cliPalette({commands, keystrokes, clock, owner, launcher},
                  [this] { return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, cliPalette); }),
       delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
@@ -142,7 +157,7 @@ Application::Parts::Parts(Application& owner)
            [this](MenuController& controller) {
              return std::make_unique<MenuWindow>(controller, *platform.panelWindow, [this] { return tray.geometry(); });
            }),
-      server([&owner](const QJsonObject& request) { return owner.answer(request); }) {
+      server([&owner](const QJsonObject& request, const AppServer::Reply& reply) { owner.answer(request, reply); }) {
   windows.add(AppWindow::settings, [this] { return std::make_unique<SettingsWindow>(context, selection); });
   windows.add(AppWindow::usage, [this] { return std::make_unique<UsageWindow>(services.quota, services.quotaClient); });
   windows.add(AppWindow::whatsNew, [this] {
@@ -156,8 +171,9 @@ Application::Parts::Parts(Application& owner)
 Application::Application() : parts_(std::make_unique<Parts>(*this)) {
   connect(&parts_->tray, &TrayIcon::activated, &parts_->menu, &MenuController::iconActivated);
   connect(&parts_->boilerplates.palette(), &BoilerplatesPaletteController::created, this,
-          [this](const QString& path, bool isWaiting) {
-            if (isWaiting) parts_->openProject.offer(path);
+          [&palette = parts_->openProject.palette()](const QString& path, bool isWaiting) {
+            palette.add(path);
+            if (isWaiting) palette.offer(path);
           });
   connect(&parts_->menu, &MenuController::quitChosen, qApp, &QCoreApplication::quit);
   connect(qApp, &QCoreApplication::aboutToQuit, this, &Application::terminate);
@@ -183,6 +199,7 @@ bool Application::start() {
     parts_->injectMD.prepare();
     parts_->openProject.prepare();
     parts_->boilerplates.prepare();
+    parts_->fileDrop.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -201,6 +218,10 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->openProject.makeTool());
     else if (info.id == kBoilerplatesID)
       tools.push_back(parts_->boilerplates.makeTool());
+    else if (info.id == kBulkUploadID)
+      tools.push_back(parts_->fileDrop.makeTool());
+    else if (info.id == kUplinkID)
+      tools.push_back(parts_->uplink.makeTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
       tools.push_back(
           std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));
@@ -292,11 +313,38 @@ void Application::summon(const QString& target) {
     parts_->registry.summon(target);
 }
 
-QJsonObject Application::answer(const QJsonObject& request) {
+void Application::answer(const QJsonObject& request, const AppServer::Reply& reply) {
+  if (request.value("do"_L1).toString() == "service"_L1)
+    locateService(reply);
+  else
+    reply(done(request));
+}
+
+/// The built-in service for a command, so that the links it makes open as long as this program runs.
+void Application::locateService(const AppServer::Reply& reply) {
+  parts_->services.builtIn.locate(parts_->serviceRequests, [reply](const auto& location) {
+    if (location)
+      reply({{u"url"_s, location->links.toString()}, {u"token"_s, QString::fromUtf8(location->serviceToken)}});
+    else
+      reply({{u"error"_s, location.error().description()}});
+  });
+}
+
+/// What a command has written, it says so, and nobody has to start this program anew for it.
+void Application::reload() {
+  parts_->preferences.reload();
+  parts_->services.configuration.reload();
+  parts_->services.credential.forget();
+  parts_->uplink.settings().reload();
+}
+
+QJsonObject Application::done(const QJsonObject& request) {
   const QString what = request.value("do"_L1).toString();
   if (what == "doctor"_L1) return doctorAnswer();
   if (what == "forward"_L1)
     openSettings();
+  else if (what == "reload"_L1)
+    reload();
   else if (what == "summon"_L1)
     summon(request.value("what"_L1).toString());
   else

@@ -42,7 +42,10 @@ class Application : public QObject, private SettingsOpener, private FreshStart {
   void run(AppAction action);
   void announceUpdate();
   void summon(const QString& target);
-  QJsonObject answer(const QJsonObject& request);
+  void answer(const QJsonObject& request, const AppServer::Reply& reply);
+  QJsonObject done(const QJsonObject& request);
+  void locateService(const AppServer::Reply& reply);
+  void reload();
   QJsonObject doctorAnswer() const;
   QString ownerName(const HotkeyCenter::Refused& entry) const;
 

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTextStream>
 
@@ -42,12 +43,16 @@ Platform platformFor(bool hasDisplay) {
 int runCommand(const QStringList& arguments, bool hasDisplay) {
   QTextStream out(stdout);
   QTextStream err(stderr);
+  QFile input;
+  if (!input.open(stdin, QIODevice::ReadOnly)) return exit_code::kFailure;
   CommandContext context{out,
                          err,
                          Folders::standard(),
                          QDir::homePath(),
                          [] { return startInBackground(QCoreApplication::applicationFilePath()); },
-                         [hasDisplay] { return platformFor(hasDisplay); }};
+                         [hasDisplay] { return platformFor(hasDisplay); },
+                         &input,
+                         &makeArchiver};
   return runCommandLine(arguments, context);
 }
 

@@ -3,15 +3,28 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <optional>
+
 #include "base/folder.h"
 
 namespace {
 
-std::expected<void, FileError> fillAndCommit(QSaveFile& file, const QByteArray& bytes) {
+/// A link stays a link and its target is replaced; but a device or a pipe behind it must stay what it is.
+bool leadsToNoFile(const QString& path) {
+  const QFileInfo info(path);
+  return info.isSymLink() && info.exists() && !info.isFile();
+}
+
+std::expected<void, FileError> writeWhole(const QString& path, const QByteArray& bytes,
+                                          std::optional<QFile::Permissions> permissions) {
+  if (leadsToNoFile(path)) return std::unexpected(FileError{path, QStringLiteral("not a regular file")});
+  QSaveFile file(path);
+  if (!file.open(QIODevice::WriteOnly)) return std::unexpected(FileError{path, file.errorString()});
+  if (permissions) file.setPermissions(*permissions);
   // commit() does not notice that a buffered write failed when it flushes, and would put an empty file in place.
   const bool written = file.write(bytes) == bytes.size() && file.flush();
   if (!written) file.cancelWriting();
-  if (!file.commit()) return std::unexpected(FileError{file.fileName(), file.errorString()});
+  if (!file.commit()) return std::unexpected(FileError{path, file.errorString()});
   return {};
 }
 
@@ -20,14 +33,9 @@ std::expected<void, FileError> fillAndCommit(QSaveFile& file, const QByteArray& 
 std::expected<void, FileError> writeFileAtomically(const QString& path, const QByteArray& bytes) {
   if (!makePrivateFolder(QFileInfo(path).path()))
     return std::unexpected(FileError{path, QStringLiteral("the folder cannot be created")});
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly)) return std::unexpected(FileError{path, file.errorString()});
-  file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-  return fillAndCommit(file, bytes);
+  return writeWhole(path, bytes, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 std::expected<void, FileError> replaceFileAtomically(const QString& path, const QByteArray& bytes) {
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly)) return std::unexpected(FileError{path, file.errorString()});
-  return fillAndCommit(file, bytes);
+  return writeWhole(path, bytes, std::nullopt);
 }

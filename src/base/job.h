@@ -85,6 +85,11 @@ class JobRef {
     const auto state = state_.lock();
     return state ? state->scope.get() : nullptr;
   }
+  /// For work on another thread; stop is requested when the Job is cancelled.
+  std::stop_token stopToken() const {
+    const auto state = state_.lock();
+    return state ? state->stop.get_token() : std::stop_token();
+  }
 
   /// A callable that runs `callback` while the run lives and does nothing afterwards.
   template <class Callback>

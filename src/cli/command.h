@@ -7,6 +7,7 @@
 #include <span>
 
 #include "core/settings/folders.h"
+#include "platform/archiver.h"
 #include "platform/platform.h"
 
 /// What a subcommand runs with. Results go to `out`, errors to `err`.
@@ -20,6 +21,9 @@ struct CommandContext {
   std::function<bool()> startApplication;
   /// Makes the backends of a display connection; the null ones where there is none.
   std::function<Platform()> makePlatform;
+  /// Standard input; null: there is none.
+  QIODevice* input = nullptr;
+  std::function<std::unique_ptr<Archiver>()> makeArchiver = {};
 };
 
 /// Exit codes of every subcommand.
@@ -54,6 +58,10 @@ int runProjects(const QStringList& arguments, CommandContext& context);
 int runResume(const QStringList& arguments, CommandContext& context);
 int runInject(const QStringList& arguments, CommandContext& context);
 int runOpen(const QStringList& arguments, CommandContext& context);
+int runLink(const QStringList& arguments, CommandContext& context);
+int runQuota(const QStringList& arguments, CommandContext& context);
+int runUpload(const QStringList& arguments, CommandContext& context);
+int runConfig(const QStringList& arguments, CommandContext& context);
 int runNew(const QStringList& arguments, CommandContext& context);
 int runCompletions(const QStringList& arguments, CommandContext& context);
 int runDoctor(const QStringList& arguments, CommandContext& context);

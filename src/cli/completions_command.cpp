@@ -16,7 +16,11 @@ struct Completion {
   QString command;
   QString summary;
   QStringList words;
+  /// "<folder>", or "<image>" or "<path>", in its usage line.
   bool takesFolder = false;
+  bool takesFile = false;
+
+  bool isPlain() const { return words.isEmpty() && !takesFolder && !takesFile; }
 };
 
 QStringList summonTargets() {
@@ -39,6 +43,9 @@ std::vector<Completion> completions() {
   for (const Command& command : commands()) {
     Completion& entry = all.emplace_back(command.name, command.summary, options(command));
     entry.takesFolder = QString(command.arguments).contains("<folder>"_L1);
+    entry.takesFile =
+        QString(command.arguments).contains("<image>"_L1) || QString(command.arguments).contains("<path>"_L1);
+    if (command.name == "config"_L1) entry.words += {u"show"_s, u"set"_s, u"service"_s};
     if (command.name == "summon"_L1) entry.words = summonTargets();
     if (command.name == "completions"_L1) entry.words = {u"bash"_s, u"zsh"_s, u"fish"_s};
     if (command.name == "help"_L1)
@@ -64,10 +71,12 @@ void printBash(const std::vector<Completion>& all, QTextStream& out) {
          "  fi\n"
          "  case ${COMP_WORDS[1]} in\n";
   for (const Completion& entry : all) {
-    if (entry.words.isEmpty() && !entry.takesFolder) continue;
-    const QString folders = entry.takesFolder ? u" $(compgen -d -- \"$current\")"_s : QString();
+    if (entry.isPlain()) continue;
+    QString paths;
+    if (entry.takesFolder) paths = u" $(compgen -d -- \"$current\")"_s;
+    if (entry.takesFile) paths = u" $(compgen -f -- \"$current\")"_s;
     out << "    " << entry.command << ") COMPREPLY=($(compgen -W '" << entry.words.join(u' ') << "' -- \"$current\")"
-        << folders << ") ;;\n";
+        << paths << ") ;;\n";
   }
   out << "  esac\n}\ncomplete -F _vantle vantle\n";
 }
@@ -77,9 +86,11 @@ void printZsh(const std::vector<Completion>& all, QTextStream& out) {
   for (const Completion& entry : all) out << "      '" << entry.command << ':' << entry.summary << "'\n";
   out << "    )\n    _describe command commands\n    return\n  fi\n  case ${words[2]} in\n";
   for (const Completion& entry : all) {
-    if (entry.words.isEmpty() && !entry.takesFolder) continue;
+    if (entry.isPlain()) continue;
     out << "    " << entry.command << ") compadd -- " << entry.words.join(u' ');
-    out << (entry.takesFolder ? "; _files -/ ;;\n" : " ;;\n");
+    if (entry.takesFolder) out << "; _files -/";
+    if (entry.takesFile) out << "; _files";
+    out << " ;;\n";
   }
   out << "  esac\n}\ncompdef _vantle vantle\n";
 }
@@ -91,6 +102,7 @@ void printFish(const std::vector<Completion>& all, QTextStream& out) {
     const QString here = u"complete -c vantle -n '__fish_seen_subcommand_from %1' "_s.arg(entry.command);
     if (!entry.words.isEmpty()) out << here << "-a '" << entry.words.join(u' ') << "'\n";
     if (entry.takesFolder) out << here << "-a '(__fish_complete_directories)'\n";
+    if (entry.takesFile) out << here << "-F\n";
   }
 }
 

@@ -35,7 +35,7 @@ int inject(const MDInjector& injector, bool overwrites, CommandContext& context)
   if (!found) return fail(found.error().description(), context);
   const QString path = visibleLine(injector.targetPath(), kShownPath);
   if (*found && !overwrites)
-    return fail(u"%1 is already there; with --force: %2"_s.arg(path, (*found)->description()), context);
+    return fail(u"%1 is already there; with --force: %2"_s.arg(path, (*found)->effect), context);
   const auto written = injector.write(overwrites ? MDInjector::Overwrite::yes : MDInjector::Overwrite::no);
   if (!written) return fail(written.error().description(), context);
   context.out << path << '\n';

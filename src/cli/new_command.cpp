@@ -3,19 +3,40 @@
 
 #include "base/visible_text.h"
 #include "cli/options.h"
+#include "platform/stop_signals.h"
 #include "tools/boilerplates/boilerplate_settings.h"
 #include "tools/boilerplates/template_copy.h"
+#include "tools/projects/new_projects.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int kShown = 300;
+/// What shells add to the number of the signal that ended a program.
+constexpr int kSignalled = 128;
 
 void printKnown(const BoilerplateSettings& settings, QTextStream& err) {
   if (settings.templates.empty()) err << "vantle: the settings of Boilerplates list no template folders yet\n";
   for (const Boilerplate& boilerplate : settings.templates)
     err << "    " << visibleLine(boilerplate.name, kShown) << "  " << visibleLine(boilerplate.path, kShown) << '\n';
+}
+
+int create(const TemplateCopy& copy, CommandContext& context) {
+  CopyProgress progress;
+  const StopSignals signals;
+  const auto made = copy.run(progress, signals.token());
+  if (!made) {
+    context.err << "vantle: " << visibleLine(made.error().description(), kShown) << '\n';
+    return signals.taken() == 0 ? exit_code::kFailure : kSignalled + signals.taken();
+  }
+  for (const QString& skipped : made->skipped)
+    context.err << "vantle: skipped " << visibleLine(skipped, kShown) << ", which is no file, folder or link\n";
+  NewProjectStore(context.folders.file(u"new-projects.json"_s)).update([&](NewProjects& projects) {
+    projects.add(made->path);
+  });
+  context.out << made->path << '\n';
+  return exit_code::kSuccess;
 }
 
 }  // namespace
@@ -33,12 +54,5 @@ int runNew(const QStringList& arguments, CommandContext& context) {
     return exit_code::kFailure;
   }
   const QFileInfo target(QDir::cleanPath(QDir::current().absoluteFilePath(options->words()[1])));
-  CopyProgress progress;
-  const auto made = TemplateCopy(boilerplate->path, target.path(), target.fileName()).run(progress, {});
-  if (!made) {
-    context.err << "vantle: " << visibleLine(made.error().description(), kShown) << '\n';
-    return exit_code::kFailure;
-  }
-  context.out << *made << '\n';
-  return exit_code::kSuccess;
+  return create(TemplateCopy(boilerplate->path, target.path(), target.fileName()), context);
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/visible_text.h"
 #include "cli/options.h"
 #include "platform/replace_process.h"
 #include "tools/session_history/session_scanner.h"
@@ -7,6 +8,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int kShownID = 200;
 
 /// Newest first, so that the usual case is found soon; then all there are.
 std::optional<VibeSession> findSession(const QString& home, const QString& id) {
@@ -29,7 +32,7 @@ int runResume(const QStringList& arguments, CommandContext& context) {
   const QString id = options->words().first();
   const auto session = findSession(context.home, id);
   if (!session) {
-    context.err << "vantle: there is no session '" << id << "'; 'vantle sessions' lists them\n";
+    context.err << "vantle: there is no session '" << visibleLine(id, kShownID) << "'; 'vantle sessions' lists them\n";
     return exit_code::kFailure;
   }
   if (options->has("print"_L1)) {

@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kShownTitle = 60;
+constexpr int kShownID = 200;
 
 /// Prints sessions as they come: rows of a table, or the elements of one JSON array.
 class SessionPrinter {
@@ -43,7 +44,8 @@ class SessionPrinter {
   void printRow(const VibeSession& session, const QString& excerpt) {
     out_ << agoColumn(session.lastActivity) << QString(text(session.agent).rawValue).leftJustified(8)
          << visibleLine(session.projectName(), kShownTitle).leftJustified(20) << ' '
-         << visibleLine(session.title, kShownTitle).leftJustified(kShownTitle) << ' ' << session.id << '\n';
+         << visibleLine(session.title, kShownTitle).leftJustified(kShownTitle) << ' '
+         << visibleLine(session.id, kShownID) << '\n';
     if (!excerpt.isNull()) out_ << "              " << excerpt << '\n';
   }
 

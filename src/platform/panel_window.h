@@ -13,6 +13,8 @@ enum class PanelKind {
   palette,
   /// Never takes the keyboard; stands above everything, full-screen applications included.
   toast,
+  /// Covers a whole screen, whatever is there, and takes the keyboard as a palette does.
+  overlay,
 };
 
 /// What scrolls: each has a direction of its own in the user's settings.

@@ -12,6 +12,7 @@
 #include "platform/panel_window.h"
 #include "platform/pasteboard.h"
 #include "platform/permissions.h"
+#include "platform/screen_grabber.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
 #include "platform/tray_panel.h"
@@ -33,6 +34,7 @@ struct Platform {
   std::unique_ptr<KeyLegends> keyLegends = std::make_unique<KeyLegends>();
   std::unique_ptr<TrayPanel> trayPanel = std::make_unique<TrayPanel>();
   std::unique_ptr<Pasteboard> pasteboard = std::make_unique<Pasteboard>();
+  std::unique_ptr<ScreenGrabber> screenGrabber = std::make_unique<ScreenGrabber>();
 };
 
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).

@@ -13,7 +13,7 @@ class SystemInfo {
   virtual QString thisComputer() const = 0;
   /// "macOS" or "Linux".
   virtual QString systemName() const = 0;
-  /// "Finder" or "file manager".
+  /// "Finder" or "your file manager", as in "drag from …".
   virtual QString fileManager() const = 0;
   /// "System Settings" or "Settings".
   virtual QString systemSettings() const = 0;

@@ -1,81 +1,77 @@
-#include <QFile>
+#include <QCoreApplication>
 
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <array>
-#include <csignal>
 #include <cstdio>
-#include <thread>
 
-#include "service/event_log.h"
-#include "service/http_server.h"
-#include "service/serve_options.h"
-#include "service/status_endpoints.h"
+#include "service/command/commands.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kFailure = 1;
-constexpr int kUsage = 2;
+struct Command {
+  QLatin1StringView name;
+  int (*run)(const Arguments&);
+  /// How it is called, beside what all of them take.
+  QLatin1StringView call;
+};
 
-/// The signals that end the service; blocked everywhere, so that only the main thread takes them.
-sigset_t endSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int signal : {SIGTERM, SIGINT}) sigaddset(&signals, signal);
-  return signals;
-}
+constexpr std::array kCommands = {
+    Command{
+        "serve"_L1, commands::serve,
+        "serve [--listen ADDRESS:PORT] [--public-url URL] [--trust-proxy ADDRESS,…] [--credential-file FILE]\n"
+        "                            [--rate-per-address N] [--rate-per-token N] [--connections N]\n"
+        "                            [--connections-per-address N] [--patience SECONDS] [--drain SECONDS] [--embedded]"_L1},
+    Command{"token"_L1, commands::token, "token add NAME [--service] [--plan PLAN] | list | revoke NAME"_L1},
+    Command{"plan"_L1, commands::plan,
+            "plan list | set NAME [--answers N] [--text N] [--image-answers N] [--image-generate N]"_L1},
+    Command{"link"_L1, commands::link, "link show LINK | remove LINK"_L1},
+    Command{"export"_L1, commands::exportLines, "export events | feedback | suggestions"_L1},
+    Command{"purge"_L1, commands::purge, "purge"_L1},
+};
 
-/// The parent's end of the pipe closes when the parent ends, however it ends.
-void endWithStdin() {
-  std::thread([] {
-    std::array<char, 64> ignored{};
-    while (read(STDIN_FILENO, ignored.data(), ignored.size()) > 0) continue;
-    kill(getpid(), SIGTERM);
-  }).detach();
-}
-
-QByteArray readCredential(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readLine(4096).trimmed() : QByteArray();
-}
-
-int serve(const ServeOptions& options) {
-  const sigset_t signals = endSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  const QByteArray credential =
-      options.isEmbedded ? BearerCheck::makeCredential() : readCredential(options.credentialFile);
-  EventLog events(options.dataFolder + u"/events.jsonl"_s);
-  Router router{BearerCheck(credential)};
-  router.add("GET", "/health", std::make_unique<HealthEndpoint>());
-  router.add("GET", "/v1/quota",
-             std::make_unique<QuotaEndpoint>(options.isEmbedded ? u"embedded"_s : u"self-hosted"_s));
-  router.add("POST", "/v1/events", std::make_unique<EventsEndpoint>(events));
-  HttpServer server(router);
-  if (!server.start(options.port)) {
-    std::fprintf(stderr, "vantle-service: port %d is taken\n", options.port);
-    return kFailure;
+int run(const Arguments& arguments) {
+  if (arguments.has(u"help"_s) || arguments.words().value(0) == "help"_L1) {
+    std::fputs(qPrintable(commands::usage()), stdout);
+    return commands::kSuccess;
   }
-  std::fprintf(stderr, "vantle-service: http://127.0.0.1:%d\n", server.port());
-  if (credential.isEmpty()) std::fputs("vantle-service: no credential, so only /health answers\n", stderr);
-  if (options.isEmbedded) {
-    std::printf("{\"port\": %d, \"token\": \"%s\"}\n", server.port(), credential.constData());
-    std::fflush(stdout);
-    endWithStdin();
+  if (arguments.has(u"version"_s)) {
+    std::puts("vantle-service " VANTLE_VERSION);
+    return commands::kSuccess;
   }
-  int received = 0;
-  sigwait(&signals, &received);
-  return 0;
+  for (const Command& command : kCommands)
+    if (arguments.words().value(0) == command.name) return command.run(arguments);
+  return commands::refuse(u"a command is wanted"_s);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  QStringList arguments;
-  for (int i = 1; i < argc; ++i) arguments.append(QString::fromLocal8Bit(argv[i]));
-  const auto options = ServeOptions::parse(arguments);
-  if (options) return serve(*options);
-  std::fprintf(stderr, "vantle-service: %s\n%s\n", qPrintable(options.error()), qPrintable(ServeOptions::usage()));
+int commands::fail(const QString& text, int status) {
+  std::fprintf(stderr, "vantle-service: %s\n", qPrintable(text));
+  return status;
+}
+
+int commands::refuse(const QString& text) {
+  fail(text);
+  std::fputs(qPrintable(usage()), stderr);
   return kUsage;
+}
+
+QString commands::usage() {
+  QString text = u"usage: "_s;
+  for (const Command& command : kCommands)
+    text += (text.size() > 7 ? u"       "_s : QString()) + u"vantle-service "_s +
+            QString::fromUtf8(command.call.data()) + u'\n';
+  return text + u"All take --data FOLDER, --database URL and --config FILE, a file with 'option = value' lines.\n"_s;
+}
+
+int main(int argc, char** argv) {
+  // What it keeps concerns nobody else on this machine.
+  umask(077);
+  // Finds Qt's database drivers; there is no event loop.
+  const QCoreApplication application(argc, argv);
+  const auto arguments = Arguments::parse(QCoreApplication::arguments().mid(1));
+  return arguments ? run(*arguments) : commands::refuse(arguments.error());
 }

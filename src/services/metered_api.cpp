@@ -1,27 +1,6 @@
 #include "services/metered_api.h"
 
-#include <array>
-
-using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr std::array kMetricLabels = {
-    std::pair{"answers"_L1, "questions"_L1},
-    std::pair{"text"_L1, "text transforms"_L1},
-    std::pair{"image_answers"_L1, "image questions"_L1},
-    std::pair{"image_generate"_L1, "image generations"_L1},
-};
-
-QByteArray bearer(const QByteArray& credential) { return credential.isEmpty() ? QByteArray() : "Bearer " + credential; }
-
-}  // namespace
-
-QString MeteredAPI::metricLabel(const QString& metric) {
-  for (const auto& [name, label] : kMetricLabels)
-    if (name == metric) return label;
-  return metric;
-}
+#include "services/bearer.h"
 
 void MeteredAPI::locate(const JobRef& job, Answer<ServiceLocation> answer) {
   auto hosts = configuration_.hosts();

@@ -30,9 +30,6 @@ class MeteredAPI {
   /// Both.
   void authorize(const JobRef& job, Answer<MeteredAccess> answer);
 
-  /// The words for a counter in messages ("image questions"); an unknown one is shown as it is.
-  static QString metricLabel(const QString& metric);
-
  private:
   ServiceConfiguration& configuration_;
   BuiltInService& builtIn_;

@@ -8,20 +8,24 @@ namespace {
 
 constexpr qsizetype kShownCharacters = 80;
 
-QString start(const QByteArray& body) {
+}  // namespace
+
+QString decoded(const QByteArray& body) {
   QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   QString text = utf8(body);
-  if (utf8.hasError()) return {};
+  return utf8.hasError() ? QString() : text;
+}
+
+QString beginning(const QByteArray& body) {
+  const QString text = decoded(body);
   qsizetype end = 0;
   for (qsizetype characters = 0; characters < kShownCharacters && end < text.size(); ++characters)
     end += text[end].isHighSurrogate() && end + 1 < text.size() ? 2 : 1;
   return text.left(end);
 }
 
-}  // namespace
-
 QString httpFailure(const QString& phrase, const HttpResponse& response) {
-  return u"%1 (HTTP %2) "_s.arg(phrase).arg(response.status) + start(response.body);
+  return u"%1 (HTTP %2) "_s.arg(phrase).arg(response.status) + beginning(response.body);
 }
 
 ServiceError ServiceError::badStatus(const HttpResponse& response) {

@@ -29,6 +29,10 @@ struct ServiceError {
   QString description() const;
 };
 
+/// `body` as text; empty when it is not UTF-8.
+QString decoded(const QByteArray& body);
+/// The first 80 characters of `body`, as far as failures show it.
+QString beginning(const QByteArray& body);
 /// How every failed request ends: `phrase` ("Upload failed"), the status, and the first 80 characters of the body. A
 /// body that is not UTF-8 counts as empty.
 QString httpFailure(const QString& phrase, const HttpResponse& response);

@@ -2,6 +2,7 @@
 
 #include "core/settings/folders.h"
 #include "services/ai_provider.h"
+#include "services/environments.h"
 #include "services/event_sender.h"
 #include "services/provider_check.h"
 #include "services/quota_client.h"
@@ -14,6 +15,7 @@ struct Services {
         builtIn(child),
         configuration(folders.file(QStringLiteral("services.json"))),
         credential(vault, UserCredential::kServiceAccount),
+        environments(folders, api),
         quota(clock),
         provider(folders.file(QStringLiteral("ai-provider.json"))),
         providerKey(vault, UserCredential::kProviderAccount) {}
@@ -23,6 +25,7 @@ struct Services {
   ServiceConfiguration configuration;
   UserCredential credential;
   MeteredAPI api{configuration, builtIn, credential};
+  Environments environments;
   EventSender events{api, http};
   QuotaStore quota;
   QuotaClient quotaClient{api, http, quota};

@@ -12,6 +12,12 @@ void UserCredential::read(const JobRef& job, CredentialVault::Read read) {
   });
 }
 
+void UserCredential::forget() {
+  known_.reset();
+  ++changes_;
+  Q_EMIT changed();
+}
+
 void UserCredential::store(const QByteArray& secret, const JobRef& job, CredentialVault::Done done) {
   known_.reset();
   ++changes_;

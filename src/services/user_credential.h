@@ -21,6 +21,8 @@ class UserCredential : public QObject {
 
   /// Answers with the credential, empty when there is none.
   void read(const JobRef& job, CredentialVault::Read read);
+  /// Another process may have changed it: it is read anew when it is next needed.
+  void forget();
   void store(const QByteArray& secret, const JobRef& job, CredentialVault::Done done);
   void remove(const JobRef& job, CredentialVault::Done done);
 

@@ -5,11 +5,14 @@ import argparse
 import contextlib
 import json
 import os
+import signal
 import stat
 import subprocess
 import sys
 import tempfile
 import unittest
+import uuid
+from pathlib import Path
 
 from driver.application import Application
 from driver.display import PrivateDisplay, run
@@ -68,6 +71,33 @@ class WithoutDisplay(unittest.TestCase):
             self.assertEqual((answer.stdout.strip(), answer.stderr), (expected, ""), words)
         for shell in ("zsh", "fish"):
             self.assertIn("vibe-history", self.application.command("completions", shell).stdout)
+
+    def test_a_copy_that_is_ended_leaves_nothing(self):
+        home = Path(self.application.home.name)
+        template, place = home / "large", home / "work"
+        template.mkdir()
+        place.mkdir()
+        # Long enough to be met half-way; read as zeros, and little of it is ever written.
+        with open(template / "zeros", "wb") as file:
+            file.truncate(8 << 30)
+        entry = {"id": str(uuid.uuid4()), "name": "large", "path": str(template)}
+        self.application.write_json("boilerplates.json", {"templates": [entry], "lastPlace": ""})
+        command = [VANTLE, "new", "large", str(place / "shop")]
+
+        def end_half_way(end):
+            with subprocess.Popen(command, env=self.application.environment, stderr=subprocess.DEVNULL) as process:
+                until("the copy has begun", lambda: any(place.glob(".vantle-new-*/zeros")), interval=0.001)
+                process.send_signal(end)
+            return process.returncode
+
+        for end in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            self.assertEqual(end_half_way(end), 128 + end)
+            self.assertEqual(os.listdir(place), [], end)
+        self.assertEqual(end_half_way(signal.SIGKILL), -signal.SIGKILL)
+        self.assertEqual(len(os.listdir(place)), 1, "nobody can clear up after itself then")
+        os.truncate(template / "zeros", 1)
+        self.assertEqual(self.application.command(*command[1:]).returncode, 0)
+        self.assertEqual(os.listdir(place), ["shop"], "the next copy does")
 
     def test_usage(self):
         self.assertRegex(self.application.command("--version").stdout, r"^vantle \d+\.\d+\.\d+\n$")
@@ -137,7 +167,9 @@ class WithDisplay(unittest.TestCase):
     def test_only_plain_files_are_read(self):
         for kind, spoil in BAD_PLACES.items():
             with self.subTest(kind):
-                self.run_over(spoil)
+                folder = self.run_over(spoil).folder
+                replaced = [pipe.name for pipe in folder.glob("pipe for *") if not pipe.is_fifo()]
+                self.assertEqual(replaced, [], "what a link leads to stays what it is")
 
     def test_a_folder_in_a_files_place_is_kept(self):
         folder = self.run_over(make_folder).folder
@@ -226,8 +258,15 @@ def make_folder(path):
     (path / "mine").write_text("keep")
 
 
+def link_to_pipe(path):
+    """As a link to a device would be, but the machine stays whole when that is overwritten."""
+    pipe = path.with_name(f"pipe for {path.name}")
+    os.mkfifo(pipe)
+    path.symlink_to(pipe)
+
+
 BAD_PLACES = {
-    "a device": lambda path: path.symlink_to("/dev/zero"),
+    "a link to a pipe": link_to_pipe,
     "a pipe": os.mkfifo,
     "a loop": lambda path: path.symlink_to(path),
 }

@@ -12,6 +12,7 @@ from driver.waiting import StepFailed
 from driver.world import World
 from steps import (
     boilerplates,
+    file_drop,
     history,
     inject,
     launcher,
@@ -23,6 +24,7 @@ from steps import (
     service,
     settings,
     shortcuts,
+    uplink,
 )
 from steps.launcher import Skipped
 
@@ -33,10 +35,12 @@ STEPS = [
     *inject.STEPS,
     *projects.STEPS,
     *boilerplates.STEPS,
+    *file_drop.STEPS,
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,
     *service.STEPS,
+    *uplink.STEPS,
     *onboarding.STEPS,
     *privacy.STEPS,
 ]

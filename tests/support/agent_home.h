@@ -8,7 +8,7 @@
 
 /// A home folder with transcripts whose dates are counted in minutes.
 struct AgentHome {
-  QString write(const QString& path, QByteArray bytes, int minute = 0) {
+  QString write(const QString& path, const QByteArray& bytes, int minute = 0) {
     const QString full = directory.path() + QLatin1Char('/') + path;
     QDir().mkpath(QFileInfo(full).path());
     QFile file(full);

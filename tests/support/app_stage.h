@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/app_context.h"
+#include "support/fake_region_selector.h"
 #include "support/service_world.h"
 #include "support/world.h"
 
@@ -28,9 +29,10 @@ struct AppStage {
   DataEraser eraser{{vault, *world.system.loginItem, freshStart},
                     DataRemoval(world.folders, world.directory.filePath(QStringLiteral("defaults.ini"))),
                     {UserCredential::kServiceAccount}};
-  AppContext context{world.folders, world.system,  world.clock,    world.settings,  world.preferences,
-                     world.network, world.hotkeys, world.registry, world.toasts,    opener,
-                     launcher,      windows,       services,       world.analytics, eraser};
+  FakeRegionSelector regions;
+  AppContext context{world.folders, world.system,    world.clock,  world.settings, world.preferences, world.network,
+                     world.hotkeys, world.registry,  world.toasts, opener,         launcher,          windows,
+                     services,      world.analytics, eraser,       regions};
 
  private:
   template <class Fake, class Interface>

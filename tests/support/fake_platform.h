@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QStringList>
+
 #include <map>
 #include <set>
 #include <vector>
@@ -8,6 +10,7 @@
 #include "platform/hotkey_backend.h"
 #include "platform/key_events.h"
 #include "platform/network_path.h"
+#include "platform/pasteboard.h"
 #include "platform/permissions.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
@@ -91,6 +94,24 @@ class FakeNetworkPath final : public NetworkPath {
   Report report;
 };
 
+/// Remembers what was put on it, and offers what the test has put into `data`.
+class FakePasteboard final : public Pasteboard {
+ public:
+  void writeText(const QString& text) override { texts.append(text); }
+  void read(const std::vector<PasteboardFormat>& formats, const JobRef& job, Read answer) override {
+    ++reads;
+    job.later([this, formats, answer = std::move(answer)] {
+      for (const PasteboardFormat format : formats)
+        if (const auto found = data.find(format); found != data.end())
+          return answer(PasteboardData{format, found->second});
+      answer(std::nullopt);
+    });
+  }
+  QStringList texts;
+  std::map<PasteboardFormat, QByteArray> data;
+  int reads = 0;
+};
+
 class FakeSounds final : public Sounds {
  public:
   void playCompletion() override { ++completions; }
@@ -104,7 +125,7 @@ class FakeSystem final : public SystemInfo {
   QString osVersion() const override { return QStringLiteral("Testix 1"); }
   QString thisComputer() const override { return QStringLiteral("this computer"); }
   QString systemName() const override { return QStringLiteral("Testix"); }
-  QString fileManager() const override { return QStringLiteral("file manager"); }
+  QString fileManager() const override { return QStringLiteral("your file manager"); }
   QString systemSettings() const override { return QStringLiteral("Settings"); }
   bool isMotionReduced() const override { return motionReduced; }
   QString shortcutOwnerHint() const override { return {}; }

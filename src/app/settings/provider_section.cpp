@@ -4,9 +4,9 @@
 
 #include <array>
 
-#include "app/settings/check_control.h"
 #include "app/settings/committed_field.h"
 #include "app/settings/credential_control.h"
+#include "core/ui/check_control.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "services/base_url.h"

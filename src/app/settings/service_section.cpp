@@ -2,10 +2,10 @@
 
 #include <QComboBox>
 
-#include "app/settings/check_control.h"
 #include "app/settings/committed_field.h"
 #include "app/settings/credential_control.h"
 #include "app/settings/provider_section.h"
+#include "core/ui/check_control.h"
 #include "core/ui/settings_form.h"
 #include "services/base_url.h"
 

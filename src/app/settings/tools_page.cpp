@@ -76,7 +76,10 @@ class ToolsPage final : public QWidget {
   QWidget* makePage(const Tool& tool) {
     auto* page = new SettingsPage;
     page->addWidget(new ToolHeaderView(context_, tool));
-    if (QWidget* own = tool.makeSettingsView(page)) page->addWidget(own);
+    if (QWidget* own = tool.makeSettingsView(page)) {
+      own->setContentsMargins(0, Theme::kGrid, 0, 0);
+      page->addWidget(own);
+    }
     return page;
   }
 

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 InjectMDKit::InjectMDKit(AppContext& context, const VibeHistoryStore& history, const SessionTraceScanner& scanner)
     : settings_(context.folders.file(u"inject-md.json"_s)),
       palette_({settings_, history, scanner, context.toasts, context.clock, context.launcher,
-                [this](const QString& title, auto chosen) { folderDialog_.ask(title, std::move(chosen)); },
+                [this](const QString& title, auto answered) { folderDialog_.ask(title, std::move(answered)); },
                 QDir::homePath()},
                [this, &native = *context.platform.panelWindow] {
                  return std::make_unique<InjectMDPaletteWindow>(native, palette_);

@@ -10,10 +10,11 @@ using namespace Qt::StringLiterals;
 
 OpenProjectKit::OpenProjectKit(AppContext& context, const VibeHistoryStore& history, const SessionTraceScanner& scanner)
     : settings_(context.folders.file(u"open-project.json"_s)),
+      newProjects_(context.folders.file(u"new-projects.json"_s)),
       projects_(ProjectLauncher::Settings::standard(*context.platform.systemInfo), context.clock),
       installed_(projects_.presets(), qEnvironmentVariable("SHELL")),
-      palette_({settings_, history, scanner, projects_, installed_, *context.platform.pasteboard, context.toasts,
-                context.clock, context.launcher},
+      palette_({settings_, history, scanner, projects_, installed_, *context.platform.pasteboard, newProjects_,
+                context.toasts, context.clock, context.launcher},
                QDir::homePath(), [this, &native = *context.platform.panelWindow] {
                  return std::make_unique<OpenProjectWindow>(native, palette_);
                }) {}
@@ -21,4 +22,9 @@ OpenProjectKit::OpenProjectKit(AppContext& context, const VibeHistoryStore& hist
 std::unique_ptr<Tool> OpenProjectKit::makeTool() {
   return std::make_unique<OpenProjectTool>(
       palette_, [this](QWidget* parent) { return new OpenProjectSettingsView(settings_, installed_, parent); });
+}
+
+void OpenProjectKit::prepare() {
+  projects_.removeOldScripts();
+  palette_.prepare();
 }

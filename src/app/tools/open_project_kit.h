@@ -9,12 +9,12 @@ class OpenProjectKit final : public ToolKit {
   OpenProjectKit(AppContext& context, const VibeHistoryStore& history, const SessionTraceScanner& scanner);
 
   std::unique_ptr<Tool> makeTool() override;
-  void prepare() override { palette_.prepare(); }
-  /// Asks with what to open a folder that is no recent project yet.
-  void offer(const QString& path) { palette_.offer(path); }
+  void prepare() override;
+  OpenProjectController& palette() { return palette_; }
 
  private:
   OpenProjectStore settings_;
+  NewProjectStore newProjects_;
   ProjectLauncher projects_;
   InstalledPresets installed_;
   OpenProjectController palette_;

@@ -3,7 +3,7 @@
 #include <QLabel>
 #include <QProgressBar>
 
-#include "app/usage/usage_meter.h"
+#include "services/usage_meter.h"
 
 /// A slim bar, filled in proportion; a progress bar to screen readers.
 class MeterBar final : public QProgressBar {

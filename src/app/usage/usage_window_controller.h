@@ -2,8 +2,8 @@
 
 #include <QObject>
 
-#include "app/usage/usage_meter.h"
 #include "base/job.h"
+#include "services/usage_meter.h"
 
 class QuotaClient;
 

@@ -37,11 +37,16 @@ inline constexpr std::uint32_t kKeypadEnter = 76;
 inline constexpr std::uint32_t kTab = 48;
 inline constexpr std::uint32_t kSpace = 49;
 inline constexpr std::uint32_t kDelete = 51;
+inline constexpr std::uint32_t kForwardDelete = 117;
 inline constexpr std::uint32_t kEscape = 53;
+inline constexpr std::uint32_t kPageUp = 116;
+inline constexpr std::uint32_t kPageDown = 121;
 inline constexpr std::uint32_t kLeft = 123;
 inline constexpr std::uint32_t kRight = 124;
 inline constexpr std::uint32_t kDown = 125;
 inline constexpr std::uint32_t kUp = 126;
 inline constexpr std::uint32_t kE = 14;
+inline constexpr std::uint32_t kO = 31;
 inline constexpr std::uint32_t kP = 35;
+inline constexpr std::uint32_t kV = 9;
 }  // namespace keycode

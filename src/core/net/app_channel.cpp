@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QLocalSocket>
 #include <QLockFile>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -17,7 +18,8 @@ namespace {
 
 /// Far above any request there is; a longer line is not one of ours.
 constexpr qint64 kMaximumLine = 64 * 1024;
-constexpr auto kPatience = 2s;
+/// For the request of whoever has connected.
+constexpr auto kRequestPatience = 2s;
 
 QByteArray line(const QJsonObject& object) { return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n'; }
 
@@ -53,12 +55,23 @@ void AppServer::accept() {
   if (!socket) return;
   socket->setReadBufferSize(kMaximumLine);
   connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-  QTimer::singleShot(kPatience, socket, [socket] { socket->abort(); });
-  connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-    if (!socket->canReadLine()) return;
-    const QJsonObject request = QJsonDocument::fromJson(socket->readLine(kMaximumLine)).object();
-    socket->write(line(handler_(request)));
-    socket->disconnectFromServer();
+  auto* patience = new QTimer(socket);
+  patience->setSingleShot(true);
+  connect(patience, &QTimer::timeout, socket, &QLocalSocket::abort);
+  patience->start(kRequestPatience);
+  connect(socket, &QLocalSocket::readyRead, this, [this, socket, patience] {
+    if (!patience->isActive() || !socket->canReadLine()) return;
+    patience->stop();
+    take(*socket);
+  });
+}
+
+void AppServer::take(QLocalSocket& socket) {
+  const QJsonObject request = QJsonDocument::fromJson(socket.readLine(kMaximumLine)).object();
+  handler_(request, [other = QPointer(&socket)](const QJsonObject& answer) {
+    if (!other) return;
+    other->write(line(answer));
+    other->disconnectFromServer();
   });
 }
 
@@ -66,13 +79,15 @@ QString AppClient::Error::description() const {
   return kind == Kind::notRunning ? u"Vantle is not running"_s : u"Vantle is running but does not answer"_s;
 }
 
-std::expected<QJsonObject, AppClient::Error> AppClient::request(const QJsonObject& request) {
-  const int patience = static_cast<int>(std::chrono::milliseconds(kPatience).count());
+std::expected<QJsonObject, AppClient::Error> AppClient::request(const QJsonObject& request,
+                                                                std::chrono::milliseconds patience) {
   QLocalSocket socket;
   socket.connectToServer(app_channel::socketPath());
-  if (!socket.waitForConnected(patience)) return std::unexpected(Error{Error::Kind::notRunning});
+  if (!socket.waitForConnected(static_cast<int>(kPatience.count())))
+    return std::unexpected(Error{Error::Kind::notRunning});
   socket.write(line(request));
   while (!socket.canReadLine())
-    if (!socket.waitForReadyRead(patience)) return std::unexpected(Error{Error::Kind::noAnswer});
+    if (!socket.waitForReadyRead(static_cast<int>(patience.count())))
+      return std::unexpected(Error{Error::Kind::noAnswer});
   return QJsonDocument::fromJson(socket.readLine(kMaximumLine)).object();
 }

@@ -4,10 +4,12 @@
 #include <QLocalServer>
 #include <QObject>
 
+#include <chrono>
 #include <expected>
 #include <functional>
 #include <memory>
 
+class QLocalSocket;
 class QLockFile;
 
 /// The socket by which the command line talks to the running application; only the user can open it.
@@ -24,7 +26,9 @@ class AppServer : public QObject {
   Q_OBJECT
 
  public:
-  using Handler = std::function<QJsonObject(const QJsonObject& request)>;
+  /// Gives the answer, at once or later; nothing happens when the other end has gone meanwhile.
+  using Reply = std::function<void(const QJsonObject& answer)>;
+  using Handler = std::function<void(const QJsonObject& request, const Reply& reply)>;
 
   explicit AppServer(Handler handler);
   ~AppServer() override;
@@ -34,13 +38,14 @@ class AppServer : public QObject {
 
  private:
   void accept();
+  void take(QLocalSocket& socket);
 
   std::unique_ptr<QLockFile> place_;
   QLocalServer server_;
   Handler handler_;
 };
 
-/// The command line's end; blocks for at most two seconds.
+/// The command line's end; blocks until the answer is there.
 class AppClient {
  public:
   struct Error {
@@ -49,6 +54,9 @@ class AppClient {
     QString description() const;
   };
 
-  /// Sends one request to the running application and waits for its answer.
-  static std::expected<QJsonObject, Error> request(const QJsonObject& request);
+  static constexpr std::chrono::milliseconds kPatience{2000};
+
+  /// Sends one request to the running application and waits for its answer, no longer than `patience`.
+  static std::expected<QJsonObject, Error> request(const QJsonObject& request,
+                                                   std::chrono::milliseconds patience = kPatience);
 };

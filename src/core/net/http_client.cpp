@@ -69,7 +69,11 @@ QNetworkReply* QtHttpClient::start(const HttpRequest& request) {
   message.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
   message.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
   for (const auto& [name, value] : request.headers) message.setRawHeader(name, value);
-  return network_->sendCustomRequest(message, request.method, request.body);
+  if (!request.stream) return network_->sendCustomRequest(message, request.method, request.body);
+  QNetworkReply* const reply = network_->sendCustomRequest(message, request.method, request.stream.get());
+  // A reply that is broken off may read on until it is deleted.
+  QObject::connect(reply, &QObject::destroyed, [stream = request.stream] {});
+  return reply;
 }
 
 void QtHttpClient::sendAndForget(const HttpRequest& request) {

@@ -14,6 +14,7 @@
 
 #include "base/job.h"
 
+class QIODevice;
 class QNetworkAccessManager;
 class QNetworkReply;
 
@@ -25,10 +26,18 @@ struct HttpRequest {
   QUrl url;
   HttpHeaders headers{};
   QByteArray body{};
+  /// The body of a request that is too large for memory, opened for reading; takes the place of `body`. Serves one
+  /// request.
+  std::shared_ptr<QIODevice> stream{};
+  /// Told how much of the body has been sent, from 0 to 1, never less than before.
+  std::function<void(double)> progress{};
   /// The longest silence of the other side; zero: any.
   std::chrono::milliseconds timeout{0};
   /// The longest the whole exchange may take; zero: any.
   std::chrono::milliseconds deadline{0};
+  /// The longest the answer may take once the body has been sent, so that an upload may be as slow as its line; zero:
+  /// any.
+  std::chrono::milliseconds answerDeadline{0};
   /// The longest body that is taken, in bytes; a longer one is an error.
   qint64 maximumAnswer = 4 * 1024 * 1024;
 };

@@ -2,6 +2,8 @@
 
 #include <QNetworkReply>
 
+#include <algorithm>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -35,18 +37,24 @@ bool isAnswered(const QNetworkReply& reply) {
 }  // namespace
 
 HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, HttpClient::Answer answer, QObject* parent)
-    : QObject(parent), reply_(reply), answer_(std::move(answer)), maximumAnswer_(request.maximumAnswer) {
+    : QObject(parent),
+      reply_(reply),
+      progress_(request.progress),
+      answer_(std::move(answer)),
+      maximumAnswer_(request.maximumAnswer) {
   // Qt's own limit ends a request as if somebody had cancelled it; with timers of our own the reason is known.
   const auto limit = [this](QTimer& timer, std::chrono::milliseconds length) {
     timer.setSingleShot(true);
     timer.setInterval(length);
     connect(&timer, &QTimer::timeout, this, [this] { fail({HttpError::Reason::timedOut, {}}); });
-    if (length > 0ms) timer.start();
   };
   limit(silence_, request.timeout);
   limit(deadline_, request.deadline);
+  limit(answerDeadline_, request.answerDeadline);
+  if (request.timeout > 0ms) silence_.start();
+  if (request.deadline > 0ms) deadline_.start();
   reply_->setReadBufferSize(maximumAnswer_ + 1);
-  connect(reply, &QNetworkReply::uploadProgress, this, &HttpExchange::heard);
+  connect(reply, &QNetworkReply::uploadProgress, this, &HttpExchange::sent);
   connect(reply, &QNetworkReply::readyRead, this, &HttpExchange::read);
   connect(reply, &QNetworkReply::finished, this, &HttpExchange::finish);
 }
@@ -55,6 +63,16 @@ HttpExchange::~HttpExchange() { drop(); }
 
 void HttpExchange::heard() {
   if (silence_.isActive()) silence_.start();
+}
+
+/// Qt says "nothing of nothing" when the answer is there, and begins anew after a redirect.
+void HttpExchange::sent(qint64 bytes, qint64 total) {
+  heard();
+  if (total <= 0) return;
+  if (bytes == total && answerDeadline_.interval() > 0 && !answerDeadline_.isActive()) answerDeadline_.start();
+  if (!progress_) return;
+  shownProgress_ = std::max(shownProgress_, static_cast<double>(bytes) / static_cast<double>(total));
+  progress_(shownProgress_);
 }
 
 void HttpExchange::read() {
@@ -82,6 +100,7 @@ void HttpExchange::answer(std::expected<HttpResponse, HttpError> result) {
   drop();
   silence_.stop();
   deadline_.stop();
+  answerDeadline_.stop();
   deleteLater();
   if (const auto answer = std::exchange(answer_, nullptr)) answer(std::move(result));
 }

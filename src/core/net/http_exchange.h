@@ -19,6 +19,7 @@ class HttpExchange : public QObject {
 
  private:
   void heard();
+  void sent(qint64 bytes, qint64 total);
   void read();
   void finish();
   HttpResponse response() const;
@@ -27,9 +28,13 @@ class HttpExchange : public QObject {
   void drop();
 
   QPointer<QNetworkReply> reply_;
+  std::function<void(double)> progress_;
+  double shownProgress_ = 0;
   HttpClient::Answer answer_;
   qint64 maximumAnswer_;
   QByteArray body_;
   QTimer silence_;
   QTimer deadline_;
+  /// Starts when the body has been sent.
+  QTimer answerDeadline_;
 };

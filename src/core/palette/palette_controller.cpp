@@ -19,6 +19,10 @@ void PaletteController::prepare() {
 
 void PaletteController::show() {
   returnsToLauncher_ = launcher_.takeStartedFromLauncher();
+  showAgain();
+}
+
+void PaletteController::showAgain() {
   begin();
   shown_ = true;
   panel().present();

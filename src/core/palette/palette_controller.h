@@ -41,6 +41,8 @@ class PaletteController {
   virtual void chooseSelected(const KeyPress& key) = 0;
   /// Keys of this palette alone; asked before the common ones.
   virtual bool handleOwnKey([[maybe_unused]] const KeyPress& key) { return false; }
+  /// Goes on with a flow that left the screen meanwhile: Escape leads where it led before.
+  void showAgain();
   /// What Escape does.
   virtual void escape();
   /// The panel is gone.

@@ -68,6 +68,14 @@ void PalettePanel::present() {
   if (!focusWidget()) setFocus();
   cutToCard();
   watchForLoss();
+  Q_EMIT becameKey();
+}
+
+void PalettePanel::takeKeyboard() {
+  if (!isVisible() || watching_) return;
+  native_.takeKeyboard(*windowHandle());
+  watchForLoss();
+  Q_EMIT becameKey();
 }
 
 void PalettePanel::dismiss() {
@@ -96,6 +104,7 @@ bool PalettePanel::offer(const KeyPress& press) {
 
 // Keys meant for a child pass here first: a palette's own keys work wherever the cursor stands.
 bool PalettePanel::eventFilter(QObject* watched, QEvent* event) {
+  if (staysUp_ && event->type() == QEvent::MouseButtonPress) takeKeyboard();
   const bool forChild =
       watched == windowHandle() && event->type() == QEvent::KeyPress && focusWidget() && focusWidget() != this;
   return (forChild && offer(keyPress(*static_cast<QKeyEvent*>(event)))) || QWidget::eventFilter(watched, event);
@@ -147,6 +156,7 @@ void PalettePanel::watchForLoss() {
   watching_ = true;
   native_.watchKeyboardLoss(*windowHandle(), card_->cardRect(), [this] {
     watching_ = false;
+    if (staysUp_) native_.releaseKeyboard(*windowHandle());
     Q_EMIT resignedKey();
   });
 }

@@ -35,12 +35,17 @@ class PalettePanel : public QWidget {
   void setKeyHandler(KeyHandler handler) { handleKey_ = std::move(handler); }
   /// Whether the user may drag the panel by its card.
   void setMovable(bool movable) { movable_ = movable; }
+  /// Whether the panel is one that stays where it is when the user turns elsewhere: a click elsewhere then gives the
+  /// keyboard back, and a click on the panel takes it again. Its controller does not hide it.
+  void setStaysUp(bool staysUp) { staysUp_ = staysUp; }
 
   /// Centres the panel on the active screen's vertical centre line, its own centre at 62 % of the available height
   /// measured from the bottom. Does nothing when there is no screen.
   void positionOnActiveScreen();
   /// Shows the panel and directs the keyboard to it.
   void present();
+  /// Directs the keyboard to the shown panel again.
+  void takeKeyboard();
   /// Gives the keyboard back and hides.
   void dismiss();
 
@@ -48,6 +53,8 @@ class PalettePanel : public QWidget {
 
  Q_SIGNALS:
   void resignedKey();
+  /// A panel that stays up has the keyboard (again).
+  void becameKey();
   /// The user has dragged the panel; only for panels that may be moved.
   void moved(QPoint origin);
 
@@ -72,6 +79,7 @@ class PalettePanel : public QWidget {
   CardFrame* card_;
   KeyHandler handleKey_;
   bool movable_ = false;
+  bool staysUp_ = false;
   bool watching_ = false;
   struct Grip {
     /// Where the card was taken hold of, in panel coordinates.

@@ -116,7 +116,7 @@ void SearchField::paintEvent(QPaintEvent*) {
   const QRect caret = caretRect();
   if (shown.isEmpty()) {
     painter.drawText(area.adjusted(kCaretRoom, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                     metrics.elidedText(placeholder_, Qt::ElideRight, area.width() - kCaretRoom));
+                     metrics.elidedText(placeholder_, Qt::ElideMiddle, area.width() - kCaretRoom));
   } else {
     painter.setPen(theme.text);
     painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter, shown);

@@ -78,6 +78,8 @@ const Theme& Theme::darkTheme() {
 QFont Theme::fieldFont() { return sized(interface(), 17); }
 QFont Theme::rowFont() { return sized(interface(), 13.5, QFont::Medium); }
 QFont Theme::detailFont() { return sized(interface(), 11.5); }
+QFont Theme::calloutFont() { return sized(interface(), 12, QFont::Medium); }
+QFont Theme::sizeLabelFont() { return sized(interface(), 12); }
 QFont Theme::keyCapFont() { return sized(interface(), 11.5, QFont::Medium); }
 QFont Theme::monospacedFont() { return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), 11.5); }
 

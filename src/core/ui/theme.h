@@ -48,6 +48,9 @@ struct Theme {
   static QFont fieldFont();
   static QFont rowFont();
   static QFont detailFont();
+  /// What stands by itself on a small capsule.
+  static QFont calloutFont();
+  static QFont sizeLabelFont();
   static QFont keyCapFont();
   static QFont monospacedFont();
 };

@@ -4,7 +4,7 @@
 
 /// The seam between Qt and Objective-C: integers, doubles, char* and function pointers with a context, so that neither
 /// side sees the other's headers. Opaque handles are void*; whoever gets one gives it back to the named function.
-/// Main thread only, but for the key events, which any single thread may post.
+/// Main thread only, but for the key events, which any single thread may post, and where a callback says otherwise.
 namespace mac {
 
 // Global hot keys.
@@ -36,15 +36,17 @@ bool pressKey(void* source, uint32_t keyCode, uint32_t carbonModifiers);
 
 // Panels. `view` is the NSView of a window that Qt created as a panel (Qt::Tool).
 
-enum class Panel : int32_t { palette, toast };
+enum class Panel : int32_t { palette, toast, overlay };
 
-/// Makes the window a floating panel that never activates the application. Qt takes part of this back at times, so it
-/// is due again at every show.
+/// Makes the window a panel above those of all applications, an overlay above the menu bar too. Qt takes part of this
+/// back at times, so it is due again at every show.
 void styleAsPanel(void* view, Panel kind);
-/// Shows the window in front whichever application is active; a palette also becomes the key window, with `view` as the
-/// receiver of its keys.
+/// Shows the window in front whichever application is active.
 void orderFront(void* view, Panel kind);
-/// Whether the window takes the keyboard when it is ordered front.
+/// The same, and makes it the key window with `view` as the receiver of its keys. An overlay activates the application:
+/// no other may set the cursor.
+void makeKey(void* view, Panel kind);
+/// Whether the window takes the keyboard when it is made key.
 bool canTakeKeyboard(void* view);
 /// Calls `resigned` on the main thread, from inside AppKit, each time the window stops being the key window. End with
 /// stopWatching.
@@ -68,12 +70,44 @@ void requestScreenCapture();
 /// Shows a page of Privacy & Security in System Settings, "Privacy_Accessibility" say. False when nothing opens it.
 bool openPrivacyPage(const char* page);
 
+// The screen.
+
+/// A rectangle of a display. Points, y downwards: the display's own corner counts from the main display's, the
+/// rectangle's from there.
+struct DisplayArea {
+  double displayX;
+  double displayY;
+  double x;
+  double y;
+  double width;
+  double height;
+  uint32_t pixelWidth;
+  uint32_t pixelHeight;
+};
+
+/// What the window server knows the window by.
+uint32_t windowNumber(void* view);
+/// Captures the rectangle without the pointer and without the `count` windows of these numbers, and calls `captured`
+/// exactly once, on any thread: with a PNG, which lives until it returns, or with the reason in UTF-8 why there is
+/// none.
+void captureDisplay(const DisplayArea* area, const uint32_t* excludedWindows, uint32_t count,
+                    void (*captured)(void* context, const void* png, long long size, const char* failure),
+                    void* context);
+
 // The way out to a network.
 
 /// Watches all interfaces and calls `report` on a serial queue, at once and at every change. End with stopNetworkPath.
 void* startNetworkPath(void (*report)(void* context, bool satisfied), void* context);
 /// Waits for a report that is being made; none is made afterwards.
 void stopNetworkPath(void* path);
+
+// The general pasteboard.
+
+/// Calls `take` with what it holds of a uniform type ("public.png") before returning; not at all when there is none.
+void readPasteboard(const char* type, void (*take)(void* context, const void* bytes, unsigned long length),
+                    void* context);
+/// Calls `take` with the URL of each file on it, in their order.
+void readPasteboardFiles(void (*take)(void* context, const char* url), void* context);
 
 // Sounds.
 

@@ -12,36 +12,59 @@ NSPanel* panelOf(void* view) {
   return [window isKindOfClass:[NSPanel class]] ? static_cast<NSPanel*>(window) : nil;
 }
 
+NSWindowLevel levelOf(mac::Panel kind) {
+  switch (kind) {
+    case mac::Panel::palette:
+      return NSFloatingWindowLevel;
+    case mac::Panel::toast:
+      return NSStatusWindowLevel;
+    case mac::Panel::overlay:
+      break;
+  }
+  return CGShieldingWindowLevel();
+}
+
+NSWindowCollectionBehavior behaviorOf(mac::Panel kind) {
+  const NSWindowCollectionBehavior everywhere =
+      NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorFullScreenAuxiliary;
+  const bool overlay = kind == mac::Panel::overlay;
+  return everywhere | (overlay ? NSWindowCollectionBehaviorStationary : NSWindowCollectionBehaviorTransient);
+}
+
 }  // namespace
 
 namespace mac {
 
 void styleAsPanel(void* view, Panel kind) {
-  const bool toast = kind == Panel::toast;
   NSPanel* panel = panelOf(view);
   // Qt's own bits of the mask must survive; assigning an equal mask would still reset the first responder.
   if (!(panel.styleMask & NSWindowStyleMaskNonactivatingPanel)) {
     panel.styleMask = panel.styleMask | NSWindowStyleMaskNonactivatingPanel;
   }
   panel.floatingPanel = YES;
-  panel.level = toast ? NSStatusWindowLevel : NSFloatingWindowLevel;
-  panel.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorTransient |
-                             NSWindowCollectionBehaviorFullScreenAuxiliary;
+  panel.level = levelOf(kind);
+  panel.collectionBehavior = behaviorOf(kind);
   panel.hidesOnDeactivate = NO;
-  panel.becomesKeyOnlyIfNeeded = toast;
+  panel.becomesKeyOnlyIfNeeded = kind == Panel::toast;
   panel.animationBehavior = NSWindowAnimationBehaviorNone;
   panel.opaque = NO;
   panel.backgroundColor = NSColor.clearColor;
   panel.hasShadow = NO;
+  if (kind != Panel::overlay) return;
+  // Else clicks pass through where a window is fully transparent, as a selection is.
+  panel.ignoresMouseEvents = NO;
+  panel.acceptsMouseMovedEvents = YES;
 }
 
 void orderFront(void* view, Panel kind) {
   styleAsPanel(view, kind);
+  [windowOf(view) orderFrontRegardless];
+}
+
+void makeKey(void* view, Panel kind) {
+  styleAsPanel(view, kind);
+  if (kind == Panel::overlay) [NSApp activateIgnoringOtherApps:YES];
   NSWindow* window = windowOf(view);
-  if (kind == Panel::toast) {
-    [window orderFrontRegardless];
-    return;
-  }
   // Qt sees a window as active only when its own view is the first responder, which showing alone does not make it.
   [window makeFirstResponder:(__bridge NSView*)view];
   [window makeKeyAndOrderFront:nil];

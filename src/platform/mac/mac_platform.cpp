@@ -12,8 +12,9 @@
 #include "base/logging.h"
 #include "platform/keychain_vault.h"
 #include "platform/mac/mac_api.h"
+#include "platform/mac/mac_pasteboard.h"
+#include "platform/mac/mac_screen_grabber.h"
 #include "platform/platform.h"
-#include "platform/qt_pasteboard.h"
 
 using namespace Qt::StringLiterals;
 
@@ -180,17 +181,19 @@ class MacPanelWindow final : public PanelWindow {
   }
 
   void prepare(QWindow& window, PanelKind kind) override {
+    window.setProperty(kKindProperty, static_cast<int>(kind));
     mac::styleAsPanel(nativeView(window), native(kind));
-    if (kind != PanelKind::toast) return;
+    if (kind == PanelKind::palette) return;
     // Qt orders windows of an inactive application behind those of the active one, and does so only after this call.
-    onMainThread(window, [&window] {
-      if (window.isVisible()) mac::orderFront(nativeView(window), mac::Panel::toast);
+    onMainThread(window, [&window, kind] {
+      if (window.isVisible()) mac::orderFront(nativeView(window), native(kind));
     });
   }
 
   bool takeKeyboard(QWindow& window) override {
     if (!activeApplication_) activeApplication_ = mac::activeApplication();
-    mac::orderFront(nativeView(window), mac::Panel::palette);
+    const auto kind = static_cast<PanelKind>(window.property(kKindProperty).toInt());
+    mac::makeKey(nativeView(window), native(kind));
     return mac::canTakeKeyboard(nativeView(window));
   }
   void releaseKeyboard(QWindow&) override {
@@ -207,8 +210,19 @@ class MacPanelWindow final : public PanelWindow {
 
  private:
   static mac::Panel native(PanelKind kind) {
-    return kind == PanelKind::toast ? mac::Panel::toast : mac::Panel::palette;
+    switch (kind) {
+      case PanelKind::palette:
+        return mac::Panel::palette;
+      case PanelKind::toast:
+        return mac::Panel::toast;
+      case PanelKind::overlay:
+        break;
+    }
+    return mac::Panel::overlay;
   }
+
+  /// Of a window: what it was prepared as; a palette where it was not.
+  static constexpr const char* kKindProperty = "panelKind";
 
   /// What the user worked in when a palette took the keyboard; null when that is not known or not needed.
   void* activeApplication_ = nullptr;
@@ -348,6 +362,7 @@ Platform makePlatform() {
       std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>(), std::make_unique<MacLoginItem>()};
   platform.credentials = makeKeychainVault();
   platform.keyLegends = std::make_unique<MacKeyLegends>();
-  platform.pasteboard = std::make_unique<QtPasteboard>();
+  platform.pasteboard = std::make_unique<MacPasteboard>();
+  platform.screenGrabber = std::make_unique<MacScreenGrabber>();
   return platform;
 }

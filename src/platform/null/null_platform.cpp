@@ -54,7 +54,7 @@ class NullSystemInfo final : public SystemInfo {
   QString osVersion() const override { return QSysInfo::prettyProductName(); }
   QString thisComputer() const override { return QStringLiteral("this computer"); }
   QString systemName() const override { return QStringLiteral("Linux"); }
-  QString fileManager() const override { return QStringLiteral("file manager"); }
+  QString fileManager() const override { return QStringLiteral("your file manager"); }
   QString systemSettings() const override { return QStringLiteral("Settings"); }
   bool isMotionReduced() const override { return true; }
   QString shortcutOwnerHint() const override { return {}; }

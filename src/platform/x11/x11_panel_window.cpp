@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "base/logging.h"
+#include "platform/x11/x11_panel_traces.h"
 #include "platform/x11/x11_raw_input.h"
 #include "platform/x11/x11_scrolling.h"
 #include "platform/x11/xcb_reply.h"
@@ -39,8 +40,12 @@ bool isInOwnPopup(QPoint position) {
 
 }  // namespace
 
-X11PanelWindow::X11PanelWindow(const X11Session& session, std::shared_ptr<X11RawInput> rawInput)
-    : session_(session), rawInput_(std::move(rawInput)), compositorSelection_(internAtom(session, "_NET_WM_CM_S0")) {
+X11PanelWindow::X11PanelWindow(const X11Session& session, std::shared_ptr<X11RawInput> rawInput,
+                               std::shared_ptr<X11PanelTraces> traces)
+    : session_(session),
+      rawInput_(std::move(rawInput)),
+      traces_(std::move(traces)),
+      compositorSelection_(internAtom(session, "_NET_WM_CM_S0")) {
   QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
@@ -49,7 +54,10 @@ Qt::WindowFlags X11PanelWindow::windowFlags(PanelKind) const {
 }
 
 /// Nobody restacks an unmanaged window: it would come back below all that was opened since.
-void X11PanelWindow::prepare(QWindow& window, PanelKind) { window.raise(); }
+void X11PanelWindow::prepare(QWindow& window, PanelKind) {
+  traces_->follow(window);
+  window.raise();
+}
 
 bool X11PanelWindow::takeKeyboard(QWindow& window) {
   const QWindow* previous = holder_ == &window ? nullptr : holder_.get();

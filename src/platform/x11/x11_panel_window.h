@@ -14,13 +14,15 @@
 #include "platform/panel_window.h"
 #include "platform/x11/x11_session.h"
 
+class X11PanelTraces;
 class X11RawInput;
 
 /// Panels that the window manager does not manage: the active window never changes, the keyboard is grabbed for the
 /// panel instead. A click elsewhere is seen at the devices, since it goes to the window below the pointer as usual.
 class X11PanelWindow final : public PanelWindow, public QAbstractNativeEventFilter {
  public:
-  X11PanelWindow(const X11Session& session, std::shared_ptr<X11RawInput> rawInput);
+  X11PanelWindow(const X11Session& session, std::shared_ptr<X11RawInput> rawInput,
+                 std::shared_ptr<X11PanelTraces> traces);
 
   Qt::WindowFlags windowFlags(PanelKind kind) const override;
   void prepare(QWindow& window, PanelKind kind) override;
@@ -51,6 +53,7 @@ class X11PanelWindow final : public PanelWindow, public QAbstractNativeEventFilt
 
   X11Session session_;
   std::shared_ptr<X11RawInput> rawInput_;
+  std::shared_ptr<X11PanelTraces> traces_;
   xcb_atom_t compositorSelection_;
   /// The panel that has the keyboard, or is trying to get it.
   QPointer<QWindow> holder_;

@@ -1,14 +1,16 @@
 #include "platform/keychain_vault.h"
 #include "platform/platform.h"
-#include "platform/qt_pasteboard.h"
 #include "platform/x11/x11_desktop_application.h"
 #include "platform/x11/x11_hotkeys.h"
 #include "platform/x11/x11_key_events.h"
 #include "platform/x11/x11_key_legends.h"
 #include "platform/x11/x11_network_path.h"
+#include "platform/x11/x11_panel_traces.h"
 #include "platform/x11/x11_panel_window.h"
+#include "platform/x11/x11_pasteboard.h"
 #include "platform/x11/x11_permissions.h"
 #include "platform/x11/x11_raw_input.h"
+#include "platform/x11/x11_screen_grabber.h"
 #include "platform/x11/x11_sounds.h"
 #include "platform/x11/x11_system_info.h"
 #include "platform/x11/x11_tray_panel.h"
@@ -21,12 +23,14 @@ Platform makePlatform() {
   const X11Session session = currentX11Session();
   if (session.connection == nullptr) return platform;
   const auto rawInput = std::make_shared<X11RawInput>(session);
+  const auto traces = std::make_shared<X11PanelTraces>();
   platform.hotkeys = std::make_unique<X11Hotkeys>(session, rawInput);
   platform.keyEvents = makeX11KeyEvents();
-  platform.panelWindow = std::make_unique<X11PanelWindow>(session, rawInput);
-  platform.pasteboard = std::make_unique<QtPasteboard>();
+  platform.panelWindow = std::make_unique<X11PanelWindow>(session, rawInput, traces);
+  platform.pasteboard = std::make_unique<X11Pasteboard>();
   platform.permissions = std::make_unique<X11Permissions>(session);
   platform.networkPath = std::make_unique<X11NetworkPath>();
+  platform.screenGrabber = std::make_unique<X11ScreenGrabber>(session, traces);
   platform.sounds = std::make_unique<X11Sounds>(session);
   platform.systemInfo = std::make_unique<X11SystemInfo>(session);
   platform.desktopApplication = std::make_unique<X11DesktopApplication>();

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 QString X11SystemInfo::osVersion() const { return QSysInfo::prettyProductName(); }
 QString X11SystemInfo::thisComputer() const { return u"this computer"_s; }
 QString X11SystemInfo::systemName() const { return u"Linux"_s; }
-QString X11SystemInfo::fileManager() const { return u"file manager"_s; }
+QString X11SystemInfo::fileManager() const { return u"your file manager"_s; }
 QString X11SystemInfo::systemSettings() const { return u"Settings"_s; }
 
 bool X11SystemInfo::isMotionReduced() const {

@@ -69,9 +69,11 @@ QUuid BoilerplateSettings::add(const QString& path) {
   return templates.back().id;
 }
 
-void BoilerplateSettings::rename(const QUuid& id, const QString& name) {
+QString BoilerplateSettings::rename(const QUuid& id, const QString& name) {
   const auto found = std::ranges::find(templates, id, &Boilerplate::id);
-  if (found != templates.end() && !name.trimmed().isEmpty()) found->name = name.trimmed();
+  if (found == templates.end()) return {};
+  if (!name.trimmed().isEmpty()) found->name = name.trimmed();
+  return found->name;
 }
 
 void BoilerplateSettings::remove(const QUuid& id) {

@@ -33,8 +33,8 @@ struct BoilerplateSettings {
 
   /// Adds a folder under its own name; one that is in the list already is not added again. Answers its id.
   QUuid add(const QString& path);
-  /// A blank name changes nothing.
-  void rename(const QUuid& id, const QString& name);
+  /// A blank name changes nothing. Answers the name that it has then.
+  QString rename(const QUuid& id, const QString& name);
   void remove(const QUuid& id);
   /// By name, case ignored where no name matches exactly. Null without one.
   const Boilerplate* find(const QString& name) const;

@@ -44,13 +44,22 @@ QString describe(const CopyProgress& progress) {
                                                     locale.formattedDataSize(progress.totalBytes));
 }
 
+QString describe(const MadeProject& made) {
+  const QString path = visibleLine(made.path, kShown);
+  const qsizetype skipped = made.skipped.size();
+  return skipped == 0 ? path : u"%1, without %2 that cannot be copied (pipes, sockets)"_s.arg(path).arg(skipped);
+}
+
 }  // namespace
 
 BoilerplatesPaletteController::BoilerplatesPaletteController(Services services, PanelFactory makePanel)
     : PaletteController(services.launcher, kBoilerplatesID, std::move(makePanel)), services_(std::move(services)) {}
 
 void BoilerplatesPaletteController::begin() {
-  if (isCopying()) return model_.showProgress(describe(*progress_));
+  if (isCopying()) {
+    isAwaited_ = true;
+    return model_.showProgress(describe(*progress_));
+  }
   model_.askForBoilerplate(services_.store.value().templates);
   findPlaces();
 }
@@ -110,12 +119,13 @@ void BoilerplatesPaletteController::askForFolder() {
 }
 
 void BoilerplatesPaletteController::create(const QString& place) {
+  isAwaited_ = true;
   progress_ = std::make_shared<CopyProgress>();
   copying_ = Job::start();
   const TemplateCopy copy(model_.boilerplate().path, place, model_.name());
   runInBackground(
       copying_, [copy, progress = progress_](const std::stop_token& stop) { return copy.run(*progress, stop); },
-      [this, place](const std::expected<QString, CopyError>& made) { finish(place, made); });
+      [this, place](const std::expected<MadeProject, CopyError>& made) { finish(place, made); });
   followProgress();
 }
 
@@ -124,7 +134,7 @@ void BoilerplatesPaletteController::followProgress() {
   services_.clock.after(kTick, copying_, [this] { followProgress(); });
 }
 
-void BoilerplatesPaletteController::finish(const QString& place, const std::expected<QString, CopyError>& made) {
+void BoilerplatesPaletteController::finish(const QString& place, const std::expected<MadeProject, CopyError>& made) {
   copying_ = Job();
   const QString name = visibleLine(model_.name(), kShown);
   if (!made) {
@@ -135,12 +145,12 @@ void BoilerplatesPaletteController::finish(const QString& place, const std::expe
     return model_.askForName(Boilerplate(model_.boilerplate()), QString(model_.name()));
   }
   services_.store.update([&](BoilerplateSettings& settings) { settings.lastPlace = place; });
-  const bool isWaiting = isShown();
+  const bool isWaiting = isAwaited_;
   hide();
   services_.toasts.show({.icon = u"shippingbox.fill"_s,
                          .title = u"Created “%1”"_s.arg(name),
-                         .detail = visibleLine(*made, kShown),
+                         .detail = describe(*made),
                          .completes = true},
                         kCreatedToast);
-  Q_EMIT created(*made, isWaiting);
+  Q_EMIT created(made->path, isWaiting);
 }

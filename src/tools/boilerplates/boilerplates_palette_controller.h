@@ -47,7 +47,7 @@ class BoilerplatesPaletteController final : public QObject, public PaletteContro
   void choose();
 
  Q_SIGNALS:
-  /// A project was made; `path` is its folder. `isWaiting`: the user had the palette open until then.
+  /// A project was made; `path` is its folder. `isWaiting`: the user has not put the palette away meanwhile.
   void created(const QString& path, bool isWaiting);
 
  protected:
@@ -55,18 +55,20 @@ class BoilerplatesPaletteController final : public QObject, public PaletteContro
   void begin() override;
   void chooseSelected(const KeyPress& key) override;
   void escape() override;
+  void ended() override { isAwaited_ = false; }
 
  private:
   void findPlaces();
   void askForFolder();
   void create(const QString& place);
   void followProgress();
-  void finish(const QString& place, const std::expected<QString, CopyError>& made);
+  void finish(const QString& place, const std::expected<MadeProject, CopyError>& made);
 
   Services services_;
   BoilerplatesPaletteModel model_;
   QStringList places_;
   std::shared_ptr<CopyProgress> progress_;
+  bool isAwaited_ = false;
   Job finding_;
   Job copying_;
 };

@@ -17,6 +17,12 @@ namespace {
 constexpr int kShownPath = 200;
 constexpr int kNameWidth = 200;
 
+void showName(QLineEdit& field, QPushButton& remove, const QString& name) {
+  field.setText(name);
+  field.setAccessibleName(u"Name of %1"_s.arg(name));
+  remove.setAccessibleName(u"Remove %1 from the list"_s.arg(name));
+}
+
 }  // namespace
 
 BoilerplatesSettingsView::BoilerplatesSettingsView(BoilerplateStore& store, QWidget* parent)
@@ -63,16 +69,17 @@ QWidget* BoilerplatesSettingsView::makeRow(const Boilerplate& boilerplate) {
   auto* line = new QHBoxLayout(row);
   line->setContentsMargins({});
   line->setSpacing(Theme::kGrid);
-  auto* name = new QLineEdit(boilerplate.name);
-  name->setAccessibleName(u"Name of %1"_s.arg(boilerplate.name));
+  auto* name = new QLineEdit;
   name->setFixedWidth(kNameWidth);
-  connect(name, &QLineEdit::editingFinished, this, [this, name, id = boilerplate.id] {
-    store_.update([&](BoilerplateSettings& settings) { settings.rename(id, name->text()); });
-  });
   QLabel* path = makeDetailLabel(visibleLine(boilerplate.path, kShownPath));
   auto* remove = new QPushButton(u"Remove"_s);
-  remove->setAccessibleName(u"Remove %1 from the list"_s.arg(boilerplate.name));
   remove->setToolTip(u"Remove from the list (doesn’t touch the folder)"_s);
+  showName(*name, *remove, boilerplate.name);
+  connect(name, &QLineEdit::editingFinished, this, [this, name, remove, id = boilerplate.id] {
+    QString known;
+    store_.update([&](BoilerplateSettings& settings) { known = settings.rename(id, name->text()); });
+    showName(*name, *remove, known);
+  });
   connect(remove, &QPushButton::clicked, this,
           [this, id = boilerplate.id] { store_.update([&](BoilerplateSettings& settings) { settings.remove(id); }); });
   line->addWidget(name);

@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr std::string_view kAnyFolders = "**";
+
 struct NamedClass {
   std::string_view name;
   int (*holds)(int);
@@ -47,8 +49,11 @@ class Bracket {
 
  private:
   bool readNamed() {
-    const std::size_t end = pattern_.find(":]", at_ + 2);
-    if (end == std::string_view::npos) return false;
+    const std::size_t close = pattern_.find(']', at_ + 2);
+    if (close == std::string_view::npos) return false;
+    const std::size_t end = close - 1;
+    // Not the end of a name: the "[" is one of the bytes.
+    if (end < at_ + 2 || pattern_[end] != ':') return readRange();
     const auto known = std::ranges::find(kNamedClasses, pattern_.substr(at_ + 2, end - at_ - 2), &NamedClass::name);
     if (known == kNamedClasses.end()) return false;
     holds_ = holds_ || known->holds(wanted_) != 0;
@@ -64,7 +69,8 @@ class Bracket {
       high = readByte();
     }
     if (!low || !high) return false;
-    holds_ = holds_ || (*low <= wanted_ && wanted_ <= *high);
+    // The first byte of a range counts even when the range is empty.
+    holds_ = holds_ || wanted_ == *low || (*low <= wanted_ && wanted_ <= *high);
     return true;
   }
   std::optional<unsigned char> readByte() {
@@ -100,6 +106,35 @@ std::vector<std::string_view> split(std::string_view path) {
     const std::size_t end = std::min(path.find('/', start), path.size());
     components.push_back(path.substr(start, end - start));
     start = end + 1;
+  }
+  return components;
+}
+
+/// Where the component that begins at `start` ends. A slash in a bracket expression divides nothing.
+std::size_t componentEnd(std::string_view pattern, std::size_t start) {
+  std::size_t at = start;
+  while (at < pattern.size() && pattern[at] != '/') {
+    if (pattern.substr(at).starts_with("\\/")) return at;
+    const auto element = step(pattern, at, '/');
+    // Malformed: nothing matches it, however it is divided.
+    if (!element) return pattern.size();
+    at = element->next;
+  }
+  return at;
+}
+
+bool isStars(std::string_view component) {
+  return component.size() > 1 && component.find_first_not_of('*') == std::string_view::npos;
+}
+
+/// Any number of stars is as good as two, and an escaped slash as good as a slash.
+std::vector<std::string> splitPattern(std::string_view pattern) {
+  std::vector<std::string> components;
+  for (std::size_t start = 0; start <= pattern.size();) {
+    const std::size_t end = componentEnd(pattern, start);
+    const std::string_view component = pattern.substr(start, end - start);
+    components.emplace_back(isStars(component) ? kAnyFolders : component);
+    start = end + (pattern.substr(std::min(end, pattern.size())).starts_with('\\') ? 2 : 1);
   }
   return components;
 }
@@ -172,7 +207,7 @@ void IgnoreRules::add(std::string_view line) {
   rule.isAnchored = line.find('/') != std::string_view::npos;
   if (line.starts_with('/')) line.remove_prefix(1);
   if (line.empty()) return;
-  for (const std::string_view component : split(line)) rule.components.emplace_back(component);
+  rule.components = splitPattern(line);
   rules_.push_back(std::move(rule));
 }
 
@@ -193,7 +228,7 @@ bool IgnoreRules::Rule::matches(const std::vector<std::string_view>& path, bool 
   std::optional<std::size_t> behindStars;
   std::size_t starsTook = 0;
   while (done < path.size()) {
-    if (at < components.size() && components[at] == "**") {
+    if (at < components.size() && components[at] == kAnyFolders) {
       if (at + 1 == components.size()) return true;
       behindStars = ++at;
       starsTook = done;

@@ -23,6 +23,8 @@ bool isControl(QChar character) {
 QString projectNameProblem(const QString& name) {
   if (name.trimmed().isEmpty()) return u"Type a name for the project"_s;
   if (name == "."_L1 || name == ".."_L1) return u"“%1” cannot be a project’s name"_s.arg(name);
+  // Every program would take it for an option.
+  if (name.startsWith(u'-')) return u"A name cannot begin with a dash"_s;
   if (name.contains(u'/')) return u"A name cannot contain a slash"_s;
   if (std::ranges::any_of(name, isControl)) return u"A name cannot contain control characters"_s;
   if (!name.isValidUtf16()) return u"A name cannot contain half a character"_s;

@@ -7,13 +7,14 @@
 #include <QByteArray>
 #include <QFile>
 #include <QStringDecoder>
-#include <QUuid>
 
 #include <cerrno>
-#include <optional>
 #include <ranges>
 #include <system_error>
 
+#include "platform/file_range.h"
+#include "tools/boilerplates/half_made.h"
+#include "tools/boilerplates/open_file.h"
 #include "tools/boilerplates/project_name.h"
 #include "tools/boilerplates/template_plan.h"
 
@@ -23,6 +24,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr qsizetype kPiece = 256 * 1024;
+/// Copied by the system in one go; a fraction of a second on a slow disk.
+constexpr std::int64_t kRange = 8 * 1024 * 1024;
 constexpr auto kPlaceholder = "{{name}}";
 
 using Done = std::expected<void, CopyError>;
@@ -47,104 +50,17 @@ bool isText(const QByteArray& bytes) {
   return !decoder.hasError();
 }
 
-/// An open file, closed when it goes.
-class OpenFile {
- public:
-  OpenFile(const fs::path& path, int flags, mode_t mode = 0)
-      : descriptor_(::open(path.c_str(), flags | O_CLOEXEC, mode)) {}
-  ~OpenFile() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-
-  bool isOpen() const { return descriptor_ >= 0; }
-  bool isRegular() const {
-    struct stat status{};
-    return ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
-  }
-  /// Up to `size` bytes, fewer only at the file's end; none on an error.
-  std::optional<QByteArray> read(qsizetype size) const {
-    QByteArray bytes(size, Qt::Uninitialized);
-    qsizetype filled = 0;
-    while (filled < size) {
-      const ssize_t count = ::read(descriptor_, bytes.data() + filled, static_cast<std::size_t>(size - filled));
-      if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return std::nullopt;
-      if (count == 0) break;
-      filled += count;
-    }
-    bytes.truncate(filled);
-    return bytes;
-  }
-  bool write(const QByteArray& bytes) const {
-    qsizetype written = 0;
-    while (written < bytes.size()) {
-      const ssize_t count =
-          ::write(descriptor_, bytes.constData() + written, static_cast<std::size_t>(bytes.size() - written));
-      if (count < 0 && errno != EINTR) return false;
-      written += std::max<ssize_t>(count, 0);
-    }
-    return true;
-  }
-  bool setMode(mode_t mode) const { return ::fchmod(descriptor_, mode) == 0; }
-  /// Some file systems tell of a failed write only now.
-  bool close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
-
- private:
-  int descriptor_;
-};
-
-/// The copy that grows under its temporary name; gone when it goes, unless it was put in place.
-class HalfMade {
- public:
-  explicit HalfMade(const fs::path& target)
-      : target_(target),
-        path_(target.parent_path() / bytesOf(u".vantle-new-"_s + QUuid::createUuid().toString(QUuid::Id128))) {}
-  ~HalfMade() {
-    if (!isMade_) return;
-    std::error_code code;
-    makeWritable(path_);
-    for (const fs::path& folder : folders_) makeWritable(folder);
-    fs::remove_all(path_, code);
-  }
-  HalfMade(const HalfMade&) = delete;
-  HalfMade& operator=(const HalfMade&) = delete;
-
-  const fs::path& path() const { return path_; }
-  bool make() { return isMade_ = ::mkdir(path_.c_str(), S_IRWXU) == 0; }
-  bool addFolder(const fs::path& folder) {
-    if (::mkdir(folder.c_str(), S_IRWXU) != 0) return false;
-    folders_.push_back(folder);
-    return true;
-  }
-  /// A folder that has come there meanwhile is replaced only if it is empty.
-  bool putInPlace() {
-    if (::rename(path_.c_str(), target_.c_str()) != 0) return false;
-    isMade_ = false;
-    return true;
-  }
-
- private:
-  /// What is in a folder without the right to write cannot be removed.
-  static void makeWritable(const fs::path& folder) { ::chmod(folder.c_str(), S_IRWXU); }
-
-  fs::path target_;
-  fs::path path_;
-  std::vector<fs::path> folders_;
-  bool isMade_ = false;
-};
-
 class Copier {
  public:
   Copier(fs::path source, const QString& name, CopyProgress& progress, const std::stop_token& stop)
       : source_(std::move(source)), name_(QFile::encodeName(name)), progress_(progress), stop_(stop) {}
 
   Done copy(const TemplatePlan& plan, HalfMade& made) {
-    if (!made.make()) return failedCall(made.path());
+    // The user knows the place, not the temporary name.
+    if (!made.make()) return failedCall(made.path().parent_path());
     for (const PlannedEntry& entry : plan.entries) {
       if (stop_.stop_requested()) return cancelled();
-      if (const Done copied = copyEntry(entry, made); !copied) return copied;
+      if (const Done copied = copyEntry(entry, made.path()); !copied) return copied;
     }
     // Only now: nothing can be put into a folder without the right to write.
     for (const PlannedEntry& entry : std::views::reverse(plan.entries)) {
@@ -160,11 +76,11 @@ class Copier {
   fs::path named(const fs::path& path) const { return named(QByteArray(path.c_str())).toStdString(); }
   QByteArray named(QByteArray text) const { return text.replace(kPlaceholder, name_); }
 
-  Done copyEntry(const PlannedEntry& entry, HalfMade& made) {
-    const fs::path to = made.path() / named(entry.path);
+  Done copyEntry(const PlannedEntry& entry, const fs::path& made) {
+    const fs::path to = made / named(entry.path);
     switch (entry.kind) {
       case PlannedEntry::Kind::folder:
-        if (!made.addFolder(to)) return failedMake(entry);
+        if (::mkdir(to.c_str(), S_IRWXU) != 0) return failedMake(entry);
         return {};
       case PlannedEntry::Kind::link:
         return copyLink(entry, to);
@@ -198,24 +114,35 @@ class Copier {
     if (!input.isRegular()) return failed(FileError{QFile::decodeName(from.c_str()), u"not a regular file"_s});
     OpenFile output(to, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
     if (!output.isOpen()) return failedMake(entry);
-    if (const Done copied = copyBytes(from, input, output); !copied) return copied;
+    if (const Done copied = copyBytes(entry, input, output); !copied) return copied;
     if (!output.setMode(modeOf(entry.permissions)) || !output.close()) return failedCall(from);
     ++progress_.files;
     return {};
   }
 
-  Done copyBytes(const fs::path& from, const OpenFile& input, const OpenFile& output) {
-    // One byte more tells a file that is too large from one that just fits.
-    const auto first = input.read(TemplateCopy::kLargestText + 1);
+  Done copyBytes(const PlannedEntry& entry, const OpenFile& input, const OpenFile& output) {
+    const fs::path from = source_ / entry.path;
+    // One byte more tells whether this is the whole file, and a text that is too large from one that just fits.
+    const auto wanted = std::min(static_cast<std::int64_t>(entry.size), TemplateCopy::kLargestText) + 1;
+    const auto first = input.read(wanted);
     if (!first) return failedCall(from);
-    const bool isReplaced =
-        first->size() <= TemplateCopy::kLargestText && first->contains(kPlaceholder) && isText(*first);
+    const bool isWhole = first->size() < wanted;
+    const bool isReplaced = isWhole && first->contains(kPlaceholder) && isText(*first);
     if (!output.write(isReplaced ? named(*first) : *first)) return failedCall(from);
     progress_.bytes += first->size();
-    return first->size() <= TemplateCopy::kLargestText ? Done() : copyRest(from, input, output);
+    return isWhole ? Done() : copyRest(from, input, output);
   }
 
   Done copyRest(const fs::path& from, const OpenFile& input, const OpenFile& output) {
+    while (!stop_.stop_requested()) {
+      const std::int64_t copied = copyFileRange(input.descriptor(), output.descriptor(), kRange);
+      if (copied == 0) return copyPieces(from, input, output);
+      progress_.bytes += copied;
+    }
+    return cancelled();
+  }
+
+  Done copyPieces(const fs::path& from, const OpenFile& input, const OpenFile& output) {
     while (!stop_.stop_requested()) {
       const auto piece = input.read(kPiece);
       if (!piece || !output.write(*piece)) return failedCall(from);
@@ -231,24 +158,43 @@ class Copier {
   const std::stop_token& stop_;
 };
 
+/// Each project would hold those made before it.
+bool isWithin(const fs::path& place, const fs::path& source) {
+  std::error_code code;
+  for (fs::path folder = fs::canonical(place, code); !code; folder = folder.parent_path()) {
+    if (fs::equivalent(folder, source, code)) return true;
+    if (folder == folder.parent_path()) break;
+  }
+  return false;
+}
+
 }  // namespace
 
-std::expected<QString, CopyError> TemplateCopy::run(CopyProgress& progress, const std::stop_token& stop) const {
-  const fs::path target = bytesOf(this->target());
+std::expected<void, CopyError> TemplateCopy::check() const {
   if (const QString problem = projectNameProblem(name_); !problem.isEmpty()) return failed(FileError{name_, problem});
   std::error_code code;
-  if (fs::exists(fs::symlink_status(target, code))) return failed(FileError{this->target(), u"it exists already"_s});
+  if (fs::exists(fs::symlink_status(bytesOf(target()), code)))
+    return failed(FileError{target(), u"it exists already"_s});
   if (!fs::is_directory(bytesOf(place_), code)) return failed(FileError{place_, u"there is no such folder"_s});
+  if (isWithin(bytesOf(place_), bytesOf(source_)))
+    return failed(FileError{place_, u"this is in the template itself"_s});
+  return {};
+}
+
+std::expected<MadeProject, CopyError> TemplateCopy::run(CopyProgress& progress, const std::stop_token& stop) const {
+  if (const auto checked = check(); !checked) return std::unexpected(checked.error());
   const auto plan = TemplatePlan::make(bytesOf(source_), stop);
   if (!plan) return failed(plan.error());
   progress.totalFiles = plan->files;
   progress.totalBytes = plan->bytes;
 
+  const fs::path target = bytesOf(this->target());
   HalfMade made(target);
   const Done copied = Copier(bytesOf(source_), name_, progress, stop).copy(*plan, made);
   if (stop.stop_requested()) return cancelled();
   if (!copied) return std::unexpected(copied.error());
+  std::error_code code;
   if (fs::exists(fs::symlink_status(target, code))) return failed(FileError{this->target(), u"it exists already"_s});
   if (!made.putInPlace()) return failedCall(target);
-  return this->target();
+  return MadeProject{this->target(), plan->skipped};
 }

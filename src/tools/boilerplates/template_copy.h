@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <atomic>
 #include <cstdint>
@@ -27,6 +28,13 @@ struct CopyError {
   QString description() const { return wasCancelled ? QStringLiteral("cancelled") : file.description(); }
 };
 
+/// A project that was made.
+struct MadeProject {
+  QString path;
+  /// The pipes, sockets and devices of the template, which are not copied.
+  QStringList skipped;
+};
+
 /// A project to be made from a template folder.
 ///
 /// `{{name}}` is replaced by the project's name in the names of files and folders, in the targets of relative links,
@@ -42,10 +50,12 @@ class TemplateCopy {
 
   QString target() const { return place_.endsWith(u'/') ? place_ + name_ : place_ + u'/' + name_; }
 
-  /// The path of the new folder. Blocking: for a background thread.
-  std::expected<QString, CopyError> run(CopyProgress& progress, const std::stop_token& stop) const;
+  /// Blocking: for a background thread.
+  std::expected<MadeProject, CopyError> run(CopyProgress& progress, const std::stop_token& stop) const;
 
  private:
+  std::expected<void, CopyError> check() const;
+
   QString source_;
   QString place_;
   QString name_;

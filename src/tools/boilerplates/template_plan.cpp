@@ -7,13 +7,16 @@
 #include <string>
 #include <system_error>
 
-#include "base/regular_file.h"
 #include "tools/boilerplates/ignore_rules.h"
+#include "tools/boilerplates/open_file.h"
 
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
 
 namespace {
+
+/// No `.gitignore` that is one is longer.
+constexpr qsizetype kLongestRules = 1024 * 1024;
 
 QString shown(const fs::path& path) { return QFile::decodeName(path.c_str()); }
 
@@ -70,11 +73,11 @@ class Planner {
     std::error_code code;
     // A folder or a link of that name holds no rules.
     if (!fs::is_regular_file(fs::symlink_status(path, code))) return {};
-    const auto file = openRegularFile(shown(path));
-    if (!file) return std::unexpected(file.error());
-    const QByteArray text = (*file)->readAll();
+    const OpenFile file(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    const auto text = file.isOpen() ? file.read(kLongestRules) : std::nullopt;
+    if (!text) return std::unexpected(fileError(path, std::error_code(errno, std::generic_category())));
     const std::size_t prefix = folder.empty() ? 0 : folder.native().size() + 1;
-    rules_.push_back({prefix, IgnoreRules({text.constData(), static_cast<std::size_t>(text.size())})});
+    rules_.push_back({prefix, IgnoreRules({text->constData(), static_cast<std::size_t>(text->size())})});
     return {};
   }
 
@@ -105,8 +108,10 @@ class Planner {
   }
 
   Done addFile(const fs::path& path, const fs::file_status& status) {
-    if (!fs::is_regular_file(status))
-      return std::unexpected(FileError{shown(source_ / path), u"pipes, sockets and devices cannot be copied"_s});
+    if (!fs::is_regular_file(status)) {
+      plan_.skipped.append(shown(path));
+      return {};
+    }
     std::error_code code;
     const std::uintmax_t size = fs::file_size(source_ / path, code);
     if (code) return std::unexpected(fileError(source_ / path, code));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QStringList>
+
 #include <cstdint>
 #include <expected>
 #include <filesystem>
@@ -27,9 +29,11 @@ struct TemplatePlan {
   std::filesystem::perms permissions = std::filesystem::perms::owner_all;
   std::int64_t files = 0;
   std::int64_t bytes = 0;
+  /// Pipes, sockets and devices, relative to the template.
+  QStringList skipped;
 
-  /// Walks through the template, following no links. A pipe, a socket, a device or a folder that cannot be read is an
-  /// error. Blocking; asked to stop it answers what it has.
+  /// Walks through the template, following no links. A folder that cannot be read is an error. Blocking; asked to stop
+  /// it answers what it has.
   static std::expected<TemplatePlan, FileError> make(const std::filesystem::path& source, const std::stop_token& stop);
 };
 

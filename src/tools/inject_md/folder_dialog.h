@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QFileDialog;
 
@@ -15,8 +16,9 @@ class FolderDialog {
   FolderDialog(const FolderDialog&) = delete;
   FolderDialog& operator=(const FolderDialog&) = delete;
 
-  /// `chosen` is called when a folder has been chosen.
-  void ask(const QString& title, std::function<void(const QString&)> chosen);
+  /// `answered` gets the folder, or none when the user closes the window without choosing. A question that another one
+  /// follows is never answered.
+  void ask(const QString& title, std::function<void(const std::optional<QString>&)> answered);
 
  private:
   QPointer<QFileDialog> dialog_;

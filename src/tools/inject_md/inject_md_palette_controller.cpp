@@ -1,5 +1,7 @@
 #include "tools/inject_md/inject_md_palette_controller.h"
 
+#include <utility>
+
 #include "base/background.h"
 #include "base/visible_text.h"
 #include "core/presenters/toast_presenter.h"
@@ -24,6 +26,8 @@ InjectMDPaletteController::InjectMDPaletteController(Services services, PanelFac
 void InjectMDPaletteController::begin() {
   if (question_)
     model_.askToOverwrite(document_, question_->folder, question_->existing);
+  else if (const auto pause = std::exchange(pause_, std::nullopt))
+    resume(*pause);
   else
     start();
 }
@@ -36,6 +40,14 @@ void InjectMDPaletteController::start() {
     model_.askForDocument(settings_);
   else
     askForProject();
+}
+
+void InjectMDPaletteController::resume(const Pause& pause) {
+  settings_ = pause.settings;
+  document_ = pause.document;
+  scan();
+  askForProject();
+  model_.setQuery(pause.query);
 }
 
 bool InjectMDPaletteController::asksForDocument() const { return settings_.documents.size() > 1; }
@@ -62,53 +74,64 @@ void InjectMDPaletteController::choose(int row) {
     document_ = *document;
     askForProject();
   } else if (const ProjectFolder* project = model_.project(row)) {
-    inject(project->path);
+    inject(document_, project->path);
   } else if (model_.isFolderChooser(row)) {
     chooseFolder();
   } else if (model_.isConfirmation(row) && question_) {
     const QString folder = question_->folder;
     hide();
-    write(folder, MDInjector::Overwrite::yes);
+    write(document_, folder, MDInjector::Overwrite::yes);
   } else {
     hide();
   }
 }
 
 void InjectMDPaletteController::chooseFolder() {
+  const Pause pause{settings_, document_, model_.query()};
   hide();
   services_.chooseFolder(u"Choose a folder to inject a Markdown file into"_s,
-                         [this](const QString& folder) { inject(folder); });
+                         [this, pause](const std::optional<QString>& folder) { takeFolder(pause, folder); });
 }
 
-void InjectMDPaletteController::inject(const QString& folder) {
+/// The palette may have been opened anew meanwhile.
+void InjectMDPaletteController::takeFolder(const Pause& pause, const std::optional<QString>& folder) {
+  if (folder) return inject(pause.document, *folder);
+  if (isShown()) return;
+  pause_ = pause;
+  showAgain();
+}
+
+void InjectMDPaletteController::inject(const MDDocument& document, const QString& folder) {
   looking_ = Job::start();
-  const auto look = [injector = MDInjector(document_, folder)](const std::stop_token&) { return injector.inspect(); };
+  const auto look = [injector = MDInjector(document, folder)](const std::stop_token&) { return injector.inspect(); };
   runInBackground(looking_, look,
-                  [this, folder](const std::expected<std::optional<ExistingFile>, InjectionError>& found) {
+                  [this, document, folder](const std::expected<std::optional<ExistingFile>, InjectionError>& found) {
                     looking_.cancel();
-                    if (found && *found) return ask(folder, **found);
+                    if (found && *found) return ask(document, folder, **found);
                     hide();
                     if (found)
-                      write(folder, MDInjector::Overwrite::no);
+                      write(document, folder, MDInjector::Overwrite::no);
                     else
                       report(found.error());
                   });
 }
 
 /// In the palette, which a folder chooser has hidden meanwhile.
-void InjectMDPaletteController::ask(const QString& folder, const ExistingFile& existing) {
+void InjectMDPaletteController::ask(const MDDocument& document, const QString& folder, const ExistingFile& existing) {
+  document_ = document;
   question_ = Question{folder, existing};
   if (isShown())
     begin();
   else
-    show();
+    showAgain();
 }
 
-void InjectMDPaletteController::write(const QString& folder, MDInjector::Overwrite overwrite) {
-  const MDInjector injector(document_, folder);
+void InjectMDPaletteController::write(const MDDocument& document, const QString& folder,
+                                      MDInjector::Overwrite overwrite) {
+  const MDInjector injector(document, folder);
   runInBackground(
       writing_, [injector, overwrite](const std::stop_token&) { return injector.write(overwrite); },
-      [this, injector, name = document_.fileName](const std::expected<void, InjectionError>& written) {
+      [this, injector, name = document.fileName](const std::expected<void, InjectionError>& written) {
         if (!written) return report(written.error());
         services_.toasts.show({.icon = u"checkmark.circle.fill"_s,
                                .title = u"%1 is in place"_s.arg(visibleLine(name, kShown)),
@@ -126,8 +149,13 @@ void InjectMDPaletteController::report(const InjectionError& error) {
 }
 
 bool InjectMDPaletteController::handleOwnKey(const KeyPress& key) {
+  if (model_.step() != InjectMDPaletteModel::Step::overwrite) return false;
+  if (key.keyCode == keycode::kPageUp || key.keyCode == keycode::kPageDown) {
+    Q_EMIT turned(key.keyCode == keycode::kPageUp ? -1 : 1);
+    return true;
+  }
   // A question that is answered with one of two rows has nothing to filter.
-  return model_.step() == InjectMDPaletteModel::Step::overwrite && !key.command && !key.control && key.isText();
+  return !key.command && !key.control && key.isText();
 }
 
 void InjectMDPaletteController::escape() {

@@ -15,8 +15,9 @@ class InjectMDPaletteController final : public QObject, public PaletteController
   Q_OBJECT
 
  public:
-  /// Lets the user choose a folder and hands it over; never when the user does not choose one.
-  using FolderChooser = std::function<void(const QString& title, std::function<void(const QString&)> chosen)>;
+  /// Lets the user choose a folder and hands it over, or none.
+  using FolderAnswer = std::function<void(const std::optional<QString>& folder)>;
+  using FolderChooser = std::function<void(const QString& title, FolderAnswer answered)>;
 
   struct Services {
     const InjectMDStore& settings;
@@ -37,6 +38,10 @@ class InjectMDPaletteController final : public QObject, public PaletteController
   /// Takes the row for an answer.
   void choose(int row);
 
+ Q_SIGNALS:
+  /// The user wants to read on, or back, in what overwriting would change.
+  void turned(int pages);
+
  protected:
   PaletteListModel& list() override { return model_; }
   void begin() override;
@@ -50,15 +55,23 @@ class InjectMDPaletteController final : public QObject, public PaletteController
     QString folder;
     ExistingFile existing;
   };
+  /// How far the user was when the folder chooser took the palette's place.
+  struct Pause {
+    InjectMDSettings settings;
+    MDDocument document;
+    QString query;
+  };
 
   void scan();
   void start();
+  void resume(const Pause& pause);
   bool asksForDocument() const;
   void askForProject();
   void chooseFolder();
-  void inject(const QString& folder);
-  void ask(const QString& folder, const ExistingFile& existing);
-  void write(const QString& folder, MDInjector::Overwrite overwrite);
+  void takeFolder(const Pause& pause, const std::optional<QString>& folder);
+  void inject(const MDDocument& document, const QString& folder);
+  void ask(const MDDocument& document, const QString& folder, const ExistingFile& existing);
+  void write(const MDDocument& document, const QString& folder, MDInjector::Overwrite overwrite);
   void report(const InjectionError& error);
 
   Services services_;
@@ -67,6 +80,7 @@ class InjectMDPaletteController final : public QObject, public PaletteController
   InjectMDSettings settings_;
   MDDocument document_;
   std::optional<Question> question_;
+  std::optional<Pause> pause_;
   Job scan_;
   Job looking_;
   /// Lives as long as the controller: a file chosen soon after another drops neither.

@@ -26,6 +26,7 @@ void InjectMDPaletteModel::ask(Step step, bool isFirst, const QString& prompt) {
   isFirst_ = isFirst;
   step_ = step;
   prompt_ = prompt;
+  changes_.clear();
   restart();
 }
 
@@ -38,11 +39,11 @@ void InjectMDPaletteModel::askForDocument(const InjectMDSettings& settings) {
 
 void InjectMDPaletteModel::askForProject(bool isFirst) { ask(Step::project, isFirst, u"Filter projects…"_s); }
 
-void InjectMDPaletteModel::askToOverwrite(const MDDocument& document, const QString& folder,
-                                          const ExistingFile& existing) {
-  folder_ = projects_.shownPath(folder);
-  changes_ = u"%1: %2"_s.arg(visibleLine(document.fileName, kShown), existing.description());
-  ask(Step::overwrite, false, u"Overwrite the existing file in %1?"_s.arg(folder_));
+void InjectMDPaletteModel::askToOverwrite(const MDDocument& document, const QString& folder, ExistingFile existing) {
+  effect_ = u"%1: %2"_s.arg(visibleLine(document.fileName, kShown), existing.effect);
+  ask(Step::overwrite, false, u"Overwrite the existing file in %1?"_s.arg(projects_.shownPath(folder)));
+  changes_ = std::move(existing.changes);
+  Q_EMIT changed();
 }
 
 QString InjectMDPaletteModel::verb() const {
@@ -112,12 +113,13 @@ InjectMDPaletteModel::Line InjectMDPaletteModel::line(int row) const {
   if (const MDDocument* shown = document(row)) return documentLine(*shown);
   if (step_ == Step::project) return {u"Choose Folder…"_s, u"into any folder on disk"_s, u"folder"_s};
   if (row == 0) return {u"Keep the existing file"_s, u"Nothing is written"_s, u"xmark"_s};
-  return {u"Overwrite the existing file in %1"_s.arg(folder_), changes_, u"arrow.down.doc.fill"_s};
+  return {u"Overwrite the existing file"_s, effect_, u"arrow.down.doc.fill"_s};
 }
 
 InjectMDPaletteModel::Line InjectMDPaletteModel::documentLine(const MDDocument& document) const {
-  const qsizetype count = lineChanges({}, document.contents).added;
-  const QString size = count == 1 ? u"1 line"_s : u"%1 lines"_s.arg(count);
+  const QString& text = document.contents;
+  const bool hasOpenEnd = !text.isEmpty() && !text.endsWith(u'\n');
+  const QString size = countedLines(text.count(u'\n') + (hasOpenEnd ? 1 : 0));
   const bool isDefault = document.id == settings_.defaultDocument().id;
   return {visibleLine(document.fileName, kShown), isDefault ? size + u" · the default"_s : size,
           u"arrow.down.doc.fill"_s};

@@ -30,7 +30,7 @@ class InjectMDPaletteModel final : public PaletteListModel {
   void askForDocument(const InjectMDSettings& settings);
   /// `isFirst`: Escape does not lead back to another question.
   void askForProject(bool isFirst);
-  void askToOverwrite(const MDDocument& document, const QString& folder, const ExistingFile& existing);
+  void askToOverwrite(const MDDocument& document, const QString& folder, ExistingFile existing);
 
   Step step() const { return step_; }
   /// What is asked, in place of a query.
@@ -38,6 +38,9 @@ class InjectMDPaletteModel final : public PaletteListModel {
   /// What Return and Escape do, in a word or three.
   QString verb() const;
   QString escapeVerb() const { return isFirst_ ? QStringLiteral("close") : QStringLiteral("back"); }
+
+  /// What overwriting would change, as long as it is asked.
+  const std::vector<DiffLine>& changes() const { return changes_; }
 
   /// Null unless the row is that of a file, or of a project.
   const MDDocument* document(int row) const;
@@ -71,6 +74,6 @@ class InjectMDPaletteModel final : public PaletteListModel {
   InjectMDSettings settings_;
   std::vector<MDDocument> documents_;
   /// Of the file that would be overwritten.
-  QString folder_;
-  QString changes_;
+  QString effect_;
+  std::vector<DiffLine> changes_;
 };

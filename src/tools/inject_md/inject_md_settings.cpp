@@ -11,6 +11,16 @@ namespace {
 /// Of the file that everybody starts with: the same at each start, although nothing is saved before the first change.
 constexpr QUuid kFirstID(0x6f1d2c54, 0x3b0a, 0x4e57, 0x9a, 0x41, 0x0d, 0x8e, 0x52, 0xc7, 0x13, 0xb6);
 
+/// The name in the layout of earlier versions: one that cannot be a file's counts as not understood.
+struct SingleFileName {
+  QString text;
+};
+
+bool decode(const QJsonValue& value, SingleFileName& out) {
+  if (!decode(value, out.text)) return false;
+  return fileNameFault(out.text).isEmpty();
+}
+
 }  // namespace
 
 bool decode(const QJsonValue& value, std::vector<MDDocument>& out) {
@@ -35,9 +45,11 @@ void InjectMDSettings::read(JsonReader& reader) {
   MDDocument single{QUuid(), {}, {}};
   QString defaultID;
   reader.read("documents"_L1, stored);
-  const bool hasName = reader.read("fileName"_L1, single.fileName);
+  SingleFileName name;
+  const bool hasName = reader.read("fileName"_L1, name);
   const bool hasSingle = reader.read("template"_L1, single.contents) && hasName;
-  if (stored.empty() && hasSingle && fileNameFault(single.fileName).isEmpty()) stored.push_back(single);
+  single.fileName = name.text;
+  if (stored.empty() && hasSingle) stored.push_back(single);
   reader.read("defaultDocumentID"_L1, defaultID);
   if (stored.empty()) return;
   take(std::move(stored));

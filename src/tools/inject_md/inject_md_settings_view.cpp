@@ -104,12 +104,10 @@ QWidget* InjectMDSettingsView::makeButtons(const MDDocument& document) {
   made.makeDefault->setMinimumWidth(made.makeDefault->sizeHint().width());
   connect(made.edit, &QPushButton::clicked, this, [this, id] {
     edit(id);
-    editor_->setFocus();
+    editor_->takeFocus();
   });
-  connect(made.makeDefault, &QPushButton::clicked, this,
-          [this, id] { store_.update([id](InjectMDSettings& settings) { settings.makeDefault(id); }); });
-  connect(made.remove, &QPushButton::clicked, this,
-          [this, id] { store_.update([id](InjectMDSettings& settings) { settings.remove(id); }); });
+  connect(made.makeDefault, &QPushButton::clicked, this, [this, id] { makeDefault(id); });
+  connect(made.remove, &QPushButton::clicked, this, [this, id] { remove(id); });
   rows_.push_back(made);
   return control;
 }
@@ -138,7 +136,21 @@ void InjectMDSettingsView::add() {
   store_.update([&](InjectMDSettings& settings) { added = settings.add(name); });
   if (!added) return remark_->showError(added.error());
   edit(*added);
-  editor_->setFocus();
+  editor_->takeFocus();
 }
 
 void InjectMDSettingsView::edit(const QUuid& id) { editor_->edit(id); }
+
+/// The button is disabled then, and Qt would hand the focus on to the one that removes.
+void InjectMDSettingsView::makeDefault(const QUuid& id) {
+  store_.update([id](InjectMDSettings& settings) { settings.makeDefault(id); });
+  const auto row = std::ranges::find(rows_, id, &Row::id);
+  if (row != rows_.end()) row->edit->setFocus();
+}
+
+/// The focus goes to the row that takes the place, and there to what does no harm.
+void InjectMDSettingsView::remove(const QUuid& id) {
+  const auto place = static_cast<std::size_t>(std::ranges::find(rows_, id, &Row::id) - rows_.begin());
+  store_.update([id](InjectMDSettings& settings) { settings.remove(id); });
+  rows_[std::min(place, rows_.size() - 1)].edit->setFocus();
+}

@@ -36,6 +36,8 @@ class InjectMDSettingsView final : public QWidget {
   QWidget* makeAddControl();
   void add();
   void edit(const QUuid& id);
+  void makeDefault(const QUuid& id);
+  void remove(const QUuid& id);
 
   InjectMDStore& store_;
   QVBoxLayout* column_;

@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleOption>
+#include <QTextCursor>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -41,7 +42,6 @@ MDDocumentEditor::MDDocumentEditor(InjectMDStore& store, QWidget* parent)
   text_->setFrameShape(QFrame::NoFrame);
   text_->viewport()->setAutoFillBackground(false);
   text_->installEventFilter(this);
-  setFocusProxy(text_);
   pause_->setSingleShot(true);
   pause_->setInterval(kPause);
   auto* header = new QHBoxLayout;
@@ -57,10 +57,7 @@ MDDocumentEditor::MDDocumentEditor(InjectMDStore& store, QWidget* parent)
   column->addLayout(field);
   connect(text_, &QPlainTextEdit::textChanged, pause_, qOverload<>(&QTimer::start));
   connect(pause_, &QTimer::timeout, this, &MDDocumentEditor::commit);
-  connect(reset_, &QPushButton::clicked, this, [this] {
-    commit();
-    store_.update([this](InjectMDSettings& settings) { settings.resetToDefault(id_); });
-  });
+  connect(reset_, &QPushButton::clicked, this, &MDDocumentEditor::reset);
   connect(&store_, &StoreBase::changed, this, &MDDocumentEditor::follow);
 }
 
@@ -95,6 +92,22 @@ void MDDocumentEditor::commit() {
   text_->document()->setModified(false);
   store_.update([this](InjectMDSettings& settings) { settings.setContents(id_, text_->toPlainText()); });
 }
+
+/// As an edit, which can be undone like any other.
+void MDDocumentEditor::reset() {
+  commit();
+  const MDDocument* document = store_.value().find(id_);
+  if (!document) return;
+  QTextCursor everything(text_->document());
+  everything.select(QTextCursor::Document);
+  everything.insertText(wellKnownTemplate(document->fileName));
+  text_->document()->setModified(false);
+  store_.update([this](InjectMDSettings& settings) { settings.resetToDefault(id_); });
+  text_->moveCursor(QTextCursor::Start);
+  text_->setFocus();
+}
+
+void MDDocumentEditor::takeFocus() { text_->setFocus(); }
 
 bool MDDocumentEditor::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusOut) commit();

@@ -20,6 +20,7 @@ class MDDocumentEditor final : public QWidget {
   ~MDDocumentEditor() override;
 
   void edit(const QUuid& id);
+  void takeFocus();
   const QUuid& edited() const { return id_; }
 
  protected:
@@ -30,6 +31,7 @@ class MDDocumentEditor final : public QWidget {
  private:
   void follow();
   void commit();
+  void reset();
 
   InjectMDStore& store_;
   QUuid id_;

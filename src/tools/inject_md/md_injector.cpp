@@ -3,12 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringDecoder>
 
-#include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "base/atomic_file.h"
+#include "base/regular_file.h"
 #include "base/visible_text.h"
 
 using namespace Qt::StringLiterals;
@@ -17,51 +17,19 @@ namespace {
 
 constexpr int kShownName = 80;
 
-QStringList lines(const QString& text) {
-  QStringList lines = text.split(u'\n');
-  if (lines.last().isEmpty()) lines.removeLast();
-  return lines;
-}
-
-QString counted(qsizetype lines) { return lines == 1 ? u"1 line"_s : u"%1 lines"_s.arg(lines); }
-
-/// The length of the longest sequence of lines that both have in the same order.
-qsizetype commonLines(const QStringList& before, const QStringList& after) {
-  std::vector<qsizetype> row(static_cast<std::size_t>(after.size()) + 1);
-  for (const QString& line : before) {
-    qsizetype diagonal = 0;
-    for (std::size_t column = 1; column < row.size(); ++column) {
-      const bool isSame = line == after[static_cast<qsizetype>(column) - 1];
-      const qsizetype best = isSame ? diagonal + 1 : std::max(row[column], row[column - 1]);
-      diagonal = std::exchange(row[column], best);
-    }
-  }
-  return row.back();
+/// None for bytes that are no text.
+std::optional<QString> decoded(const QByteArray& bytes) {
+  // A byte order mark is a change as well: it is kept.
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+  QString text = decoder.decode(bytes);
+  const bool isText = text.toUtf8() == bytes && !text.contains(QChar::Null);
+  return isText ? std::optional(std::move(text)) : std::nullopt;
 }
 
 }  // namespace
 
-QString LineChanges::description() const {
-  if (added == 0 && removed == 0) return u"nothing would change"_s;
-  QStringList parts;
-  if (added > 0) parts.append(u"adds %1"_s.arg(counted(added)));
-  if (removed > 0) parts.append(u"removes %1"_s.arg(counted(removed)));
-  return parts.join(u", "_s);
-}
-
-LineChanges lineChanges(const QString& before, const QString& after) {
-  const QStringList old = lines(before);
-  const QStringList fresh = lines(after);
-  const qsizetype common = commonLines(old, fresh);
-  return {fresh.size() - common, old.size() - common};
-}
-
 QString InjectionError::description() const {
   return u"Couldn’t write %1: %2"_s.arg(visibleLine(fileName, kShownName), reason);
-}
-
-QString ExistingFile::description() const {
-  return changes ? changes->description() : u"replaces a file of more than 1 MB"_s;
 }
 
 MDInjector::MDInjector(MDDocument document, QString folder)
@@ -88,11 +56,14 @@ std::expected<std::optional<ExistingFile>, InjectionError> MDInjector::inspect()
 }
 
 ExistingFile MDInjector::compare() const {
-  QFile file(targetPath());
-  if (!file.open(QFile::ReadOnly)) return {};
-  const QByteArray before = file.read(kMaximumCompared + 1);
-  if (before.size() > kMaximumCompared) return {};
-  return {lineChanges(QString::fromUtf8(before), document_.contents)};
+  const auto file = openRegularFile(QFileInfo(targetPath()).canonicalFilePath());
+  if (!file) return {u"replaces a file that cannot be read"_s, {}};
+  const QByteArray before = (*file)->read(kMaximumCompared + 1);
+  if (before.size() > kMaximumCompared) return {u"replaces a file of more than 1 MB"_s, {}};
+  const auto text = decoded(before);
+  if (!text) return {u"replaces a file that is not text"_s, {}};
+  TextDiff diff = textDiff(*text, document_.contents);
+  return {diff.description(), std::move(diff.lines)};
 }
 
 std::expected<void, InjectionError> MDInjector::write(Overwrite overwrite) const {

@@ -2,20 +2,10 @@
 
 #include <expected>
 #include <optional>
+#include <vector>
 
 #include "tools/inject_md/md_document.h"
-
-/// How one text differs from another, in lines.
-struct LineChanges {
-  qsizetype added = 0;
-  qsizetype removed = 0;
-
-  bool operator==(const LineChanges&) const = default;
-  /// "adds 3 lines, removes 1 line", or that nothing changes.
-  QString description() const;
-};
-
-LineChanges lineChanges(const QString& before, const QString& after);
+#include "tools/inject_md/text_diff.h"
 
 /// Why a file was not put into a folder.
 struct InjectionError {
@@ -27,11 +17,10 @@ struct InjectionError {
 
 /// What stands in the place of a file that is to be written.
 struct ExistingFile {
-  /// None for a file too large to compare.
-  std::optional<LineChanges> changes;
-
-  /// What overwriting would do.
-  QString description() const;
+  /// What overwriting would do, "adds 1 line" say.
+  QString effect;
+  /// None where lines cannot be compared.
+  std::vector<DiffLine> changes;
 };
 
 /// Puts one file into one folder. Blocking; for any thread.

@@ -53,6 +53,7 @@ void InstalledPresets::read(const QByteArray& output) {
   const QByteArrayList lines = output.split('\n');
   const auto says = [&lines](const QString& what) { return lines.contains((kMark + what).toLatin1()); };
   if (!says(u"end"_s)) return;
+  isKnown_ = true;
   std::set<QString> missing;
   for (std::size_t index = 0; index < presets_.size(); ++index)
     if (!presets_[index].probe.isEmpty() && !says(QString::number(index))) missing.insert(presets_[index].name);

@@ -18,6 +18,8 @@ class InstalledPresets final : public QObject {
       : presets_(std::move(presets)), shell_(std::move(shell)) {}
 
   const std::vector<LaunchPreset>& presets() const { return presets_; }
+  /// Whether an answer has come.
+  bool isKnown() const { return isKnown_; }
   bool isInstalled(const QString& name) const { return !missing_.contains(name); }
   /// Asks anew; nothing happens while an answer is awaited.
   void look();
@@ -30,6 +32,7 @@ class InstalledPresets final : public QObject {
 
   std::vector<LaunchPreset> presets_;
   QString shell_;
+  bool isKnown_ = false;
   std::set<QString> missing_;
   Job job_;
 };

@@ -60,7 +60,7 @@ constexpr std::array kLinuxPresets = {
 
 QString probeFor(QLatin1StringView needs) {
   if (needs.isEmpty()) return {};
-  if (needs.endsWith(".app"_L1)) return u"test -d /Applications/%1"_s.arg(needs);
+  if (needs.endsWith(".app"_L1)) return u"test -d /Applications/%1 -o -d ~/Applications/%1"_s.arg(needs);
   return u"command -v %1"_s.arg(needs);
 }
 
@@ -117,7 +117,7 @@ QString expandTemplate(const QString& command, const LaunchPlaces& places) {
     if (value == std::end(values)) {
       line += command[at++];
     } else {
-      line += shellQuote(value->second);
+      line += singleQuoted(value->second);
       at += value->first.size();
     }
   }

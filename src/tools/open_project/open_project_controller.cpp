@@ -27,20 +27,32 @@ void OpenProjectController::begin() {
   using std::chrono::milliseconds;
   const auto now = std::chrono::duration_cast<milliseconds>(services_.clock.now());
   model_.startOver(QDateTime::fromMSecsSinceEpoch(now.count()));
-  services_.installed.look();
+  if (!services_.installed.isKnown()) services_.installed.look();
+  services_.newProjects.reload();
   scan_ = Job::start();
-  const auto work = [&scanner = services_.scanner, history = services_.history.value()](const std::stop_token& stop) {
-    return ProjectFolders(scanner).recent(history.includeClaude, history.includeCodex, kProjectScanLimit, stop);
+  const auto work = [&scanner = services_.scanner, history = services_.history.value(),
+                     made = services_.newProjects.value()](const std::stop_token& stop) {
+    return withNewProjects(
+        ProjectFolders(scanner).recent(history.includeClaude, history.includeCodex, kProjectScanLimit, stop), made);
   };
-  runInBackground(scan_, work,
-                  [this](std::vector<ProjectFolder> folders) { model_.finishLoading(std::move(folders)); });
+  runInBackground(scan_, work, [this](std::vector<ProjectFolder> folders) { model_.takeProjects(std::move(folders)); });
+}
+
+void OpenProjectController::add(const QString& path) {
+  services_.newProjects.reload();
+  services_.newProjects.update([&path](NewProjects& made) { made.add(path); });
 }
 
 void OpenProjectController::offer(const QString& path) {
   show();
   ProjectFolder folder;
   folder.path = path;
-  model_.showCommands(folder);
+  showCommands(folder);
+}
+
+void OpenProjectController::showCommands(const ProjectFolder& folder) {
+  services_.installed.look();
+  model_.showCommands(folder, services_.projects.commandOr(services_.settings.value().command));
 }
 
 void OpenProjectController::choose(int row) {
@@ -56,7 +68,7 @@ void OpenProjectController::chooseSelected(const KeyPress& key) {
   const ProjectFolder* folder = model_.selectedFolder();
   if (!folder) return;
   if (services_.settings.value().askForCommand || key.command)
-    model_.showCommands(*folder);
+    showCommands(*folder);
   else
     open(*folder, services_.settings.value().command);
 }

@@ -4,6 +4,7 @@
 #include "tools/open_project/open_project_model.h"
 #include "tools/open_project/open_project_settings.h"
 #include "tools/open_project/project_launcher.h"
+#include "tools/projects/new_projects.h"
 #include "tools/session_history/vibe_history_settings.h"
 
 class Pasteboard;
@@ -23,6 +24,8 @@ class OpenProjectController final : public QObject, public PaletteController {
     ProjectLauncher& projects;
     InstalledPresets& installed;
     Pasteboard& pasteboard;
+    /// May be written to by the command line at any time.
+    NewProjectStore& newProjects;
     ToastPresenter& toasts;
     Clock& clock;
     LauncherOpener& launcher;
@@ -32,7 +35,9 @@ class OpenProjectController final : public QObject, public PaletteController {
   OpenProjectController(Services services, QString home, PanelFactory makePanel);
 
   OpenProjectModel& model() { return model_; }
-  /// Shows the palette with the commands for one folder, which need not be among the recent ones.
+  /// Lists a project that was made just now among the recent ones, before any agent has worked there.
+  void add(const QString& path);
+  /// Shows the palette with the commands for one folder.
   void offer(const QString& path);
   /// A click on a row.
   void choose(int row);
@@ -45,6 +50,7 @@ class OpenProjectController final : public QObject, public PaletteController {
   void ended() override { scan_ = Job(); }
 
  private:
+  void showCommands(const ProjectFolder& folder);
   void open(const ProjectFolder& folder, const QString& command);
   void opened(const ProjectFolder& folder);
   void failed(const LaunchError& error);

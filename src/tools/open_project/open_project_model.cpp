@@ -17,11 +17,19 @@ void OpenProjectModel::startOver(const QDateTime& now) {
   beginLoading(now);
 }
 
-void OpenProjectModel::showCommands(const ProjectFolder& folder) {
+void OpenProjectModel::takeProjects(std::vector<ProjectFolder> folders) {
+  if (isChoosingCommand())
+    keep(std::move(folders));
+  else
+    finishLoading(std::move(folders));
+}
+
+void OpenProjectModel::showCommands(const ProjectFolder& folder, const QString& usual) {
   projectQuery_ = query();
   projectIndex_ = selectionIndex();
   chosen_ = folder;
   restart();
+  if (const LaunchPreset* preset = presetOf(commands_, usual)) select(static_cast<int>(preset - commands_.data()));
 }
 
 void OpenProjectModel::showProjects() {
@@ -77,6 +85,8 @@ void OpenProjectModel::collectRows() {
   std::ranges::copy_if(installed_.presets(), std::back_inserter(commands_), [&key](const LaunchPreset& preset) {
     return key.isEmpty() || searchKey(preset.name).contains(key) || searchKey(preset.command).contains(key);
   });
+  std::ranges::stable_partition(
+      commands_, [this](const QString& name) { return installed_.isInstalled(name); }, &LaunchPreset::name);
 }
 
 void OpenProjectModel::followInstalled() {

@@ -19,8 +19,10 @@ class OpenProjectModel final : public ProjectListModel {
   OpenProjectModel(const InstalledPresets& installed, QString home);
 
   void startOver(const QDateTime& now);
-  /// Goes on to the commands for `folder`.
-  void showCommands(const ProjectFolder& folder);
+  /// What the scan found; the commands, where they are shown by now, stay as they are.
+  void takeProjects(std::vector<ProjectFolder> folders);
+  /// Goes on to the commands for `folder`; the one of the template `usual` is selected.
+  void showCommands(const ProjectFolder& folder, const QString& usual);
   /// Goes back to the projects, as they were.
   void showProjects();
 
@@ -42,6 +44,7 @@ class OpenProjectModel final : public ProjectListModel {
 
   const InstalledPresets& installed_;
   std::optional<ProjectFolder> chosen_;
+  /// What is installed, as far as is known, before what is not.
   std::vector<LaunchPreset> commands_;
   /// Of the projects, while the commands are shown.
   QString projectQuery_;

@@ -20,26 +20,32 @@ constexpr std::array kAgentFlags = {
     AgentFlag{"gemini"_L1, "--yolo"_L1},
 };
 
+struct Switch {
+  QLatin1StringView key;
+  bool OpenProjectSettings::* value;
+};
+
+constexpr std::array kSwitches = {
+    Switch{"copyResume"_L1, &OpenProjectSettings::copyResume},
+    Switch{"askForCommand"_L1, &OpenProjectSettings::askForCommand},
+    Switch{"autoRunAgent"_L1, &OpenProjectSettings::autoRunAgent},
+    Switch{"agentYolo"_L1, &OpenProjectSettings::agentYolo},
+};
+
 QStringList words(const QString& command) { return command.trimmed().split(u' ', Qt::SkipEmptyParts); }
 
 }  // namespace
 
 void OpenProjectSettings::read(JsonReader& reader) {
+  for (const Switch& entry : kSwitches) reader.read(entry.key, this->*entry.value);
   reader.read("command"_L1, command);
-  reader.read("copyResume"_L1, copyResume);
-  reader.read("askForCommand"_L1, askForCommand);
-  reader.read("autoRunAgent"_L1, autoRunAgent);
   reader.read("agentCommand"_L1, agentCommand);
-  reader.read("agentYolo"_L1, agentYolo);
 }
 
 void OpenProjectSettings::write(QJsonObject& object) const {
+  for (const Switch& entry : kSwitches) object.insert(entry.key, this->*entry.value);
   if (!command.isEmpty()) object.insert("command"_L1, command);
-  object.insert("copyResume"_L1, copyResume);
-  object.insert("askForCommand"_L1, askForCommand);
-  object.insert("autoRunAgent"_L1, autoRunAgent);
   object.insert("agentCommand"_L1, agentCommand);
-  object.insert("agentYolo"_L1, agentYolo);
 }
 
 QString OpenProjectSettings::effectiveAgentCommand() const {

@@ -45,7 +45,7 @@ void OpenProjectSettingsView::addCommand(SettingsSection& section) {
   preset_->addItem(u"Custom"_s);
   section.addRow(u"Program"_s, {}, preset_);
   command_ = makeField(&OpenProjectSettings::command, u"Command"_s);
-  section.addRow(u"Command"_s, u"%path is the project’s folder, %arg its name."_s, command_);
+  section.addRow(u"Command"_s, u"%path: its folder, %arg: its name"_s, command_);
   section.addRow(u"Choose each time"_s, u"Lists these programs after you pick a project."_s,
                  makeStoreSwitch(store_, &OpenProjectSettings::askForCommand, u"Choose each time"_s));
   section.addRow(u"Copy the resume command"_s, u"Puts the last session’s resume command on the clipboard."_s,
@@ -54,7 +54,7 @@ void OpenProjectSettingsView::addCommand(SettingsSection& section) {
     const auto chosen = static_cast<std::size_t>(index);
     if (chosen >= installed_.presets().size()) {
       command_->setFocus();
-      return follow();
+      return command_->selectAll();
     }
     store_.update([&](OpenProjectSettings& values) { values.command = installed_.presets()[chosen].command; });
   });
@@ -75,9 +75,9 @@ QLineEdit* OpenProjectSettingsView::makeField(QString OpenProjectSettings::* tex
   field->setFixedWidth(kFieldWidth);
   field->setAccessibleName(name);
   connect(field, &QLineEdit::editingFinished, this, [this, field, text] {
-    if (!field->isModified()) return;
+    if (field->isModified())
+      store_.update([&](OpenProjectSettings& values) { values.*text = field->text().trimmed(); });
     field->setModified(false);
-    store_.update([&](OpenProjectSettings& values) { values.*text = field->text().trimmed(); });
     follow();
   });
   return field;
@@ -105,6 +105,7 @@ void OpenProjectSettingsView::followAgent(const LaunchPreset* preset) {
   const bool opensTerminal = settings.askForCommand || (preset && preset->isTerminal());
   const bool starts = opensTerminal && settings.autoRunAgent;
   const bool knowsFlag = !yoloFlag(settings.agentCommand).isEmpty();
+  const bool namesAgent = !settings.agentCommand.trimmed().isEmpty();
   runsAgent_->setEnabled(opensTerminal);
   agent_->setEnabled(starts);
   yolo_->setEnabled(starts && knowsFlag);
@@ -112,9 +113,10 @@ void OpenProjectSettingsView::followAgent(const LaunchPreset* preset) {
                              ? QString()
                              : u"Only available when opening a terminal — pick %1 under “Open with” above."_s.arg(
                                    terminalNames(installed_.presets())));
-  yoloRemark_->showHint(!starts || knowsFlag ? QString()
-                                             : u"No known YOLO flag for this agent — add its skip-permissions flag to "
-                                               u"the command yourself."_s);
+  yoloRemark_->showHint(!starts || knowsFlag || !namesAgent
+                            ? QString()
+                            : u"No known YOLO flag for this agent — add its skip-permissions flag to "
+                              u"the command yourself."_s);
 }
 
 void OpenProjectSettingsView::greyMissing() {

@@ -26,17 +26,23 @@ struct LaunchRequest {
 /// application, ends; what it prints is nobody's. Main thread only.
 class ProjectLauncher {
  public:
-  /// On the main thread, once.
+  /// On the main thread: how it ended; and once more, with an error, where a command that seemed to have opened its
+  /// window fails a little later, as after a shell's slow profile.
   using Done = std::function<void(const std::expected<void, LaunchError>&)>;
 
   /// A command that still runs after this time has opened its window: many terminals stay until that is closed.
   static constexpr std::chrono::milliseconds kSettled{1500};
+  /// A failure after this time is of the window that was open, and none of ours: many terminals end as their shell
+  /// does.
+  static constexpr std::chrono::seconds kFollowed{10};
 
   struct Settings {
     std::vector<LaunchPreset> presets;
     /// The value of SHELL; empty when it is unset.
     QString shell;
     QString temporaryFolder;
+    /// Runs the agent scripts.
+    QString scriptShell;
 
     /// Those of the user who runs the program.
     static Settings standard(const SystemInfo& system);
@@ -49,8 +55,12 @@ class ProjectLauncher {
   QString commandOr(const QString& command) const { return command.isEmpty() ? presets().front().command : command; }
 
   void open(const LaunchRequest& request, Done done);
+  /// Those that an earlier run has left. Blocking, shortly.
+  void removeOldScripts() const;
 
  private:
+  struct Launch;
+
   std::expected<QString, LaunchError> commandLine(const LaunchRequest& request, QString& script) const;
   void run(const QString& line, const QString& script, Done done);
 

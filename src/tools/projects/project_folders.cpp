@@ -27,6 +27,9 @@ std::vector<ProjectFolder> byFolder(const std::vector<VibeSession>& sessions) {
   return folders;
 }
 
+/// A relative path would be looked for below wherever this program runs.
+bool isFolder(const QString& path) { return path.startsWith(u'/') && QFileInfo(path).isDir(); }
+
 }  // namespace
 
 QString ProjectFolder::name() const { return path.section(QLatin1Char('/'), -1, -1, QString::SectionSkipEmpty); }
@@ -34,7 +37,7 @@ QString ProjectFolder::name() const { return path.section(QLatin1Char('/'), -1, 
 std::vector<ProjectFolder> ProjectFolders::recent(bool includeClaude, bool includeCodex, std::size_t scanLimit,
                                                   const std::stop_token& stop) const {
   std::vector<ProjectFolder> folders = byFolder(scanner_.recentSessions(scanLimit, includeClaude, includeCodex, stop));
-  std::erase_if(folders, [](const ProjectFolder& folder) { return !QFileInfo(folder.path).isDir(); });
+  std::erase_if(folders, [](const ProjectFolder& folder) { return !isFolder(folder.path); });
   for (ProjectFolder& folder : folders) {
     if (stop.stop_requested()) break;
     folder.kind = detectProjectKind(folder.path);

@@ -32,9 +32,13 @@ void ProjectListModel::beginLoading(const QDateTime& now) {
 }
 
 void ProjectListModel::finishLoading(std::vector<ProjectFolder> folders) {
+  keep(std::move(folders));
+  refilter();
+}
+
+void ProjectListModel::keep(std::vector<ProjectFolder> folders) {
   all_ = std::move(folders);
   isLoading_ = false;
-  refilter();
 }
 
 const ProjectFolder* ProjectListModel::selectedFolder() const {
@@ -90,7 +94,8 @@ QString ProjectListModel::shownPath(const QString& path) const {
 }
 
 QString ProjectListModel::accessibleText(const ProjectFolder& folder) const {
-  return u"%1, %2, %3, %4"_s.arg(visibleLine(folder.name(), kShown), shownPath(folder.path),
-                                 agentNames(folder, &SessionAgentText::displayName).join(u" and "_s),
-                                 relativeTime(localTime(folder.lastActivity), now_));
+  QStringList parts{visibleLine(folder.name(), kShown), shownPath(folder.path)};
+  if (!folder.agents.empty()) parts.append(agentNames(folder, &SessionAgentText::displayName).join(u" and "_s));
+  parts.append(relativeTime(localTime(folder.lastActivity), now_));
+  return parts.join(u", "_s);
 }

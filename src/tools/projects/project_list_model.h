@@ -47,6 +47,8 @@ class ProjectListModel : public PaletteListModel {
   QVariant data(const QModelIndex& index, int role) const override;
 
  protected:
+  /// Takes over what the scan found, for the next `collectRows`.
+  void keep(std::vector<ProjectFolder> folders);
   void collectRows() override;
 
  private:

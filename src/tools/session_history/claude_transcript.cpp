@@ -61,7 +61,7 @@ class ClaudeParser {
 
   void take(std::string_view line, std::string_view mark, std::string_view key, QString& title) {
     if (!title.isEmpty() || !contains(line, mark)) return;
-    if (const auto record = decoder_.decode(line)) title = text(*record, {key}).value_or(QString()).simplified();
+    if (const auto record = decoder_.decode(line)) title = shortLine(text(*record, {key}).value_or(QString()));
   }
 
   void takeLastPrompt(std::string_view line) {

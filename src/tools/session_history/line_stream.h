@@ -8,7 +8,7 @@
 /// Reads a whole file line by line in bounded memory. For one thread; a line holds until the next is asked for.
 class LineStream {
  public:
-  /// Longer lines are passed over, in bytes: they hold pasted files, and memory must stay bounded.
+  /// Lines longer by a block are passed over, in bytes: they hold pasted files, and memory must stay bounded.
   static constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
 
   LineStream() = default;

@@ -16,6 +16,8 @@ QString firstCharacters(const QString& text, int count) {
 
 }  // namespace
 
+QString shortLine(const QString& text, int longest) { return firstCharacters(text.simplified(), longest); }
+
 std::optional<QString> cleanPrompt(const QString& prompt, int longest) {
   const QString line = prompt.simplified();
   if (line.isEmpty() || line.startsWith(u'<') || line.startsWith("Caveat:"_L1)) return std::nullopt;

@@ -10,6 +10,7 @@
 
 #include "base/text_search.h"
 #include "base/visible_text.h"
+#include "tools/session_history/byte_phrase.h"
 #include "tools/session_history/line_stream.h"
 #include "tools/session_history/prompt_words.h"
 #include "tools/session_history/transcript_parsers.h"
@@ -29,26 +30,12 @@ struct Candidate {
   SessionAgent agent;
 };
 
-/// The longest run of plain letters and digits in the key: whatever contains the key contains it byte by byte,
-/// but for letter case, for no agent escapes those in JSON.
-std::string plainRun(const QString& key) {
-  std::string longest;
-  std::string run;
-  for (const QChar character : key) {
-    const bool isPlain = character.unicode() < 0x80 && character.isLetterOrNumber();
-    if (isPlain)
-      run += static_cast<char>(character.toLower().unicode());
-    else
-      run.clear();
-    if (run.size() > longest.size()) longest = run;
-  }
-  return longest;
-}
-
 /// Looks for one text in one file after the other. For one thread.
 class FileSearch {
  public:
-  explicit FileSearch(const QString& text) : key_(searchKey(text)), run_(plainRun(key_)) {}
+  /// `text`: one line.
+  explicit FileSearch(const QString& text)
+      : key_(searchKey(text)), phrase_(text.normalized(QString::NormalizationForm_C)) {}
 
   /// The first text that contains what is looked for, cut to an excerpt; null when there is none.
   QString excerpt(const Candidate& candidate, const std::stop_token& stop) {
@@ -62,25 +49,20 @@ class FileSearch {
 
  private:
   QString inBlock(std::string_view block, SessionAgent agent) {
-    if (run_.empty()) return inEveryLine(block, agent);
+    if (phrase_.isEmpty()) return inEveryLine(block, agent);
     lowered_.resize(block.size());
-    std::ranges::transform(block, lowered_.begin(), [](char character) {
-      return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
-    });
-    const std::string_view lowered = lowered_;
-    for (std::size_t at = find(lowered, 0); at != std::string_view::npos;) {
-      const std::size_t start = block.substr(0, at).rfind('\n') + 1;
-      const std::size_t end = std::min(block.find('\n', at), block.size());
-      if (const QString found = inLine(block.substr(start, end - start), agent); !found.isNull()) return found;
-      at = end < block.size() ? find(lowered, end + 1) : std::string_view::npos;
+    std::ranges::transform(block, lowered_.begin(), lowered);
+    std::string_view rest = lowered_;
+    for (std::size_t at = phrase_.findLongest(rest); at != std::string_view::npos; at = phrase_.findLongest(rest)) {
+      const std::size_t start = rest.substr(0, at).rfind('\n') + 1;
+      const std::size_t end = std::min(rest.find('\n', at), rest.size() - 1) + 1;
+      const std::string_view line = rest.substr(start, end - start);
+      rest.remove_prefix(end);
+      if (!phrase_.mayBeIn(line)) continue;
+      const std::size_t place = static_cast<std::size_t>(line.data() - lowered_.data());
+      if (const QString found = inLine(block.substr(place, line.size()), agent); !found.isNull()) return found;
     }
     return {};
-  }
-
-  std::size_t find(std::string_view lowered, std::size_t from) const {
-    const auto* place =
-        static_cast<const char*>(memmem(lowered.data() + from, lowered.size() - from, run_.data(), run_.size()));
-    return place == nullptr ? std::string_view::npos : static_cast<std::size_t>(place - lowered.data());
   }
 
   QString inEveryLine(std::string_view block, SessionAgent agent) {
@@ -96,14 +78,19 @@ class FileSearch {
     for (const QString& text : spokenTexts(line, agent, decoder_)) {
       const QString shown = text.simplified();
       const qsizetype at = searchKey(shown).indexOf(key_);
-      if (at >= 0)
-        return visibleLine((at > kLead ? u"…"_s : QString()) + shown.mid(std::max<qsizetype>(at - kLead, 0)), kExcerpt);
+      if (at >= 0) return around(at, shown);
     }
     return {};
   }
 
+  static QString around(qsizetype place, const QString& text) {
+    if (place <= kLead) return visibleLine(text, kExcerpt);
+    const qsizetype start = std::min(place - kLead, text.size() - 1);
+    return visibleLine(u'…' + text.mid(text[start].isLowSurrogate() ? start + 1 : start), kExcerpt);
+  }
+
   QString key_;
-  std::string run_;
+  BytePhrase phrase_;
   std::string lowered_;
   LineStream stream_;
   LineDecoder decoder_;
@@ -147,7 +134,7 @@ class Search {
   }
 
   void work(const std::stop_token& ended) {
-    FileSearch search(request_.text);
+    FileSearch search(request_.text.simplified());
     ParserScratch scratch;
     for (std::size_t index = next_++; index < candidates_.size() && !ended.stop_requested(); index = next_++) {
       {
@@ -197,6 +184,6 @@ std::vector<Candidate> candidatesBelow(const std::string& home, const SearchRequ
 
 void searchTranscripts(const QString& home, const SearchRequest& request,
                        const std::function<void(const SearchHit&)>& found, const std::stop_token& stop) {
-  if (request.text.isEmpty()) return;
+  if (request.text.simplified().isEmpty()) return;
   Search(candidatesBelow(QFile::encodeName(home).toStdString(), request), request, stop).run(found);
 }

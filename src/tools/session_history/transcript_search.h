@@ -15,7 +15,7 @@ struct SearchHit {
 };
 
 struct SearchRequest {
-  /// Compared as searches in lists are: letter case does not count.
+  /// Compared as searches in lists are: letter case does not count, nor how words are spaced.
   QString text;
   bool includeClaude = true;
   bool includeCodex = true;

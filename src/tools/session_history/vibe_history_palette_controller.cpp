@@ -24,7 +24,8 @@ struct Scanned {
 Scanned scanned(std::vector<VibeSession> sessions) {
   QStringList gone;
   for (const VibeSession& session : sessions)
-    if (!gone.contains(session.cwd) && !QFileInfo(session.cwd).isDir()) gone.append(session.cwd);
+    if (!gone.contains(session.cwd) && !(session.cwd.startsWith(u'/') && QFileInfo(session.cwd).isDir()))
+      gone.append(session.cwd);
   return {std::move(sessions), std::move(gone)};
 }
 

@@ -43,13 +43,18 @@ void VibeHistoryPaletteModel::finishLoading(std::vector<VibeSession> sessions, Q
 void VibeHistoryPaletteModel::setNow(const QDateTime& now) {
   const bool regroups = now.date() != now_.date();
   now_ = now;
-  if (regroups) {
-    const int selected = selectionIndex();
-    refilter();
-    select(selected);
-  } else if (rowCount() > 0) {
+  if (regroups)
+    regroup();
+  else if (rowCount() > 0)
     Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TimeRole, Qt::AccessibleTextRole});
-  }
+}
+
+/// Where two days fall into one group their projects join, and rows change their places.
+void VibeHistoryPaletteModel::regroup() {
+  const std::string selected = selectedSession() ? selectedSession()->transcript : std::string();
+  refilter();
+  const auto row = std::ranges::find(filtered_, selected, &VibeSession::transcript);
+  select(static_cast<int>(row - filtered_.begin()));
 }
 
 const VibeSession* VibeHistoryPaletteModel::selectedSession() const {

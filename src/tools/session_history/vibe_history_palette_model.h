@@ -71,6 +71,7 @@ class VibeHistoryPaletteModel final : public PaletteListModel {
   bool matches(const VibeSession& session) const;
   void group(const VibeSession& session);
   void flatten();
+  void regroup();
   QString accessibleText(const VibeSession& session) const;
 
   std::vector<VibeSession> all_;

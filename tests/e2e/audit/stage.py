@@ -1,7 +1,10 @@
 """The program in one appearance at one scale, and a camera for its windows."""
 
+import uuid
 from collections import namedtuple
+from pathlib import Path
 
+from driver.agents import claude_session, codex_session
 from driver.application import Application
 from driver.display import run
 from driver.waiting import expect, until
@@ -10,6 +13,8 @@ from driver.x import Desktop
 from . import tree
 
 Look = namedtuple("Look", "appearance scale")
+# By the file that says of what kind each is; the newest first.
+PROJECTS = {"checkout": "Cargo.toml", "Größe 日本": "Dockerfile", "a site with a long name and more": "go.mod"}
 LOOKS = [Look("light", 1), Look("dark", 1), Look("light", 2), Look("dark", 2)]
 
 
@@ -24,6 +29,28 @@ class Stage:
         self.application.environment["QT_SCALE_FACTOR"] = str(look.scale)
         self.application.write_json("app-settings.json", {"appearance": look.appearance})
         self.application.write_commands()
+        self.write_template_folders()
+        self.write_projects()
+
+    def write_template_folders(self):
+        """Two for Boilerplates, one behind a long path."""
+        entries = []
+        for folder in ("web", "a long way down to the templates of everybody who works here/rust command line"):
+            path = Path(self.application.home.name) / "templates" / folder
+            path.mkdir(parents=True, exist_ok=True)
+            entries.append({"id": str(uuid.uuid4()), "name": path.name.capitalize(), "path": str(path)})
+        self.application.write_json("boilerplates.json", {"templates": entries, "lastPlace": "/tmp"})
+
+    def write_projects(self):
+        """Folders in which the agents have worked."""
+        home = Path(self.application.home.name)
+        for age, (name, mark) in enumerate(PROJECTS.items(), 1):
+            folder = home / "work" / name
+            folder.mkdir(parents=True)
+            (folder / mark).touch()
+            codex_session(home, str(folder), f"Look at {name}", minutes_ago=40 * age)
+            if age % 2:
+                claude_session(home, str(folder), ["Add a test"], f"A test for {name}", minutes_ago=300 * age)
 
     def start(self):
         self.application.start()

@@ -162,7 +162,9 @@ def give_viewport(control, viewport):
 
 
 def scrolls(control):
-    """Whether it cuts off what is in it: a scroll bar stands in it, or in the strip that it keeps for one."""
+    """Whether it cuts off what is in it: a list does, or a scroll bar stands in it or in the strip kept for one."""
+    if control.role in ("list", "table", "tree"):
+        return True
     nearest = [*control.children, *(below for child in control.children for below in child.children)]
     return any(control.role == "scroll bar" for control in nearest)
 

@@ -1,8 +1,12 @@
 """Every window of the application, and how one gets to see each of its pages."""
 
 from collections import namedtuple
+from pathlib import Path
 
+from driver import clipboard
 from driver.waiting import until
+
+from .stage import PROJECTS
 
 # What to call the picture, and the title of the window that is in it. A panel has the keyboard as a whole: no Tab.
 View = namedtuple("View", "name title has_tab", defaults=[True])
@@ -23,7 +27,15 @@ ONE_PAGE = {
     "usage": "Usage",
     "whats-new": "What's New",
 }
-PANELS = {"menu": "Vantle Menu", "launcher": "Vantle Launcher", "frequent-clis": "Frequent CLIs", "vibe-history": "Vibe History", "inject-md": "Inject MD"}
+BOILERPLATES = "Boilerplates"
+PANELS = {
+    "menu": "Vantle Menu",
+    "launcher": "Vantle Launcher",
+    "frequent-clis": "Frequent CLIs",
+    "vibe-history": "Vibe History",
+    "inject-md": "Inject MD",
+    "open-project": "Open Project",
+}
 
 
 def first_run(stage):
@@ -101,4 +113,54 @@ def panels(stage):
         stage.close_window(title)
 
 
-ALL = [first_run, settings, unfolded_privacy, windows, panels]
+def boilerplates(stage):
+    """The palette of Boilerplates question by question."""
+    stage.summon("boilerplates")
+    for name, row, answer in (("which", "Web", ""), ("name", "New project from Web", "shop"), ("where", "Choose Folder…", "")):
+        stage.desktop.type(answer)
+        until(f"“{row}” is offered", lambda: any(row in control.name for control in stage.readable(BOILERPLATES) or ()))
+        yield View(f"boilerplates-{name}", BOILERPLATES, has_tab=False)
+        stage.desktop.press("Return" if name != "where" else "Escape")
+    stage.desktop.press("Escape")
+    stage.close_window(BOILERPLATES)
+
+
+def file_drop(stage):
+    """The drop window from empty to its result."""
+    title = "File Drop"
+    item = Path(stage.application.home.name) / "notes.txt"
+    item.write_text("hello\n")
+    stage.summon("bulk-upload")
+    stage.wait_for(title, "Drop files or folders here")
+    yield View("file-drop-empty", title, has_tab=False)
+    # As file managers do.
+    clipboard.copy(f"{item.as_uri()}\r\n".encode(), "text/uri-list")
+    stage.desktop.press("Ctrl+v")
+    stage.wait_for(title, "notes.txt, 6 bytes")
+    yield View("file-drop-list", title, has_tab=False)
+    # A service that nobody is.
+    stage.application.write_json("BulkUpload/config.json", {"endpoint": "http://127.0.0.1:9/", "token": ""})
+    stage.desktop.press("Return")
+    stage.wait_for(title, "Not uploaded")
+    yield View("file-drop-failed", title, has_tab=False)
+    (stage.application.folder / "BulkUpload/config.json").unlink()
+    stage.desktop.press("Return")
+    until("there is a link", lambda: stage.control(title, "Link copied to clipboard"), 20)
+    yield View("file-drop-done", title, has_tab=False)
+    stage.close_window(title)
+
+
+def open_with(stage):
+    """The commands that open a project, with the missing ones greyed."""
+    title = PANELS["open-project"]
+    stage.summon("open-project")
+    stage.wait_for(title, f"{next(iter(PROJECTS))}, ")
+    stage.desktop.press("Ctrl+Return")
+    stage.wait_for(title, "Default terminal")
+    until("missing ones are marked", lambda: any("not installed" in control.name for control in stage.tree(title)))
+    yield View("open-project-commands", title, has_tab=False)
+    stage.desktop.press("Escape")
+    stage.close_window(title)
+
+
+ALL = [first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, open_with]

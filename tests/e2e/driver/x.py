@@ -16,7 +16,8 @@ KEYSYMS = {
     "comma": "comma",
     "Backspace": "BackSpace",
 }
-CHARACTERS = {" ": "space", ",": "comma", "-": "minus", ".": "period", "/": "slash", "\\": "backslash"}
+# What the US layout has on a key's second level.
+SHIFTED = set('ABCDEFGHIJKLMNOPQRSTUVWXYZ~!@#$%^&*()_+{}|:"<>?')
 
 # A window in root coordinates.
 Shape = namedtuple("Shape", "id x y width height title")
@@ -53,8 +54,11 @@ class Desktop:
     def type(self, text, pause=0.0):
         """Types characters one by one, `pause` seconds apart."""
         for character in text:
-            keysym = XK.string_to_keysym(CHARACTERS.get(character, character))
-            self._tap(self.display.keysym_to_keycode(keysym), shifted=character.isupper())
+            # The keysym of a printable ASCII character is its code.
+            code = self.display.keysym_to_keycode(ord(character))
+            if not code:
+                raise ValueError(f"no key types {character!r}")
+            self._tap(code, shifted=character in SHIFTED)
             if pause:
                 time.sleep(pause)
 

@@ -44,12 +44,18 @@ def makes_a_project(world):
         expect(f"nothing else came along: {names}", names == [".gitignore", "shop.md"])
         until("it is offered to be opened", world.palette)
         world.picture("offered")
-        # The first Escape leads to the recent projects.
+        # The first Escape leads to the recent projects, and it is one.
         world.desktop.press("Escape")
+        world.see("shop, ~/it's wörk/shop, ")
         world.close_palette()
 
         application.command("new", "web page", str(work / "blog"))
         expect("the command line makes one too", (work / "blog" / "blog.md").is_file())
+        world.desktop.press("Ctrl+Alt+o")
+        world.see("blog, ~/it's wörk/blog, ")
+        world.see("shop, ~/it's wörk/shop, ")
+        world.picture("listed")
+        world.close_palette()
 
 
 STEPS = [makes_a_project]

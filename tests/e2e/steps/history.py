@@ -50,6 +50,29 @@ def copies_a_resume_command(world):
         world.quiet()
 
 
+def keeps_what_is_typed_while_it_loads(world):
+    """Over 10 000 conversations, what is typed as soon as the palette opens filters the rows once they are there"""
+    with home_with_sessions(world) as (folder, newest, _):
+        fill(Path(world.application.home.name), folder, 10_000)
+        world.desktop.press("Ctrl+Alt+S")
+        until("the palette is shown", world.windows, interval=0)
+        world.desktop.type("rename the")
+        world.see("Rename the flag")
+        until("the others are filtered out", lambda: not world.shows("Add retry"))
+        world.picture("filtered")
+        world.desktop.press("Return")
+        command = f"cd {quoted(folder)} && codex resume {newest}"
+        until("the command is typed", lambda: world.terminal.typed() == command)
+
+
+def fill(home, folder, count):
+    """Gives the user a long past: `count` conversations, all older than those there are."""
+    session = claude_session(home, folder, ["Something else"], minutes_ago=1000)
+    first = next((home / ".claude/projects").glob(f"*/{session}.jsonl"))
+    for number in range(count - 1):
+        first.with_name(f"{session}-{number}.jsonl").hardlink_to(first)
+
+
 def says_when_there_are_none(world):
     """Without any transcript the palette says so; Escape leads back to the launcher it came from"""
     with world.another_application() as application:
@@ -89,4 +112,9 @@ def quoted(text):
     return "'" + text.replace("'", "'\\''") + "'"
 
 
-STEPS = [types_a_resume_command, copies_a_resume_command, says_when_there_are_none]
+STEPS = [
+    types_a_resume_command,
+    copies_a_resume_command,
+    keeps_what_is_typed_while_it_loads,
+    says_when_there_are_none,
+]

@@ -6,6 +6,8 @@ from driver.waiting import expect, until
 
 from steps.history import home_with_sessions
 
+CHOOSER = "Choose a folder to inject a Markdown file into"
+
 
 def writes_agents_md(world):
     """Ctrl+Alt+A, a project, Return: AGENTS.md is in its folder; the second time it asks, and Return keeps what is there"""
@@ -42,9 +44,54 @@ def writes_agents_md(world):
         expect(f"the command line does not overwrite: {again.stderr}", again.returncode == 1)
 
 
+def chooses_a_folder(world):
+    """Choose Folder… opens a window: Escape leads back to the palette as it was; a typed path and Return write the file there"""
+    with home_with_sessions(world) as (_, _, _):
+        elsewhere = Path(world.application.home.name) / "else where"
+        elsewhere.mkdir()
+        show(world, "it's ünïcode")
+        world.desktop.type("code")
+        world.see("Choose Folder")
+        open_chooser(world)
+        world.picture("chooser")
+        world.desktop.press("Escape")
+        until("the window is gone", lambda: not world.titled(CHOOSER))
+        world.see("it's ünïcode")
+        expect("what was typed before still filters", world.shows("code"))
+        world.picture("back")
+
+        open_chooser(world)
+        world.desktop.type(str(elsewhere))
+        until("the path is typed", lambda: world.shows(str(elsewhere)))
+        world.desktop.press("Return")
+        until("AGENTS.md is written", (elsewhere / "AGENTS.md").exists)
+        world.see("AGENTS.md is in place")
+
+        (elsewhere / "AGENTS.md").write_text("# Mine\n")
+        show(world, "it's ünïcode")
+        open_chooser(world)
+        world.desktop.type(str(elsewhere))
+        until("the path is typed", lambda: world.shows(str(elsewhere)))
+        world.desktop.press("Return")
+        world.see("Overwrite the existing file in ~/else where?")
+        world.see("Changes: removed: # Mine")
+        world.picture("question")
+        world.desktop.press("Down")
+        world.desktop.press("Return")
+        until("it is overwritten", lambda: (elsewhere / "AGENTS.md").read_text() != "# Mine\n")
+
+
+def open_chooser(world):
+    """The last row, whatever is filtered."""
+    world.desktop.press("Up")
+    world.desktop.press("Return")
+    until("the folder chooser is shown", lambda: world.titled(CHOOSER))
+    until("it has the keyboard", lambda: world.desktop.active_window() == world.titled(CHOOSER).id)
+
+
 def show(world, text):
     world.desktop.press("Ctrl+Alt+A")
     world.see(text)
 
 
-STEPS = [writes_agents_md]
+STEPS = [writes_agents_md, chooses_a_folder]

@@ -156,7 +156,7 @@ def own_service(world):
         credential = Path(folder) / "credential"
         credential.write_text(CREDENTIAL)
         program = str(Path(world.application.binary).with_name("vantle-service"))
-        command = [program, "serve", "--data", folder, "--credential-file", str(credential)]
+        command = [program, "serve", "--listen", "127.0.0.1:0", "--data", folder, "--credential-file", str(credential)]
         process = subprocess.Popen(
             world.network.command(command) if world.network else command,
             env=os.environ,

@@ -205,7 +205,7 @@ def keeps_what_was_changed(world):
         world.desktop.press("Ctrl+2")
         world.desktop.press("Tab")
         world.desktop.type("file")
-        world.see("Not built yet")
+        world.see("Turns files and folders into one link.")
         world.picture("tool")
         world.desktop.press("Tab")
         world.desktop.press("Space")

@@ -6,12 +6,10 @@
 #include "app/onboarding/onboarding_window.h"
 #include "app/permissions/permissions_window.h"
 #include "core/hotkeys/app_shortcuts.h"
-#include "core/ui/control_style.h"
-#include "core/ui/theme.h"
-#include "core/ui/theme_palette.h"
 #include "core/ui/toggle_switch.h"
 #include "support/app_stage.h"
 #include "support/controls.h"
+#include "support/pictures.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -55,29 +53,13 @@ QStringList tabOrder(QWidget& window) {
   return names;
 }
 
-/// With VANTLE_SHOTS a folder for pictures, each one is kept in both appearances.
-void shoot(QWidget& window, const QString& name) {
-  const QString folder = qEnvironmentVariable("VANTLE_SHOTS");
-  if (folder.isEmpty()) return;
-  for (const Theme* theme : {&Theme::light(), &Theme::darkTheme()}) {
-    QApplication::setPalette(themePalette(*theme));
-    QCoreApplication::processEvents();
-    QVERIFY(window.grab().save(u"%1/%2-%3.png"_s.arg(folder, name, theme->dark ? u"dark"_s : u"light"_s)));
-  }
-  QApplication::setPalette(themePalette(Theme::light()));
-}
-
 }  // namespace
 
 class TestOnboardingWindow : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() {
-    QApplication::setStyle(new ControlStyle);
-    QApplication::setFont(Theme::detailFont());
-    QApplication::setPalette(themePalette(Theme::light()));
-  }
+  void initTestCase() { wearTheme(); }
 
   void returnWalksFromTheWelcomeToTheEnd() {
     Stage stage;

@@ -5,11 +5,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "core/ui/control_style.h"
+#include <ranges>
+
 #include "core/ui/settings_form.h"
-#include "core/ui/theme.h"
-#include "core/ui/theme_palette.h"
 #include "support/controls.h"
+#include "support/pictures.h"
 #include "tools/inject_md/inject_md_settings_view.h"
 #include "tools/inject_md/well_known_templates.h"
 
@@ -47,17 +47,6 @@ struct Stage {
     for (const MDDocument& document : store.value().documents) names.append(document.fileName);
     return names;
   }
-  /// With VANTLE_SHOTS a folder for pictures, in both appearances.
-  void shoot(const QString& name) {
-    const QString folder = qEnvironmentVariable("VANTLE_SHOTS");
-    if (folder.isEmpty()) return;
-    for (const Theme* theme : {&Theme::darkTheme(), &Theme::light()}) {
-      QApplication::setPalette(themePalette(*theme));
-      QCoreApplication::processEvents();
-      QVERIFY(page.grab().save(u"%1/%2-%3.png"_s.arg(folder, name, theme->dark ? u"dark"_s : u"light"_s)));
-    }
-  }
-
   QTemporaryDir directory;
   InjectMDStore store{directory.filePath(u"inject-md.json"_s)};
   SettingsPage page;
@@ -69,11 +58,7 @@ class TestInjectMDSettings : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void initTestCase() {
-    QApplication::setStyle(new ControlStyle);
-    QApplication::setFont(Theme::detailFont());
-    QApplication::setPalette(themePalette(Theme::light()));
-  }
+  void initTestCase() { wearTheme(); }
 
   void filesAreAddedAndRemoved() {
     Stage stage;
@@ -85,10 +70,10 @@ class TestInjectMDSettings : public QObject {
     stage.add(u"a/b"_s);
     QVERIFY(stage.says(u"The file name has a slash in it."_s));
     QCOMPARE(stage.fileNames().size(), 2);
-    stage.shoot(u"refused"_s);
+    shoot(stage.page, u"refused"_s);
     stage.press(u"SOUL.md: Make default"_s);
     QCOMPARE(stage.store.value().defaultDocument().fileName, u"SOUL.md"_s);
-    stage.shoot(u"two"_s);
+    shoot(stage.page, u"two"_s);
     QCOMPARE(unnamedControls(stage.page), QStringList());
     stage.press(u"SOUL.md: Remove"_s);
     QCOMPARE(stage.fileNames(), QStringList(u"AGENTS.md"_s));
@@ -98,11 +83,51 @@ class TestInjectMDSettings : public QObject {
   void tabLeadsFromTheFilesToTheTemplate() {
     Stage stage;
     stage.add(u"SOUL.md"_s);
-    named<QLineEdit>(stage.page, u"Name of the file to add"_s)->setFocus();
-    for (const QString& next : {u"Add the file"_s, u"Template of SOUL.md"_s}) {
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-      QCOMPARE(QApplication::focusWidget()->accessibleName(), next);
-    }
+    const auto walk = [&stage](const QStringList& stops) {
+      named<QLineEdit>(stage.page, u"Name of the file to add"_s)->setFocus();
+      for (const QString& next : stops) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->accessibleName(), next);
+      }
+      for (const QString& previous : stops | std::views::reverse) {
+        QCOMPARE(QApplication::focusWidget()->accessibleName(), previous);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+      }
+    };
+    walk({u"Add the file"_s, u"Template of SOUL.md"_s});
+    QTest::keyClicks(&stage.editor(), u"x"_s);
+    QTRY_VERIFY(named<QPushButton>(stage.page, u"Reset SOUL.md to default"_s)->isEnabled());
+    walk({u"Add the file"_s, u"Reset SOUL.md to default"_s, u"Template of SOUL.md"_s});
+  }
+
+  /// A second press of the same key must not hit what does harm.
+  void focusStaysWhereItIsSafe() {
+    Stage stage;
+    stage.add(u"SOUL.md"_s);
+    stage.add(u"NOTES.md"_s);
+    const auto pressKey = [&stage](const QString& name) {
+      auto* button = named<QPushButton>(stage.page, name);
+      button->setFocus();
+      QTest::keyClick(button, Qt::Key_Space);
+    };
+    const auto focused = [] {
+      return QApplication::focusWidget() ? QApplication::focusWidget()->accessibleName() : u""_s;
+    };
+    pressKey(u"SOUL.md: Make default"_s);
+    QCOMPARE(focused(), u"SOUL.md: Edit"_s);
+    pressKey(u"SOUL.md: Remove"_s);
+    QCOMPARE(focused(), u"NOTES.md: Edit"_s);
+    pressKey(u"NOTES.md: Remove"_s);
+    QCOMPARE(focused(), u"AGENTS.md: Edit"_s);
+    QCOMPARE(stage.fileNames(), QStringList(u"AGENTS.md"_s));
+    stage.editor().setFocus();
+    QTest::keyClicks(&stage.editor(), u"x"_s);
+    QTRY_VERIFY(named<QPushButton>(stage.page, u"Reset AGENTS.md to default"_s)->isEnabled());
+    pressKey(u"Reset AGENTS.md to default"_s);
+    QVERIFY(stage.editor().hasFocus());
+    stage.editor().undo();
+    QVERIFY2(stage.editor().toPlainText().startsWith("x# "_L1), "what was reset can be taken back");
+    QTRY_VERIFY(stage.store.value().documents[0].contents.startsWith("x# "_L1));
   }
 
   void templatesAreEditedAndReset() {

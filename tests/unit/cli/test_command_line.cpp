@@ -6,7 +6,10 @@
 #include "cli/command.h"
 #include "core/settings/app_settings.h"
 #include "support/fake_platform.h"
+#include "support/files.h"
 #include "tools/boilerplates/boilerplate_settings.h"
+#include "tools/open_project/open_project_settings.h"
+#include "tools/projects/new_projects.h"
 
 using namespace Qt::StringLiterals;
 
@@ -83,12 +86,58 @@ class TestCommandLine : public QObject {
     const QString target = directory_->filePath(u"shop"_s);
     QCOMPARE(Run({u"new"_s, u"Web"_s, target + u'/'}, folders_).out, target + u'\n');
     QVERIFY(QDir(target + u"/shop"_s).exists());
+    QCOMPARE(NewProjectStore(folders_.file(u"new-projects.json"_s)).value().paths, QStringList(target));
     const Run again({u"new"_s, u"web"_s, target}, folders_);
     QCOMPARE(again.err, u"vantle: %1: it exists already\n"_s.arg(target));
     QCOMPARE(again.code, exit_code::kFailure);
     const Run unknown({u"new"_s, u"rust"_s, target}, folders_);
     QVERIFY2(unknown.err.contains("there is no boilerplate 'rust'\n    web  "_L1), qPrintable(unknown.err));
     QCOMPARE(Run({u"new"_s, u"web"_s}, folders_).code, exit_code::kUsage);
+  }
+
+  void openRunsTheCommandOfTheSettings() {
+    qputenv("SHELL", "/bin/sh");
+    const QString folder = directory_->filePath(u"-it's\n\"$HOME\" %script"_s);
+    const QString record = directory_->filePath(u"record"_s);
+    QVERIFY(QDir().mkdir(folder));
+    setCommand(u"cd %path && pwd >%1"_s.replace("%1"_L1, record));
+    const Run opened({u"open"_s, folder + u"/./"_s}, folders_);
+    QCOMPARE(opened.code, exit_code::kSuccess);
+    QCOMPARE(QString::fromUtf8(readFile(record)), folder + u'\n');
+    setCommand(u"no-such-terminal %path"_s);
+    const Run failed({u"open"_s, folder}, folders_);
+    QCOMPARE(failed.err, u"vantle: Command exited with code 127\n"_s);
+    QCOMPARE(failed.code, exit_code::kFailure);
+  }
+
+  void openNamesWhatIsWrong() {
+    setCommand(u"exit 9"_s);
+    const QString file = directory_->filePath(u"file"_s);
+    QVERIFY(writeFile(file, "x"));
+    const struct {
+      QStringList words;
+      int code;
+      QString says;
+    } cases[] = {
+        {{file}, exit_code::kFailure, file + u": this is not a folder\n"_s},
+        {{u"/no/such\nplace"_s}, exit_code::kFailure, u"/no/such\\nplace: there is no such folder\n"_s},
+        {{u"-x"_s}, exit_code::kUsage, u"x"_s},
+        {{u"--"_s, u"-x"_s}, exit_code::kFailure, u"/-x: there is no such folder\n"_s},
+        {{}, exit_code::kUsage, u"name one folder\n"_s},
+        {{QString()}, exit_code::kUsage, u"name one folder\n"_s},
+        {{u"/"_s, u"--with"_s, u"vi\nm"_s},
+         exit_code::kUsage,
+         u"there is no preset 'vi\\nm'; there are Default terminal, "_s},
+        {{u"/"_s, u"--with"_s, u"cursor"_s, u"--agent"_s},
+         exit_code::kUsage,
+         u"only a terminal can start an agent: "_s},
+        {{u"/"_s, u"--agent"_s}, exit_code::kUsage, u"only a terminal can start an agent: "_s},
+    };
+    for (const auto& [words, code, says] : cases) {
+      const Run run(QStringList(u"open"_s) + words, folders_);
+      QVERIFY2(run.err.contains(says), qPrintable(run.err));
+      QCOMPARE(run.code, code);
+    }
   }
 
   void doctorNamesWhatIsTaken() {
@@ -117,6 +166,12 @@ class TestCommandLine : public QObject {
   }
 
  private:
+  void setCommand(const QString& command) {
+    OpenProjectStore(folders_.file(u"open-project.json"_s)).update([&command](OpenProjectSettings& settings) {
+      settings.command = command;
+    });
+  }
+
   std::unique_ptr<QTemporaryDir> directory_;
   Folders folders_;
 };

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <thread>
 
 #include "platform/mac/mac_api.h"
 #include "platform/platform.h"
@@ -55,12 +57,18 @@ struct FakeSystem {
   bool otherIsActive = true;
   int activationsReturned = 0;
   mac::Version version{14, 5, 0};
+  /// What is on the pasteboard, by its uniform type.
+  std::map<QByteArray, QByteArray> held;
+  QByteArrayList copiedFiles;
   /// Pages of the privacy settings on which this program is switched on.
   QStringList allowed;
   /// Prompts and pages that were asked for.
   QStringList asked;
   mac::LoginItem loginItem = mac::LoginItem::off;
   bool isLoginItemRefused = false;
+  mac::DisplayArea captured{};
+  std::vector<std::uint32_t> excluded;
+  QByteArray png = "PNG";
 };
 
 FakeSystem* fake = nullptr;
@@ -89,6 +97,7 @@ bool pressKey(void*, uint32_t keyCode, uint32_t modifiers) {
 }
 void styleAsPanel(void*, Panel) {}
 void orderFront(void*, Panel kind) { fake->ordered.push_back(kind); }
+void makeKey(void*, Panel kind) { fake->ordered.push_back(kind); }
 bool canTakeKeyboard(void*) { return true; }
 void* watchResignKey(void* view, void (*resigned)(void*), void* context) {
   fake->watches[view] = {resigned, context};
@@ -110,8 +119,27 @@ bool openPrivacyPage(const char* page) {
   fake->asked.append(QString::fromLatin1(page));
   return true;
 }
+uint32_t windowNumber(void*) { return 77; }
+void captureDisplay(const DisplayArea* area, const uint32_t* windows, uint32_t count,
+                    void (*captured)(void*, const void*, long long, const char*), void* context) {
+  fake->captured = *area;
+  fake->excluded.assign(windows, windows + count);
+  const auto answer = [captured, context] {
+    if (fake->png.isEmpty()) return captured(context, nullptr, 0, "n\xC3\xB6");
+    captured(context, fake->png.constData(), fake->png.size(), nullptr);
+  };
+  std::thread(answer).join();
+}
 void* startNetworkPath(void (*)(void*, bool), void*) { return fake->retain(); }
 void stopNetworkPath(void* path) { fake->release(path); }
+void readPasteboard(const char* type, void (*take)(void*, const void*, unsigned long), void* context) {
+  const auto held = fake->held.find(type);
+  if (held != fake->held.end())
+    take(context, held->second.constData(), static_cast<unsigned long>(held->second.size()));
+}
+void readPasteboardFiles(void (*take)(void*, const char*), void* context) {
+  for (const QByteArray& url : fake->copiedFiles) take(context, url.constData());
+}
 bool playSound(const char*) { return true; }
 void beep() {}
 LoginItem loginItemState() { return fake->loginItem; }
@@ -222,6 +250,47 @@ class MacPlatformTest : public QObject {
     QTRY_COMPARE(fake->ordered, std::vector{mac::Panel::toast});
   }
 
+  void anOverlayIsOrderedFrontAndMadeKeyAsSuch() {
+    QWindow overlay;
+    platform_->panelWindow->prepare(overlay, PanelKind::overlay);
+    overlay.show();
+    QTRY_COMPARE(fake->ordered, std::vector{mac::Panel::overlay});
+    QVERIFY(platform_->panelWindow->takeKeyboard(overlay));
+    QCOMPARE(fake->ordered.back(), mac::Panel::overlay);
+  }
+
+  void capturesAreAnsweredOnTheMainThread() {
+    ScreenGrabber& grabber = *platform_->screenGrabber;
+    QWindow overlay;
+    const Job job = Job::start();
+    std::optional<std::expected<ScreenPicture, ScreenCaptureError>> answer;
+    const auto done = [&answer](auto result) {
+      QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
+      answer = std::move(result);
+    };
+    const ScreenArea area{{-1280, -200, 1280, 720}, {100, 50, 99.5, 50}, {200, 100, 199, 100}};
+    grabber.grab(area, {grabber.windowID(overlay), 4'000'000'000}, job, done);
+    QVERIFY(!answer);
+    QTRY_VERIFY(answer);
+    QCOMPARE((*answer)->png, "PNG");
+    QCOMPARE(fake->captured.displayX, -1280.0);
+    QCOMPARE(fake->captured.displayY, -200.0);
+    QCOMPARE(fake->captured.width, 99.5);
+    QCOMPARE(fake->captured.pixelWidth, 199U);
+    QCOMPARE(fake->excluded, (std::vector<std::uint32_t>{77, 4'000'000'000}));
+
+    fake->png.clear();
+    answer.reset();
+    grabber.grab(area, {}, job, done);
+    QTRY_VERIFY(answer);
+    QCOMPARE(answer->error().description(), u"nö"_s);
+
+    Job cancelled = Job::start();
+    grabber.grab(area, {}, cancelled, [](const auto&) { QFAIL("nobody waits for it"); });
+    cancelled.cancel();
+    QCoreApplication::processEvents();
+  }
+
   void keyboardLossIsToldOnce() {
     QWindow palette;
     int losses = 0;
@@ -301,6 +370,19 @@ class MacPlatformTest : public QObject {
     fake->loginItem = mac::LoginItem::awaitsApproval;
     QVERIFY(item.setEnabled(true));
     QVERIFY(!item.setEnabled(false));
+  }
+
+  void theFirstKindOnThePasteboardIsRead() {
+    fake->held = {{"public.tiff", "II*"}, {"com.microsoft.bmp", "BM"}};
+    fake->copiedFiles = {"file:///a.png", "file:///b.png"};
+    const auto read = [this](const std::vector<PasteboardFormat>& formats) {
+      std::optional<std::optional<PasteboardData>> answer;
+      const Job job = Job::start();
+      platform_->pasteboard->read(formats, job, [&answer](const auto& data) { answer = data; });
+      return QTest::qWaitFor([&] { return answer.has_value(); }) && *answer ? (*answer)->bytes : QByteArray();
+    };
+    QCOMPARE(read({PasteboardFormat::png, PasteboardFormat::tiff, PasteboardFormat::bmp}), "II*");
+    QCOMPARE(read({PasteboardFormat::png, PasteboardFormat::fileURLs}), "file:///a.png\r\nfile:///b.png\r\n");
   }
 
   void versionText() {

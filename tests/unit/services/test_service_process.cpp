@@ -1,5 +1,6 @@
 #include <QFileInfo>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -84,6 +85,7 @@ class TestServiceProcess : public QObject {
     stage.ask();
     QTRY_VERIFY(stage.result);
     const qint64 first = stage.service.processId();
+    const QUrl address = stage.api();
     kill(static_cast<pid_t>(first), SIGKILL);
     QTRY_VERIFY(!stage.service.isRunning());
     stage.ask();
@@ -91,6 +93,19 @@ class TestServiceProcess : public QObject {
     stage.clock.advance(500ms);
     QTRY_VERIFY(stage.result);
     QVERIFY(*stage.result && stage.service.processId() != first);
+    // The links of before open again.
+    QCOMPARE(stage.api(), address);
+  }
+
+  void aPortThatSomebodyElseHasNowIsLeftToHim() {
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::LocalHost));
+    Stage stage;
+    QVERIFY(writeFile(stage.directory.filePath(u"service/port"_s), QByteArray::number(other.serverPort())));
+    stage.ask();
+    QTRY_VERIFY(stage.result);
+    QVERIFY(*stage.result && stage.api().port() != other.serverPort());
+    QCOMPARE(readFile(stage.directory.filePath(u"service/port"_s)).trimmed(), QByteArray::number(stage.api().port()));
   }
 
   void endsWithItsOwner() {

@@ -8,8 +8,6 @@
 namespace {
 
 constexpr int kRow = ToolLauncherModel::kColumns;
-constexpr std::uint32_t kPageUp = 116;
-constexpr std::uint32_t kPageDown = 121;
 
 struct Step {
   std::uint32_t keyCode;
@@ -51,8 +49,8 @@ bool ToolGridController::handleGridKey(const KeyPress& press) {
     togglePin();
     return true;
   }
-  if (press.keyCode == kPageUp || press.keyCode == kPageDown) {
-    turnPage(press.keyCode == kPageUp ? -1 : 1);
+  if (press.keyCode == keycode::kPageUp || press.keyCode == keycode::kPageDown) {
+    turnPage(press.keyCode == keycode::kPageUp ? -1 : 1);
     return true;
   }
   return model_.isArranging() && carryToPlace(press);

@@ -1,8 +1,5 @@
 #include "core/ui/launcher/tool_launcher_panel.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 #include <utility>
 
 #include "core/ui/launcher/tool_launcher_controller.h"
@@ -16,19 +13,13 @@ namespace {
 
 constexpr int kFadeMilliseconds = 110;
 
-QList<QRect> screenGeometries() {
-  QList<QRect> geometries;
-  for (const QScreen* screen : QGuiApplication::screens()) geometries.append(screen->availableGeometry());
-  return geometries;
-}
-
 }  // namespace
 
 ToolLauncherPanel::ToolLauncherPanel(ToolLauncherController& controller, Services services)
     : services_(services),
       panel_(services.native, QSize(1, 1)),
       view_(new ToolLauncherView(controller, services.system)),
-      position_(services.defaults),
+      position_(services.defaults, "launcher"_L1),
       fade_(&panel_, "windowOpacity") {
   fade_.setDuration(kFadeMilliseconds);
   panel_.setWindowTitle(u"Vantle Launcher"_s);

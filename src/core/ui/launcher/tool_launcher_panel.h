@@ -3,8 +3,8 @@
 #include <QPropertyAnimation>
 
 #include "core/ui/launcher/launcher_panel.h"
-#include "core/ui/launcher/launcher_position.h"
 #include "core/ui/palette_panel.h"
+#include "core/ui/panel_position.h"
 
 class SystemInfo;
 class ToolLauncherController;
@@ -38,7 +38,7 @@ class ToolLauncherPanel final : public QObject, public LauncherPanel {
   Services services_;
   PalettePanel panel_;
   ToolLauncherView* view_;
-  LauncherPosition position_;
+  PanelPosition position_;
   QPropertyAnimation fade_;
   std::function<void()> hidden_;
 };

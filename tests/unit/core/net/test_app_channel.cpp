@@ -26,17 +26,35 @@ class TestAppChannel : public QObject {
   }
 
   void requestIsAnsweredAndThePlaceIsOne() {
-    AppServer server([](const QJsonObject& request) { return QJsonObject{{u"echo"_s, request["do"_L1]}}; });
+    AppServer server([](const QJsonObject& request, const auto& reply) { reply({{u"echo"_s, request["do"_L1]}}); });
     QVERIFY(server.listen());
-    AppServer second([](const QJsonObject&) { return QJsonObject(); });
+    AppServer second([](const QJsonObject&, const auto&) {});
     QVERIFY(!second.listen());
     auto answer = std::async(std::launch::async, [] { return AppClient::request({{u"do"_s, u"ping"_s}}); });
     QTRY_VERIFY(answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
     QCOMPARE(answer.get().value()["echo"_L1].toString(), u"ping"_s);
   }
 
+  void anAnswerMayComeLater() {
+    std::vector<AppServer::Reply> waiting;
+    AppServer server([&waiting](const QJsonObject&, const auto& reply) { waiting.push_back(reply); });
+    QVERIFY(server.listen());
+    QLocalSocket gone;
+    gone.connectToServer(app_channel::socketPath());
+    gone.write("{}\n{}\n");
+    QTRY_COMPARE(waiting.size(), 1U);
+    gone.abort();
+    QLocalSocket patient;
+    patient.connectToServer(app_channel::socketPath());
+    patient.write("{}\n");
+    QTRY_COMPARE(waiting.size(), 2U);
+    for (const auto& reply : waiting) reply({{u"ok"_s, true}});
+    QTRY_VERIFY(patient.canReadLine());
+    QCOMPARE(patient.readLine(), "{\"ok\":true}\n");
+  }
+
   void strangersCannotStopTheServer() {
-    AppServer server([](const QJsonObject&) { return QJsonObject{{u"ok"_s, true}}; });
+    AppServer server([](const QJsonObject&, const auto& reply) { reply({{u"ok"_s, true}}); });
     QVERIFY(server.listen());
     QLocalSocket rude;
     rude.connectToServer(app_channel::socketPath());

@@ -84,18 +84,23 @@ class TestHttpClient : public QObject {
   }
 
   void aServerThatNeverStopsTalkingRunsIntoTheDeadline() {
-    StrictServer server;
-    server.answer = [&server](const auto&) {
-      auto* drip = new QTimer(&server);
-      drip->start(5ms);
-      QTcpSocket* socket = server.findChild<QTcpSocket*>();
-      QObject::connect(drip, &QTimer::timeout, socket, [socket] { socket->write("x"); });
-      return StrictServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n", true};
-    };
-    Exchange exchange;
-    exchange.send({.method = "GET", .url = server.url(u"/"_s), .timeout = 10s, .deadline = 150ms});
-    QTRY_VERIFY(exchange.result);
-    QVERIFY(!*exchange.result && exchange.reason() == HttpError::Reason::timedOut);
+    for (HttpRequest request :
+         {HttpRequest{.method = "GET", .url = {}, .timeout = 10s, .deadline = 150ms},
+          HttpRequest{.method = "POST", .url = {}, .body = "x", .timeout = 10s, .answerDeadline = 150ms}}) {
+      StrictServer server;
+      server.answer = [&server](const auto&) {
+        auto* drip = new QTimer(&server);
+        drip->start(5ms);
+        QTcpSocket* socket = server.findChild<QTcpSocket*>();
+        QObject::connect(drip, &QTimer::timeout, socket, [socket] { socket->write("x"); });
+        return StrictServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n", true};
+      };
+      request.url = server.url(u"/"_s);
+      Exchange exchange;
+      exchange.send(request);
+      QTRY_VERIFY(exchange.result);
+      QVERIFY(!*exchange.result && exchange.reason() == HttpError::Reason::timedOut);
+    }
   }
 
   void aLongAnswerIsBounded() {

@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 #include "support/fake_clock.h"
+#include "support/fake_palette.h"
 #include "support/fake_presenters.h"
 #include "support/files.h"
 #include "tools/boilerplates/boilerplates_tool.h"
@@ -13,13 +14,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-class SilentPanel final : public PalettePresenter {
- public:
-  void present() override {}
-  void warmUp() override {}
-  void dismiss() override {}
-};
 
 struct World {
   QTemporaryDir home;
@@ -35,7 +29,7 @@ struct World {
   BoilerplatesPaletteController palette{
       {store, history, scanner, settings, toasts, clock, launcher,
        [this](const QString&, const std::function<void(const QString&)>& answer) { chosen = answer; }},
-      [] { return std::make_unique<SilentPanel>(); }};
+      &SilentPanel::make};
   BoilerplatesPaletteModel& model = palette.model();
 
   World() {
@@ -49,10 +43,8 @@ struct World {
     });
   }
 
-  void press(std::uint32_t keyCode) { palette.handleKey({.keyCode = keyCode}); }
-  void type(const QString& text) {
-    for (const QChar character : text) palette.handleKey({.characters = QString(character)});
-  }
+  void press(std::uint32_t keyCode) { palette.handleKey(code(keyCode)); }
+  void type(const QString& text) { typeInto(palette, text); }
   /// Up to the question where.
   void answer(const QString& name) {
     palette.show();
@@ -158,8 +150,19 @@ class TestBoilerplatesPalette : public QObject {
     QVERIFY(world.toasts.shown.empty() && !world.palette.isCopying());
   }
 
+  void aPaletteThatWasPutAwayStaysAway() {
+    World world;
+    const QSignalSpy created(&world.palette, &BoilerplatesPaletteController::created);
+    world.answer(u"shop"_s);
+    world.press(keycode::kReturn);
+    world.palette.hide();
+    QTRY_COMPARE(created.size(), 1);
+    QCOMPARE(created.first(), QVariantList({world.place + u"/shop"_s, false}));
+  }
+
   void anyFolderMayBeChosen() {
     World world;
+    const QSignalSpy created(&world.palette, &BoilerplatesPaletteController::created);
     world.answer(u"shop"_s);
     world.press(keycode::kUp);
     world.press(keycode::kReturn);
@@ -170,6 +173,7 @@ class TestBoilerplatesPalette : public QObject {
     QTRY_COMPARE(world.toasts.shown.size(), 1U);
     QCOMPARE(readFile(other + u"/shop/shop.txt"_s), QByteArray("shop"));
     QCOMPARE(world.store.value().lastPlace, other);
+    QCOMPARE(created.first(), QVariantList({other + u"/shop"_s, true}));
   }
 };
 

@@ -1,9 +1,11 @@
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -37,7 +39,7 @@ struct Places {
     return QDir(place).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
   }
 
-  std::expected<QString, CopyError> copy(const QString& name = u"shop"_s, const std::stop_token& stop = {}) {
+  std::expected<MadeProject, CopyError> copy(const QString& name = u"shop"_s, const std::stop_token& stop = {}) {
     return TemplateCopy(source, place, name).run(progress, stop);
   }
   /// The error's text; empty when there was none.
@@ -78,7 +80,7 @@ class TestTemplateCopy : public QObject {
     places.put(u"only-here"_s);
     places.put(u".hidden/empty"_s, "");
     QDir(places.source).mkpath(u"nothing in it"_s);
-    QCOMPARE(places.copy().value(), places.place + u"/shop"_s);
+    QCOMPARE(places.copy().value().path, places.place + u"/shop"_s);
     for (const QString& path :
          {u".gitignore"_s, u"sub/kept.log"_s, u"only-here"_s, u".hidden/empty"_s, u"nothing in it"_s})
       QVERIFY2(places.exists(path), qPrintable(path));
@@ -141,7 +143,7 @@ class TestTemplateCopy : public QObject {
   void refusesWhatIsThereAndWhatIsNoName() {
     Places places;
     places.put(u"a"_s);
-    for (const QString& bad : {u""_s, u".."_s, u"a/b"_s, u"a\nb"_s}) QVERIFY(!places.failure(bad).isEmpty());
+    for (const QString& bad : {u""_s, u".."_s, u"a/b"_s, u"a\nb"_s, u"-rf"_s}) QVERIFY(!places.failure(bad).isEmpty());
     QVERIFY(symlink("/nowhere", QFile::encodeName(places.place + u"/shop"_s).constData()) == 0);
     QCOMPARE(places.failure(), places.place + u"/shop: it exists already"_s);
     QCOMPARE(places.projects(), QStringList{u"shop"_s});
@@ -151,22 +153,67 @@ class TestTemplateCopy : public QObject {
     QVERIFY(places.failure().contains(u"work/missing: there is no such folder"_s));
   }
 
-  void namesTheFileThatStandsInTheWay() {
-    Places pipe;
-    QVERIFY(::mkfifo(QFile::encodeName(pipe.source + u"/pipe"_s).constData(), 0600) == 0);
-    QVERIFY(pipe.failure().startsWith(pipe.source + u"/pipe: "_s));
+  void whatIsNoFileIsSkippedAndNamed() {
+    Places places;
+    places.put(u"sub/file"_s);
+    QVERIFY(::mkfifo(QFile::encodeName(places.source + u"/sub/pipe"_s).constData(), 0600) == 0);
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    qstrncpy(address.sun_path, QFile::encodeName(places.source + u"/sock"_s).constData(), sizeof address.sun_path);
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    QVERIFY(::bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0);
+    ::close(descriptor);
+    QCOMPARE(places.copy().value().skipped, QStringList({u"sock"_s, u"sub/pipe"_s}));
+    QVERIFY(places.exists(u"sub/file"_s) && !places.exists(u"sub/pipe"_s) && !places.exists(u"sock"_s));
+  }
+
+  void twoFilesThatGetTheSameNameAreNamed() {
     Places twins;
     twins.put(u"shop"_s);
     twins.put(u"{{name}}"_s);
     QVERIFY(twins.failure().contains(u"another file of the template gets the same name"_s));
-    Places socket;
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    qstrncpy(address.sun_path, QFile::encodeName(socket.source + u"/sock"_s).constData(), sizeof address.sun_path);
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    QVERIFY(::bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0);
-    QVERIFY(socket.failure().startsWith(socket.source + u"/sock: "_s));
-    ::close(descriptor);
-    for (const Places* places : {&pipe, &twins, &socket}) QVERIFY(places->projects().isEmpty());
+    QVERIFY(twins.projects().isEmpty());
+  }
+
+  void aPlaceInTheTemplateIsRefused() {
+    Places places;
+    places.put(u"projects/a"_s);
+    const QString behindLink = places.home.filePath(u"link"_s);
+    QVERIFY(QFile::link(places.source + u"/projects"_s, behindLink));
+    for (const QString& place : {places.source, places.source + u"/projects"_s, behindLink}) {
+      places.place = place;
+      QVERIFY(places.failure().endsWith(u": this is in the template itself"_s));
+      QVERIFY(!places.exists(u"."_s));
+    }
+  }
+
+  void aPlaceThatCannotBeWrittenToIsNamed() {
+    if (::geteuid() == 0) QSKIP("root may write anywhere");
+    Places places;
+    places.put(u"a"_s);
+    ::chmod(QFile::encodeName(places.place).constData(), 0500);
+    QVERIFY2(places.failure().startsWith(places.place + u": "_s), qPrintable(places.failure()));
+    ::chmod(QFile::encodeName(places.place).constData(), 0700);
+  }
+
+  void whatAKilledCopyLeftIsRemoved() {
+    Places places;
+    places.put(u"a"_s);
+    const QString dead = u".vantle-new-0123456789abcdef0123456789abcdef"_s;
+    const QString alive = u".vantle-new-ffffffffffffffffffffffffffffffff"_s;
+    const QString foreign = u".vantle-new-notes"_s;
+    const QString file = u".vantle-new-00000000000000000000000000000000"_s;
+    for (const QString& folder : {dead, alive, foreign})
+      writeFile(places.place + u'/' + folder + u"/closed/file"_s, "x");
+    writeFile(places.place + u'/' + file, "x");
+    for (const QString& folder : {u"/closed"_s, u""_s})
+      ::chmod(QFile::encodeName(places.place + u'/' + dead + folder).constData(), 0500);
+    const int lock = ::open(QFile::encodeName(places.place + u'/' + alive).constData(), O_RDONLY | O_DIRECTORY);
+    QVERIFY(::flock(lock, LOCK_EX | LOCK_NB) == 0);
+    QVERIFY(places.copy());
+    ::close(lock);
+    const QStringList left = places.projects();
+    QCOMPARE(QSet<QString>(left.begin(), left.end()), QSet<QString>({alive, foreign, file, u"shop"_s}));
+    QVERIFY(QFileInfo::exists(places.place + u'/' + alive + u"/closed/file"_s));
   }
 
   void unreadableFilesAreNamed() {
@@ -195,11 +242,35 @@ class TestTemplateCopy : public QObject {
     ::chmod(QFile::encodeName(places.source + u"/folder"_s).constData(), 0755);
   }
 
+  void aLargeFileIsCopiedByteForByte() {
+    Places places;
+    QByteArray bytes(20 * 1024 * 1024 + 7, Qt::Uninitialized);
+    for (qsizetype i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 31 >> 7);
+    places.put(u"large"_s, bytes);
+    QVERIFY(places.copy());
+    QVERIFY(places.made(u"large"_s) == bytes);
+    QCOMPARE(places.progress.bytes.load(), bytes.size());
+  }
+
+  void aLargeFileIsLeftHalfWay() {
+    Places places;
+    places.put(u"large"_s);
+    QVERIFY(QFile::resize(places.source + u"/large"_s, 4LL << 30));
+    std::stop_source stop;
+    std::expected<MadeProject, CopyError> answer;
+    std::jthread copying([&] { answer = places.copy(u"shop"_s, stop.get_token()); });
+    QTRY_VERIFY(places.progress.bytes > 0);
+    stop.request_stop();
+    copying.join();
+    QVERIFY(!answer && answer.error().wasCancelled && places.progress.bytes < 4LL << 30);
+    QVERIFY(places.projects().isEmpty());
+  }
+
   void cancelledHalfWayItLeavesNothingBehind() {
     Places places;
     for (int i = 0; i < 40; ++i) places.put(u"f%1"_s.arg(i), QByteArray(4 * 1024 * 1024, 'x'));
     std::stop_source stop;
-    std::expected<QString, CopyError> answer;
+    std::expected<MadeProject, CopyError> answer;
     std::jthread copying([&] { answer = places.copy(u"shop"_s, stop.get_token()); });
     QTRY_VERIFY(places.progress.files > 0);
     const bool wasHidden = !places.projects().contains(u"shop"_s);

@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include "support/cli_world.h"
+#include "support/fake_palette.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
 
 using namespace Qt::StringLiterals;
@@ -34,7 +35,6 @@ class RecordingPanel final : public PalettePresenter {
 KeyPress text(const QString& characters) {
   return {.characters = characters, .charactersIgnoringModifiers = characters};
 }
-KeyPress code(std::uint32_t keyCode) { return {.keyCode = keyCode}; }
 KeyPress withCommand(QChar letter) { return {.command = true, .charactersIgnoringModifiers = letter}; }
 
 }  // namespace

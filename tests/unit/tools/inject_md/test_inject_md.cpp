@@ -55,9 +55,15 @@ class TestInjectMD : public QObject {
     QVERIFY(text.startsWith(u"# %1\n\n%2\n"_s.arg(name, subtitle)));
     QCOMPARE(headings(text), sections);
     QVERIFY(text.contains("<!-- "_L1) && text.endsWith(u'\n'));
-    QCOMPARE(text.contains("- Test: `<test command>`"_L1), sections.contains(u"Commands"_s));
-    QCOMPARE(text.contains("- Keep changes focused; don't reformat unrelated lines."_L1),
+    QCOMPARE(text.contains("## Commands\n\n- Build: `<build command>`\n- Test: `<test command>`\n"_L1),
+             sections.contains(u"Commands"_s));
+    QCOMPARE(text.contains("## Conventions\n\n- Match the style of the surrounding code.\n"
+                           "- Keep changes focused; don't reformat unrelated lines.\n"_L1),
              sections.contains(u"Conventions"_s));
+    const qsizetype tasks = name == "BACKLOG.md"_L1 ? 2 : 0;
+    QCOMPARE(text.count("- [ ] <!-- "_L1), tasks);
+    QVERIFY(text.indexOf("- [ ]"_L1) < 0 || text.lastIndexOf("- [ ]"_L1) < text.indexOf("## Done"_L1));
+    QVERIFY2(text.count("<!-- "_L1) >= sections.size(), "every section has something to fill in");
   }
 
   void listOfFilesSurvivesARestart() {
@@ -101,11 +107,21 @@ class TestInjectMD : public QObject {
     QCOMPARE(InjectMDStore(path).value().documents.size(), std::size_t(2));
   }
 
+  void aStrangeNameInTheEarlierLayoutIsKeptBeside() {
+    QTemporaryDir directory;
+    const QString path = directory.filePath(u"inject-md.json"_s);
+    QVERIFY(writeFile(path, R"({"fileName":"../CLAUDE.md","template":"old words"})"));
+    InjectMDStore store(path);
+    QCOMPARE(store.value().defaultDocument().fileName, u"AGENTS.md"_s);
+    store.update([](InjectMDSettings& settings) { QVERIFY(settings.add(u"SOUL.md"_s)); });
+    QVERIFY2(readFile(path + u".corrupt"_s).contains("old words"), "nothing of the user's is lost");
+  }
+
   void oddListsAreReadAsFarAsTheyGo() {
     QTemporaryDir directory;
     const QString path = directory.filePath(u"inject-md.json"_s);
     QVERIFY(writeFile(path, R"({"documents":[{"id":"x","fileName":"A.md","template":"a"},
-        {"id":"x","fileName":"../evil","template":"b"},7,{"id":"x","fileName":"B.md","template":"b"}],
+        {"id":"x","fileName":"../evil","template":"b"},7,{"fileName":"a\u0000b","template":"b"},{"id":"x","fileName":"B.md","template":"b"}],
         "defaultDocumentID":"none"})"));
     InjectMDStore store(path);
     QCOMPARE(store.value().documents.size(), std::size_t(2));
@@ -135,7 +151,7 @@ class TestInjectMD : public QObject {
     const MDInjector injector(agents(), directory.path());
     QVERIFY(writeFile(injector.targetPath(), "# AGENTS.md\nold\nolder\n\n"));
     QVERIFY(QFile::setPermissions(injector.targetPath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
-    QCOMPARE((*injector.inspect())->description(), u"adds 1 line, removes 2 lines"_s);
+    QCOMPARE((*injector.inspect())->effect, u"adds 1 line, removes 2 lines"_s);
     QVERIFY(injector.write(Overwrite::no).error().description().startsWith(u"Couldn’t write AGENTS.md: "_s));
     QVERIFY(readFile(injector.targetPath()).contains("older"));
     QVERIFY(injector.write(Overwrite::yes));
@@ -143,7 +159,7 @@ class TestInjectMD : public QObject {
     struct stat status{};
     QCOMPARE(stat(QFile::encodeName(injector.targetPath()).constData(), &status), 0);
     QCOMPARE(status.st_mode & 07777, mode_t(0640));
-    QCOMPARE((*injector.inspect())->description(), u"nothing would change"_s);
+    QCOMPARE((*injector.inspect())->effect, u"nothing would change"_s);
   }
 
   void linksStayLinksAndLeadNowhereUnseen() {
@@ -159,16 +175,51 @@ class TestInjectMD : public QObject {
     QVERIFY(readFile(elsewhere).endsWith("new\n"));
   }
 
+  void saysWhatCannotBeCompared_data() {
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("effect");
+    QTest::newRow("binary") << QByteArray(
+                                   "\x7f"
+                                   "ELF\0\0\n",
+                                   7)
+                            << u"replaces a file that is not text"_s;
+    QTest::newRow("Latin-1") << QByteArray("caf\xe9\n") << u"replaces a file that is not text"_s;
+    QTest::newRow("cut in a character") << QByteArray("caf\xc3") << u"replaces a file that is not text"_s;
+    QTest::newRow("large") << QByteArray(2 << 20, 'x') << u"replaces a file of more than 1 MB"_s;
+    QTest::newRow("a mark in front") << QByteArray("\xef\xbb\xbf# AGENTS.md\n\nnew\n")
+                                     << u"adds 1 line, removes 1 line"_s;
+    QTest::newRow("the same") << QByteArray("# AGENTS.md\n\nnew\n") << u"nothing would change"_s;
+  }
+  void saysWhatCannotBeCompared() {
+    QFETCH(QByteArray, before);
+    QTemporaryDir directory;
+    const MDInjector injector(agents(), directory.path());
+    QVERIFY(writeFile(injector.targetPath(), before));
+    QTEST((*injector.inspect())->effect, "effect");
+    QCOMPARE(readFile(injector.targetPath()), before);
+    QVERIFY(injector.write(Overwrite::yes));
+    QCOMPARE(readFile(injector.targetPath()), QByteArray("# AGENTS.md\n\nnew\n"));
+  }
+
   void whatIsNoFileIsLeftAlone() {
     QTemporaryDir directory;
     const MDInjector injector(agents(), directory.path());
     QVERIFY(QDir(directory.path()).mkdir(u"AGENTS.md"_s));
     QVERIFY(!injector.write(Overwrite::yes));
     QVERIFY(QDir(directory.path()).rmdir(u"AGENTS.md"_s));
+    QVERIFY(QFile::link(u"/tmp"_s, injector.targetPath()));
+    QCOMPARE(injector.write(Overwrite::yes).error().reason, u"there is a folder of that name"_s);
+    QVERIFY(QFile::remove(injector.targetPath()));
+    QVERIFY(QFile::link(injector.targetPath(), injector.targetPath()));
+    QCOMPARE(injector.write(Overwrite::yes).error().reason, u"it is a link that leads nowhere"_s);
+    QVERIFY(QFile::remove(injector.targetPath()));
     QCOMPARE(mkfifo(QFile::encodeName(injector.targetPath()).constData(), 0600), 0);
     QVERIFY(!injector.inspect() && !injector.write(Overwrite::yes));
     QVERIFY(!MDInjector(agents(), directory.filePath(u"gone"_s)).write(Overwrite::yes));
     QVERIFY(!MDInjector({QUuid(), u"../x"_s, u"x"_s}, directory.path()).write(Overwrite::yes));
+    // Nobody may write there, root neither.
+    const auto refused = MDInjector(agents(), u"/proc"_s).write(Overwrite::yes);
+    QVERIFY(!refused && !refused.error().reason.isEmpty());
   }
 
   void aFullDiskLeavesTheOldFile() {
@@ -181,24 +232,6 @@ class TestInjectMD : public QObject {
     }
     QCOMPARE(readFile(injector.targetPath()), QByteArray("old"));
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-  }
-
-  void countsLines_data() {
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<int>("added");
-    QTest::addColumn<int>("removed");
-    QTest::newRow("nothing there") << u""_s << u"a\nb\n"_s << 2 << 0;
-    QTest::newRow("no newline at the end") << u"a\nb"_s << u"a\nb\n"_s << 0 << 0;
-    QTest::newRow("swapped") << u"a\nb\n"_s << u"b\na\n"_s << 1 << 1;
-    QTest::newRow("in between") << u"a\nc\n"_s << u"a\nb\nc\n"_s << 1 << 0;
-  }
-  void countsLines() {
-    QFETCH(QString, before);
-    QFETCH(QString, after);
-    QFETCH(int, added);
-    QFETCH(int, removed);
-    QCOMPARE(lineChanges(before, after), (LineChanges{added, removed}));
   }
 };
 

@@ -1,9 +1,11 @@
 #include <QAbstractItemModelTester>
 #include <QDir>
+#include <QSignalSpy>
 #include <QTest>
 
 #include "support/agent_home.h"
 #include "support/fake_clock.h"
+#include "support/fake_palette.h"
 #include "support/fake_presenters.h"
 #include "support/files.h"
 #include "tools/inject_md/inject_md_palette_controller.h"
@@ -14,18 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Step = InjectMDPaletteModel::Step;
-
-class SilentPanel final : public PalettePresenter {
- public:
-  void present() override {}
-  void warmUp() override {}
-  void dismiss() override {}
-};
-
-KeyPress code(std::uint32_t keyCode) { return {.keyCode = keyCode}; }
-KeyPress letter(QChar character) {
-  return {.characters = QString(character), .charactersIgnoringModifiers = QString(character)};
-}
 
 /// A home with one project, in which an agent has worked, and one whose folder is gone.
 struct World {
@@ -39,9 +29,7 @@ struct World {
     QTRY_VERIFY(!model.projects().isLoading());
   }
   void press(std::uint32_t keyCode) { QVERIFY(palette.handleKey(code(keyCode))); }
-  void type(const QString& text) {
-    for (const QChar character : text) palette.handleKey(letter(character));
-  }
+  void type(const QString& text) { typeInto(palette, text); }
   QString title(int row) const { return model.index(row).data().toString(); }
   QString toast() const { return toasts.shown.empty() ? QString() : toasts.shown.back().first.title; }
 
@@ -56,14 +44,14 @@ struct World {
   VibeHistoryStore history{directory.filePath(u"history.json"_s)};
   SessionTraceScanner scanner{home.path()};
   QString dialogTitle;
-  std::function<void(const QString&)> chooseFolder;
+  InjectMDPaletteController::FolderAnswer chooseFolder;
   InjectMDPaletteController palette{{settings, history, scanner, toasts, clock, launcher,
-                                     [this](const QString& asked, auto chosen) {
+                                     [this](const QString& asked, auto answered) {
                                        dialogTitle = asked;
-                                       chooseFolder = std::move(chosen);
+                                       chooseFolder = std::move(answered);
                                      },
                                      home.path()},
-                                    [] { return std::make_unique<SilentPanel>(); }};
+                                    &SilentPanel::make};
   InjectMDPaletteModel& model = palette.model();
   QAbstractItemModelTester tester{&model};
 };
@@ -142,6 +130,11 @@ class TestInjectMDPalette : public QObject {
     QTRY_COMPARE(world.model.step(), Step::overwrite);
     world.press(keycode::kDown);
     QVERIFY(world.model.index(1).data(ProjectListModel::PathRole).toString().endsWith("lines, removes 1 line"_L1));
+    QCOMPARE(world.model.changes().front(), (DiffLine{DiffLine::Kind::removed, u"mine"_s}));
+    QSignalSpy turned(&world.palette, &InjectMDPaletteController::turned);
+    world.press(keycode::kPageDown);
+    QCOMPARE(turned, QList<QVariantList>{{1}});
+    QCOMPARE(world.model.selectionIndex(), 1);
     world.press(keycode::kReturn);
     QTRY_COMPARE(world.toast(), u"AGENTS.md is in place"_s);
     QVERIFY(readFile(world.target).startsWith("# AGENTS.md"));
@@ -162,6 +155,43 @@ class TestInjectMDPalette : public QObject {
     world.press(keycode::kEscape);
     QTRY_COMPARE(world.model.rowCount(), 2);
     QCOMPARE(readFile(folder + u"/AGENTS.md"_s), QByteArray("mine\n"));
+  }
+
+  void anUnansweredChooserLosesNothing() {
+    World world;
+    world.settings.update([](InjectMDSettings& settings) { QVERIFY(settings.add(u"SOUL.md"_s)); });
+    world.open();
+    world.press(keycode::kDown);
+    world.press(keycode::kReturn);
+    world.type(u"sho"_s);
+    world.press(keycode::kUp);
+    world.press(keycode::kReturn);
+    QVERIFY(!world.palette.isShown());
+    world.chooseFolder(std::nullopt);
+    QVERIFY(world.palette.isShown() && world.model.step() == Step::project);
+    QCOMPARE(world.model.query(), u"sho"_s);
+    QTRY_COMPARE(world.model.rowCount(), 2);
+    world.press(keycode::kUp);
+    world.press(keycode::kReturn);
+
+    // Meanwhile the palette is used for another file: the chosen folder gets the one it was chosen for.
+    world.palette.show();
+    QVERIFY(world.model.step() == Step::document);
+    world.chooseFolder(world.directory.path());
+    QTRY_VERIFY(QFile::exists(world.directory.filePath(u"SOUL.md"_s)));
+    QVERIFY(!QFile::exists(world.directory.filePath(u"AGENTS.md"_s)));
+  }
+
+  void escapeAfterAChooserLeadsBackToTheLauncher() {
+    World world;
+    world.launcher.startedFromLauncher = true;
+    world.open();
+    world.press(keycode::kUp);
+    world.press(keycode::kReturn);
+    world.chooseFolder(std::nullopt);
+    world.press(keycode::kEscape);
+    QVERIFY(!world.palette.isShown());
+    QCOMPARE(world.launcher.shown.size(), 1);
   }
 
   void failuresAreTold() {

@@ -6,7 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "base/login_shell.h"
+#include <signal.h>
+
 #include "support/fake_clock.h"
 #include "support/fake_platform.h"
 #include "tools/open_project/agent_script.h"
@@ -113,7 +114,18 @@ class TestOpenProject : public QObject {
     const auto path = writeAgentScript({u"/w"_s, u"x"_s, u"/bin/sh"_s}, temporary.path());
     QVERIFY(path.has_value() && !path->startsWith(shared + u'/'));
     QVERIFY(QDir(shared).isEmpty());
+    removeAgentScript(*path);
+    QCOMPARE(QDir(temporary.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList(u"QuarnelAgent"_s));
     QVERIFY(!writeAgentScript({u"/w"_s, u"x"_s, u"/bin/sh"_s}, u"/proc/none"_s).has_value());
+  }
+
+  void aLinkIsNotFollowed() {
+    const QTemporaryDir temporary;
+    const QTemporaryDir elsewhere;
+    QVERIFY(QFile::link(elsewhere.path(), temporary.filePath(u"QuarnelAgent"_s)));
+    const auto path = writeAgentScript({u"/w"_s, u"x"_s, u"/bin/sh"_s}, temporary.path());
+    QVERIFY(path.has_value() && QDir(elsewhere.path()).isEmpty());
+    QVERIFY(!path->startsWith(temporary.filePath(u"QuarnelAgent/"_s)));
   }
 
   void oldScriptsAreRemoved() {
@@ -125,7 +137,7 @@ class TestOpenProject : public QObject {
     QVERIFY(file.open(QFile::ReadWrite));
     QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-2), QFile::FileModificationTime));
     file.close();
-    QVERIFY(writeAgentScript(script, temporary.path()).has_value());
+    removeOldAgentScripts(temporary.path());
     QVERIFY(!QFile::exists(old) && QFile::exists(young));
   }
 
@@ -138,7 +150,9 @@ class TestOpenProject : public QObject {
   void opensAFolderOfAnyName() {
     QFETCH(const QString, shell);
     World world(shell);
-    const QString folder = world.directory.filePath(u"it's a “Größe” 日本 $HOME `x`"_s);
+    const QString folder = world.directory.filePath(
+        uR"(it's a “Größe” 日本 $HOME `x` \'; exit 7; \\' !!
+#)"_s);
     QDir().mkdir(folder);
     QVERIFY2(world.open({folder, {}, {}}).has_value(), qPrintable(world.text()));
     QCOMPARE(QString::fromUtf8(read(world.record)).trimmed(), folder);
@@ -152,8 +166,10 @@ class TestOpenProject : public QObject {
     timer.start();
     QVERIFY(!world.open({u"/"_s, u"no-such-program-here %path"_s, {}}).has_value());
     QCOMPARE(world.text(), u"Command exited with code 127"_s);
-    world.open({u"/"_s, u"exit 3"_s, {}});
+    QVERIFY(!world.open({u"/"_s, u"exit 3"_s, {}}).has_value());
     QCOMPARE(world.text(), u"Command exited with code 3"_s);
+    QVERIFY(!world.open({u"/"_s, u"kill -9 $$"_s, {}}).has_value());
+    QCOMPARE(world.text(), u"Command exited with code 137"_s);
     World shellless(u"/nonexistent/zsh"_s);
     QVERIFY(!shellless.open({u"/"_s, u"true"_s, {}}).has_value());
     QVERIFY(!shellless.text().isEmpty());
@@ -174,23 +190,43 @@ class TestOpenProject : public QObject {
 
   void aTerminalThatStaysHasOpened() {
     World world(u"/bin/sh"_s);
-    const QString go = world.directory.filePath(u"go"_s);
-    QCOMPARE(QProcess::execute(u"mkfifo"_s, {go}), 0);
-    world.start({u"/"_s, u"read line < '%1'; exit 5"_s.arg(go), {}});
+    const pid_t terminal = world.startUntilTold(5);
     QVERIFY(world.results.empty());
     world.clock.advance(ProjectLauncher::kSettled);
     QCOMPARE(world.results.size(), 1U);
     QVERIFY(world.results.front().has_value());
-    QFile file(go);
-    QVERIFY(file.open(QFile::WriteOnly));
-    file.write("\n");
+    world.clock.advance(ProjectLauncher::kFollowed);
+    world.tell();
+    QTRY_VERIFY(::kill(terminal, 0) != 0);
+    QCOMPARE(world.results.size(), 1U);
+  }
+
+  void aFailureAfterASlowProfileIsStillTold() {
+    World world(u"/bin/sh"_s);
+    for (const int code : {0, 127}) {
+      const pid_t terminal = world.startUntilTold(code);
+      world.clock.advance(ProjectLauncher::kSettled);
+      world.tell();
+      QTRY_VERIFY(::kill(terminal, 0) != 0);
+    }
+    QCOMPARE(world.results.size(), 3U);
+    QCOMPARE(world.text(), u"Command exited with code 127"_s);
+  }
+
+  void aScriptIsRemovedWhenItHasServed() {
+    World world(u"/bin/sh"_s);
+    QVERIFY(world.open({u"/"_s, {}, u"true"_s}).has_value());
+    const QDir scripts(world.directory.filePath(u"QuarnelAgent"_s));
+    QCOMPARE(scripts.count(), 3U);
+    world.clock.advance(kAgentScriptLife);
+    QVERIFY(scripts.isEmpty());
   }
 
  private:
   struct World {
     explicit World(const QString& shell) : World(shell, recorder({}).scriptedCommand, true) {}
     World(const QString& shell, const QString& scripted, bool records = false)
-        : launcher({{preset(scripted, records)}, shell, directory.path()}, clock) {}
+        : launcher({{preset(scripted, records)}, shell, directory.path(), shell}, clock) {}
 
     LaunchPreset preset(const QString& scripted, bool records) const {
       LaunchPreset preset = recorder(record);
@@ -199,6 +235,18 @@ class TestOpenProject : public QObject {
     }
     void start(const LaunchRequest& request) {
       launcher.open(request, [this](const auto& result) { results.push_back(result); });
+    }
+    /// A command that ends with `code` when it is told to; its process.
+    pid_t startUntilTold(int code) {
+      if (!QFile::exists(pipe)) QProcess::execute(u"mkfifo"_s, {pipe});
+      QFile::remove(record);
+      start({u"/"_s, u"echo $$ > '%1'; read line < '%2'; exit %3"_s.arg(record, pipe).arg(code), {}});
+      if (!QTest::qWaitFor([this] { return read(record).endsWith('\n'); })) return 0;
+      return read(record).trimmed().toInt();
+    }
+    void tell() const {
+      QFile file(pipe);
+      if (file.open(QFile::WriteOnly)) file.write("\n");
     }
     std::expected<void, LaunchError> open(const LaunchRequest& request) {
       const std::size_t before = results.size();
@@ -210,6 +258,7 @@ class TestOpenProject : public QObject {
 
     QTemporaryDir directory;
     QString record = directory.filePath(u"record"_s);
+    QString pipe = directory.filePath(u"pipe"_s);
     FakeClock clock;
     ProjectLauncher launcher;
     std::vector<std::expected<void, LaunchError>> results;

@@ -2,9 +2,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "platform/pasteboard.h"
 #include "support/agent_home.h"
 #include "support/fake_clock.h"
+#include "support/fake_palette.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
 #include "tools/open_project/open_project_controller.h"
@@ -13,27 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class SilentPanel final : public PalettePresenter {
- public:
-  void present() override {}
-  void warmUp() override {}
-  void dismiss() override {}
-};
-
-class FakePasteboard final : public Pasteboard {
- public:
-  void writeText(const QString& text) override { texts.append(text); }
-  QStringList texts;
-};
-
-KeyPress code(std::uint32_t keyCode, bool command = false) { return {.keyCode = keyCode, .command = command}; }
-KeyPress letter(QChar character) {
-  return {.characters = QString(character), .charactersIgnoringModifiers = QString(character)};
-}
-
 std::vector<LaunchPreset> somePresets() {
   return {{u"Works"_s, u"test -d %path"_s, {}, {}, {}},
-          {u"Fails"_s, u"test ! -d %path && exit"_s, {}, u"command -v no-such-program-here"_s, {}}};
+          {u"Fails"_s, u"test ! -d %path && exit"_s, {}, u"command -v no-such-program-here"_s, {}},
+          {u"Last"_s, u"true %path"_s, {}, {}, {}}};
 }
 
 }  // namespace
@@ -73,7 +56,7 @@ class TestOpenProjectPalette : public QObject {
     world.load();
     OpenProjectModel& model = world.palette.model();
     const QAbstractItemModelTester tester(&model);
-    for (const QChar character : u"plain"_s) world.palette.handleKey(letter(character));
+    typeInto(world.palette, u"plain"_s);
     world.palette.handleKey(code(keycode::kReturn));
     QVERIFY(model.isChoosingCommand());
     QCOMPARE(model.query(), QString());
@@ -85,7 +68,7 @@ class TestOpenProjectPalette : public QObject {
     QCOMPARE(model.query(), u"plain"_s);
     QCOMPARE(model.selectedFolder()->name(), u"plain"_s);
     world.palette.handleKey(code(keycode::kReturn));
-    world.palette.choose(1);
+    world.palette.choose(world.row(u"Fails"_s).row());
     QTRY_COMPARE(world.toasts.shown.size(), 1U);
     QCOMPARE(world.toasts.shown.front().first.detail, u"Command exited with code 1"_s);
   }
@@ -109,8 +92,48 @@ class TestOpenProjectPalette : public QObject {
     world.palette.handleKey(code(keycode::kReturn, true));
     QTRY_COMPARE(changed.size(), 1);
     QVERIFY(world.installed.isInstalled(u"Works"_s));
-    QVERIFY(world.palette.model().index(1).data(OpenProjectModel::IsMissingRole).toBool());
-    QCOMPARE(world.palette.model().index(1).data(Qt::AccessibleTextRole), u"Fails, not installed"_s);
+    QVERIFY(world.row(u"Fails"_s).data(OpenProjectModel::IsMissingRole).toBool());
+    QCOMPARE(world.row(u"Fails"_s).data(Qt::AccessibleTextRole), u"Fails, not installed"_s);
+    // Shown rows keep their places; in what is listed anew the missing ones come last.
+    typeInto(world.palette, u"s"_s);
+    QCOMPARE(world.palette.model().index(2).data(), u"Fails"_s);
+  }
+
+  void theUsualCommandIsSelected() {
+    World world;
+    world.settings.update([](OpenProjectSettings& settings) { settings.command = somePresets()[1].command; });
+    world.load();
+    world.palette.handleKey(code(keycode::kReturn, true));
+    QCOMPARE(world.palette.model().selectedPreset()->name, u"Fails"_s);
+  }
+
+  void aProjectThatWasMadeHereStaysListed() {
+    World world;
+    OpenProjectModel& model = world.palette.model();
+    const QString made = world.directory.filePath(u"made"_s);
+    QDir().mkdir(made);
+    world.palette.add(made);
+    world.palette.offer(made);
+    world.palette.handleKey(code(keycode::kDown));
+    const QString selected = model.selectedPreset()->name;
+    QTRY_VERIFY(!model.isLoading());
+    QCOMPARE(model.selectedPreset()->name, selected);
+    world.palette.handleKey(code(keycode::kEscape));
+    QCOMPARE(model.rowCount(), 3);
+    QCOMPARE(model.selectedFolder()->path, made);
+    QVERIFY(model.index(0).data(Qt::AccessibleTextRole).toString().startsWith(u"made, %1, "_s.arg(made)));
+    QCOMPARE(model.index(0).data(Qt::AccessibleTextRole).toString().count(u','), 2);
+    world.palette.hide();
+    // The command line, meanwhile, has made another and the user has deleted the first.
+    NewProjectStore(world.newProjectsFile).update([&](NewProjects& projects) {
+      projects.add(world.home.path());
+      projects.add(world.directory.filePath(u"plain"_s));
+    });
+    QDir().rmdir(made);
+    world.palette.show();
+    QTRY_VERIFY(!model.isLoading());
+    QCOMPARE(model.rowCount(), 3);
+    QCOMPARE(model.filtered().front().path, world.home.path());
   }
 
   void keysOfTheFileSurvive() {
@@ -134,6 +157,10 @@ class TestOpenProjectPalette : public QObject {
       palette.show();
       QTRY_COMPARE(palette.model().rowCount(), 2);
     }
+    QModelIndex row(const QString& name) {
+      const OpenProjectModel& model = palette.model();
+      return model.match(model.index(0), Qt::DisplayRole, name, 1, Qt::MatchExactly).value(0);
+    }
 
     AgentHome home;
     QTemporaryDir directory;
@@ -143,13 +170,16 @@ class TestOpenProjectPalette : public QObject {
     FakeToasts toasts;
     FakeLauncherOpener opener;
     OpenProjectStore settings{file};
+    QString newProjectsFile = directory.filePath(u"new-projects.json"_s);
+    NewProjectStore newProjects{newProjectsFile};
     VibeHistoryStore history{directory.filePath(u"history.json"_s)};
     SessionTraceScanner scanner{home.path()};
-    ProjectLauncher launcher{{somePresets(), u"/bin/sh"_s, directory.path()}, clock};
+    ProjectLauncher launcher{{somePresets(), u"/bin/sh"_s, directory.path(), u"/bin/sh"_s}, clock};
     InstalledPresets installed{somePresets(), u"/bin/sh"_s};
-    OpenProjectController palette{{settings, history, scanner, launcher, installed, pasteboard, toasts, clock, opener},
-                                  home.path(),
-                                  [] { return std::make_unique<SilentPanel>(); }};
+    OpenProjectController palette{
+        {settings, history, scanner, launcher, installed, pasteboard, newProjects, toasts, clock, opener},
+        home.path(),
+        &SilentPanel::make};
   };
 };
 

@@ -42,7 +42,9 @@ bool hasStrictStrings(const QByteArray& line) {
     if (character == '"') inString = !inString;
     if (!inString) continue;
     if (character >= 0 && character < ' ') return false;
-    if (character == '\\' && (++at == line.size() || !QByteArray("\"\\/bfnrtu").contains(line[at]))) return false;
+    if (character != '\\') continue;
+    ++at;
+    if (at == line.size() || !QByteArray("\"\\/bfnrtu").contains(line[at])) return false;
   }
   return true;
 }
@@ -54,12 +56,16 @@ std::optional<QJsonObject> object(const QByteArray& line) {
   return document.isObject() ? std::optional(document.object()) : std::nullopt;
 }
 
-QString clean(const QString& prompt) {
+QString firstCharacters(const QString& prompt) {
   const QString line = prompt.simplified();
-  if (line.startsWith(u'<') || line.startsWith("Caveat:"_L1)) return {};
   QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, line);
   for (int count = 0; count < 160 && finder.position() < line.size(); ++count) finder.toNextBoundary();
   return line.left(finder.position());
+}
+
+QString clean(const QString& prompt) {
+  const QString line = prompt.simplified();
+  return line.startsWith(u'<') || line.startsWith("Caveat:"_L1) ? QString() : firstCharacters(line);
 }
 
 QString firstClean(const QStringList& texts) {
@@ -108,11 +114,9 @@ QString userPrompt(const QByteArrayList& head, bool byMachine) {
   return {};
 }
 
-QString simplified(const QString& text) { return text.simplified(); }
-
 /// The first prompt in each of the three forms, the best of them first.
 QString codexPrompt(const QByteArrayList& lines) {
-  const auto request = [](QString text) {
+  const auto request = [](const QString& text) {
     const qsizetype at = text.indexOf("## My request for Codex:"_L1);
     return at < 0 ? text : text.mid(at + 24);
   };
@@ -175,9 +179,10 @@ std::optional<VibeSession> reference::claude(const QString& path, const QByteArr
   const QString folder = QFileInfo(path).dir().dirName();
   for (auto line = lines.tail.rbegin(); session.cwd.isEmpty() && line != lines.tail.rend(); ++line)
     takeFolder(*line, folder);
-  session.title = nonEmpty({newest(lines.tail, "custom-title", u"customTitle"_s, simplified),
-                            newest(lines.tail, "ai-title", u"aiTitle"_s, simplified), userPrompt(lines.head, false),
-                            newest(lines.tail, "last-prompt", u"lastPrompt"_s, clean), userPrompt(lines.head, true)});
+  session.title =
+      nonEmpty({newest(lines.tail, "custom-title", u"customTitle"_s, firstCharacters),
+                newest(lines.tail, "ai-title", u"aiTitle"_s, firstCharacters), userPrompt(lines.head, false),
+                newest(lines.tail, "last-prompt", u"lastPrompt"_s, clean), userPrompt(lines.head, true)});
   return whole(session);
 }
 

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -85,6 +86,10 @@ class TestSessionScanner : public QObject {
     QVERIFY(QFile::link(u"/nowhere"_s, projects + u"/-w/broken.jsonl"_s));
     QCOMPARE(mkfifo((projects + u"/-w/pipe.jsonl"_s).toLocal8Bit().constData(), 0600), 0);
     QVERIFY(QDir().mkpath(projects + u"/-w/folder.jsonl"_s));
+    QVERIFY(QDir().mkpath(projects + u"/-closed"_s) && QDir().mkpath(sessions + u"/closed"_s));
+    for (const QString& closed : {projects + u"/-closed"_s, sessions + u"/closed"_s})
+      QVERIFY(QFile::setPermissions(closed, {}));
+    QCOMPARE(mkfifo((projects + u"/pipe"_s).toLocal8Bit().constData(), 0600), 0);
     QCOMPARE(ids(home), QStringList({u"good"_s, u"fine"_s}));
   }
 
@@ -107,6 +112,21 @@ class TestSessionScanner : public QObject {
     QCOMPARE(lines(exact, &TranscriptReader::previousTailLine).size(), 263);
   }
 
+  void aHugeLineHidesNeitherEnd() {
+    AgentHome home;
+    const QString path = home.claude(u"huge"_s, 1);
+    QFile file(path);
+    QVERIFY(file.open(QFile::ReadWrite));
+    // A hole: one line of 100 MB that takes no place on the disk.
+    QVERIFY(file.resize(100'000'000) && file.seek(file.size()));
+    file.write("\n{\"type\":\"ai-title\",\"aiTitle\":\"At the end\"}\n{\"type\":\"ai-title\",\"aiTitle\":\"torn");
+    file.close();
+    const auto sessions = SessionTraceScanner(home.path()).recentSessions(5, true, true);
+    QCOMPARE(sessions.size(), 1);
+    QCOMPARE(sessions.front().title, u"At the end"_s);
+    QCOMPARE(sessions.front().cwd, u"/w"_s);
+  }
+
   void promptsBecomeOneLine() {
     QCOMPARE(cleanPrompt(u"  one\n two \t three "_s), u"one two three"_s);
     QVERIFY(!cleanPrompt(u"<command-name>/clear"_s) && !cleanPrompt(u" Caveat: x"_s) && !cleanPrompt(u" \n"_s));
@@ -120,6 +140,26 @@ class TestSessionScanner : public QObject {
     session = {u"5"_s, SessionAgent::codex, u"t"_s, {}, {}, {}, {}};
     QCOMPARE(session.resumeCommand(), u"codex resume 5"_s);
     QCOMPARE(session.projectName(), u"unknown project"_s);
+    session.id = u"x; rm -rf ~"_s;
+    QCOMPARE(session.resumeCommand(), u"codex resume 'x; rm -rf ~'"_s);
+  }
+
+  void aShellComesToTheFolderWhateverItIsCalled() {
+    for (const QString& name :
+         {u"it's\n"_s, u"a\\n%b \"$HOME\" `id`"_s, u"\u009b2J\u001b[m\t"_s, u" -x\n\n"_s, u"é😀"_s}) {
+      const QTemporaryDir home;
+      const QString folder = home.filePath(name);
+      QVERIFY(QDir().mkpath(folder));
+      VibeSession session{u"1"_s, SessionAgent::claude, u"t"_s, folder, {}, {}, {}};
+      QString command = session.resumeCommand();
+      QVERIFY(
+          std::ranges::none_of(command, [](QChar character) { return character.category() == QChar::Other_Control; }));
+      command.replace(u"claude --resume 1"_s, u"pwd && echo ."_s);
+      QProcess shell;
+      shell.start(u"/bin/sh"_s, {u"-c"_s, command});
+      QVERIFY(shell.waitForFinished());
+      QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), folder + u"\n.\n"_s);
+    }
   }
 };
 

@@ -1,11 +1,13 @@
 #include <QAbstractItemModelTester>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 #include "base/relative_time.h"
-#include "platform/pasteboard.h"
 #include "support/agent_home.h"
 #include "support/fake_clock.h"
+#include "support/fake_palette.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
 #include "tools/keystrokes/keystroke_sender.h"
@@ -20,8 +22,8 @@ const QDateTime kNow(QDate(2026, 11, 21), QTime(15, 0));
 
 VibeSession session(const QString& id, const QDateTime& when, const QString& cwd = u"/w/shop"_s,
                     SessionAgent agent = SessionAgent::claude) {
-  return {id, agent, u"Title of "_s + id, cwd, u"main"_s, FileTime(std::chrono::milliseconds(when.toMSecsSinceEpoch())),
-          {}};
+  const FileTime time(std::chrono::milliseconds(when.toMSecsSinceEpoch()));
+  return {id, agent, u"Title of "_s + id, cwd, u"main"_s, time, id.toStdString()};
 }
 
 QStringList ids(const VibeHistoryPaletteModel& model) {
@@ -30,23 +32,25 @@ QStringList ids(const VibeHistoryPaletteModel& model) {
   return ids;
 }
 
-class SilentPanel final : public PalettePresenter {
+/// Keeps all work in the background from beginning.
+class HeldBackground {
  public:
-  void present() override {}
-  void warmUp() override {}
-  void dismiss() override {}
-};
+  HeldBackground() {
+    QThreadPool& pool = *QThreadPool::globalInstance();
+    for (int count = 0; count < pool.maxThreadCount(); ++count) pool.start([this] { gate_.acquire(); });
+  }
+  ~HeldBackground() {
+    letGo();
+    QThreadPool::globalInstance()->waitForDone();
+  }
+  HeldBackground(const HeldBackground&) = delete;
+  HeldBackground& operator=(const HeldBackground&) = delete;
 
-class FakePasteboard final : public Pasteboard {
- public:
-  void writeText(const QString& text) override { texts.append(text); }
-  QStringList texts;
-};
+  void letGo() { gate_.release(QThreadPool::globalInstance()->maxThreadCount()); }
 
-KeyPress code(std::uint32_t keyCode, bool command = false) { return {.keyCode = keyCode, .command = command}; }
-KeyPress letter(QChar character, bool command = false) {
-  return {.command = command, .characters = QString(character), .charactersIgnoringModifiers = QString(character)};
-}
+ private:
+  QSemaphore gate_;
+};
 
 }  // namespace
 
@@ -103,6 +107,20 @@ class TestVibeHistoryPalette : public QObject {
     QCOMPARE(relativeTime(kNow.addSecs(500), kNow), u"now"_s);
   }
 
+  void midnightMovesRowsAndNotTheSelection() {
+    VibeHistoryPaletteModel model;
+    model.beginLoading(kNow);
+    model.finishLoading(
+        {session(u"a"_s, kNow.addDays(-1), u"/w/shop"_s), session(u"b"_s, kNow.addDays(-2), u"/w/blog"_s),
+         session(u"c"_s, kNow.addDays(-2), u"/w/shop"_s)},
+        {});
+    model.select(1);
+    model.setNow(kNow.addDays(1));
+    QCOMPARE(ids(model), QStringList({u"a"_s, u"c"_s, u"b"_s}));
+    QCOMPARE(model.groups().front().title, u"Previous 7 Days"_s);
+    QCOMPARE(model.selectedSession()->id, u"b"_s);
+  }
+
   void hostileFoldersAreShownAndTypedSpelledOut() {
     const VibeSession evil = session(u"a"_s, kNow, u"/w/a\n\u0003b"_s);
     VibeHistoryPaletteModel model;
@@ -128,16 +146,44 @@ class TestVibeHistoryPalette : public QObject {
     world.palette.handleKey(code(keycode::kDown));
     QVERIFY(world.palette.handleKey(letter(u'C', true)));
     QCOMPARE(world.pasteboard.texts, QStringList(u"cd '/w' && claude --resume one"_s));
-    QCOMPARE(world.toasts.shown.front().first.title, u"Resume command copied"_s);
+    const auto& [toast, duration] = world.toasts.shown.front();
+    QCOMPARE(toast.title, u"Resume command copied"_s);
+    QCOMPARE(toast.icon, u"doc.on.clipboard.fill"_s);
+    QCOMPARE(duration, 4s);
     QVERIFY(!world.palette.isShown() && world.events.sequences.empty());
   }
 
   void whatIsTypedWhileItLoadsCounts() {
     World world;
+    HeldBackground held;
     world.palette.show();
+    for (const QChar character : u"Claudia"_s) world.palette.handleKey(letter(character));
+    world.palette.handleKey(code(keycode::kReturn));
+    for (int count = 0; count < 2; ++count) world.palette.handleKey(code(keycode::kDelete));
+    world.palette.handleKey(code(keycode::kDown));
+    world.palette.handleKey(letter(u'c', true));
+    QCoreApplication::processEvents();
     QCOMPARE(world.palette.model().emptyText(), u"Reading your conversations…"_s);
-    for (const QChar character : u"claude"_s) world.palette.handleKey(letter(character));
+    QVERIFY(world.palette.isShown() && world.pasteboard.texts.isEmpty());
+    held.letGo();
     QTRY_COMPARE(ids(world.palette.model()), QStringList(u"one"_s));
+    QCOMPARE(world.palette.model().query(), u"Claud"_s);
+  }
+
+  void aScanThatIsOvertakenShowsNothing() {
+    World world;
+    HeldBackground held;
+    world.palette.show();
+    world.palette.handleKey(code(keycode::kEscape));
+    world.settings.update([](VibeHistorySettings& settings) { settings.includeCodex = false; });
+    world.palette.show();
+    QSignalSpy changes(&world.palette.model(), &PaletteListModel::changed);
+    held.letGo();
+    QTRY_VERIFY(!world.palette.model().isLoading());
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(ids(world.palette.model()), QStringList(u"one"_s));
+    QCOMPARE(changes.size(), 1);
   }
 
   void readsNothingThatIsSwitchedOff() {
@@ -191,7 +237,7 @@ class TestVibeHistoryPalette : public QObject {
     VibeHistoryStore settings{directory.filePath(u"settings.json"_s)};
     SessionTraceScanner scanner{home.path()};
     VibeHistoryPaletteController palette{{settings, scanner, sender, pasteboard, toasts, clock, launcher},
-                                         [] { return std::make_unique<SilentPanel>(); }};
+                                         &SilentPanel::make};
   };
 };
 

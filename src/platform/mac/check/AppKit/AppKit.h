@@ -25,6 +25,32 @@ EXTERN const NSAppearanceName NSAppearanceNameDarkAqua SINCE(10.14);
 @property(nullable, readonly, unsafe_unretained) NSWindow* window;
 @end
 
+typedef CGRect NSRect;
+
+typedef NSString* NSDeviceDescriptionKey;
+
+@interface NSScreen : NSObject
+@property(class, readonly, copy) NSArray<NSScreen*>* screens;
+@property(readonly) NSRect frame;
+@property(readonly, copy) NSDictionary<NSDeviceDescriptionKey, id>* deviceDescription;
+@end
+
+ENUMERATION(NSUInteger, NSBitmapImageFileType){
+    NSBitmapImageFileTypeTIFF = 0, NSBitmapImageFileTypeBMP = 1, NSBitmapImageFileTypeGIF = 2,
+    NSBitmapImageFileTypeJPEG = 3, NSBitmapImageFileTypePNG = 4,
+};
+
+typedef NSString* NSBitmapImageRepPropertyKey;
+
+@interface NSImageRep : NSObject <NSCopying>
+@end
+
+@interface NSBitmapImageRep : NSImageRep
+- (instancetype)initWithCGImage:(CGImageRef)cgImage SINCE(10.5);
+- (nullable NSData*)representationUsingType:(NSBitmapImageFileType)storageType
+                                 properties:(NSDictionary<NSBitmapImageRepPropertyKey, id>*)properties;
+@end
+
 typedef NSInteger NSWindowLevel;
 static const NSWindowLevel NSNormalWindowLevel = 0;
 static const NSWindowLevel NSFloatingWindowLevel = 3;
@@ -42,6 +68,7 @@ OPTION_SET(NSUInteger, NSWindowCollectionBehavior){
     NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
     NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1,
     NSWindowCollectionBehaviorTransient SINCE(10.6) = 1 << 3,
+    NSWindowCollectionBehaviorStationary SINCE(10.6) = 1 << 4,
     NSWindowCollectionBehaviorFullScreenAuxiliary SINCE(10.7) = 1 << 8,
 };
 
@@ -59,6 +86,9 @@ EXTERN NSNotificationName NSWindowDidResignKeyNotification;
 @property NSWindowCollectionBehavior collectionBehavior SINCE(10.5);
 @property NSWindowAnimationBehavior animationBehavior SINCE(10.7);
 @property BOOL hidesOnDeactivate;
+@property BOOL ignoresMouseEvents;
+@property BOOL acceptsMouseMovedEvents;
+@property(readonly) NSInteger windowNumber;
 @property BOOL hasShadow;
 @property(getter=isOpaque) BOOL opaque;
 @property(null_resettable, copy) NSColor* backgroundColor;
@@ -97,6 +127,19 @@ EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 @property(nullable, readonly, strong) NSRunningApplication* frontmostApplication SINCE(10.7);
 @property(readonly) BOOL accessibilityDisplayShouldReduceMotion SINCE(10.12);
 - (BOOL)openURL:(NSURL*)url;
+@end
+
+typedef NSString* NSPasteboardType;
+EXTERN NSPasteboardType const NSPasteboardTypeFileURL SINCE(10.13);
+
+@interface NSPasteboardItem : NSObject
+- (nullable NSString*)stringForType:(NSPasteboardType)type;
+@end
+
+@interface NSPasteboard : NSObject
+@property(class, readonly, strong) NSPasteboard* generalPasteboard;
+@property(nullable, readonly, copy) NSArray<NSPasteboardItem*>* pasteboardItems SINCE(10.6);
+- (nullable NSData*)dataForType:(NSPasteboardType)dataType;
 @end
 
 typedef NSString* NSSoundName;

@@ -2,6 +2,40 @@
 
 #include "CoreFoundation/CoreFoundation.h"
 
+typedef double CGFloat;
+
+typedef struct CGPoint {
+  CGFloat x;
+  CGFloat y;
+} CGPoint;
+
+typedef struct CGSize {
+  CGFloat width;
+  CGFloat height;
+} CGSize;
+
+typedef struct CGRect {
+  CGPoint origin;
+  CGSize size;
+} CGRect;
+
+static inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
+  CGRect rect;
+  rect.origin.x = x;
+  rect.origin.y = y;
+  rect.size.width = width;
+  rect.size.height = height;
+  return rect;
+}
+EXTERN CGFloat CGRectGetMaxY(CGRect rect);
+
+typedef uint32_t CGDirectDisplayID;
+typedef uint32_t CGWindowID;
+typedef int32_t CGWindowLevel;
+typedef struct CGImage* CGImageRef;
+
+EXTERN CGWindowLevel CGShieldingWindowLevel(void);
+
 typedef uint16_t CGKeyCode;
 typedef struct __attribute__((objc_bridge(id))) __CGEvent* CGEventRef;
 typedef struct __attribute__((objc_bridge(id))) __CGEventSource* CGEventSourceRef;

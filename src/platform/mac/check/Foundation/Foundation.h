@@ -25,16 +25,56 @@ typedef struct {
 
 @interface NSURL : NSObject <NSCopying>
 + (nullable instancetype)URLWithString:(NSString*)URLString;
+@property(nullable, readonly, copy) NSString* absoluteString;
+@property(nullable, readonly, copy) NSURL* filePathURL SINCE(10.6);
 @end
 
 @interface NSNumber : NSObject <NSCopying>
 + (NSNumber*)numberWithBool:(BOOL)value;
+@property(readonly) unsigned int unsignedIntValue;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSCopying>
 + (instancetype)dictionaryWithObjects:(const ObjectType _Nonnull[_Nullable])objects
                               forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
                                 count:(NSUInteger)count;
+- (nullable ObjectType)objectForKeyedSubscript:(KeyType)key SINCE(10.8);
+@end
+
+typedef struct {
+  unsigned long state;
+  id __unsafe_unretained _Nullable* _Nullable itemsPtr;
+  unsigned long* _Nullable mutationsPtr;
+  unsigned long extra[5];
+} NSFastEnumerationState;
+
+@protocol NSFastEnumeration
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
+                                  objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
+                                    count:(NSUInteger)len;
+@end
+
+@interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSFastEnumeration>
+@property(nullable, nonatomic, readonly) ObjectType firstObject SINCE(10.6);
+@end
+
+@interface NSMutableArray<ObjectType> : NSArray <ObjectType>
++ (instancetype)array;
+- (void)addObject:(ObjectType)anObject;
+@end
+
+@interface NSIndexSet : NSObject <NSCopying>
+- (BOOL)containsIndex:(NSUInteger)value;
+@end
+
+@interface NSMutableIndexSet : NSIndexSet
++ (instancetype)indexSet;
+- (void)addIndex:(NSUInteger)value;
+@end
+
+@interface NSData : NSObject <NSCopying>
+@property(readonly) NSUInteger length;
+@property(readonly) const void* bytes __attribute__((objc_returns_inner_pointer));
 @end
 
 typedef NSString* NSNotificationName;

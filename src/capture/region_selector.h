@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+/// Lets the user drag a rectangle on any screen. The caller has asked for the permission to read the screen before, and
+/// has put its own panels away. Main thread only.
+class RegionSelector {
+ public:
+  /// The rectangle as an opaque PNG of exactly its pixels; nothing when the user cancelled or the capture failed.
+  using Completion = std::function<void(std::optional<QByteArray> png)>;
+
+  virtual ~RegionSelector() = default;
+
+  /// Starts a selection; `label` and `icon` (a symbol's name) follow the pointer until the drag begins. Calls
+  /// `completion` exactly once, never from inside this call. One selection at a time: one that is still running ends
+  /// with nothing.
+  virtual void begin(const QString& label, const QString& icon, Completion completion) = 0;
+};
