@@ -3,8 +3,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/job.h"
@@ -26,10 +28,19 @@ struct PasteboardData {
   QByteArray bytes;
 };
 
+/// Everything that a pasteboard held at one time: each kind of data under the system's own name for it.
+struct PasteboardContents {
+  std::vector<std::pair<QString, QByteArray>> flavours;
+
+  bool operator==(const PasteboardContents&) const = default;
+};
+
 /// The general pasteboard (the clipboard). As it stands, of a system without one. Main thread only.
 class Pasteboard {
  public:
   using Read = std::function<void(std::optional<PasteboardData>)>;
+  using ReadText = std::function<void(std::optional<QString>)>;
+  using Kept = std::function<void(PasteboardContents)>;
 
   /// More than that is not taken from another program.
   static constexpr qint64 kLargestData = 256'000'000;
@@ -38,6 +49,20 @@ class Pasteboard {
 
   /// Replaces what it holds by plain text.
   virtual void writeText([[maybe_unused]] const QString& text) {}
+  /// Replaces what it holds by an image, a whole PNG.
+  virtual void writeImage([[maybe_unused]] const QByteArray& png) {}
+  /// Moves whenever any program puts something on it, also when that equals what was there.
+  virtual std::int64_t changeCount() const { return 0; }
+  /// Answers, later, with its plain text; nothing when it has none.
+  virtual void readText(const JobRef& job, ReadText answer) {
+    job.later([answer = std::move(answer)] { answer(std::nullopt); });
+  }
+  /// Answers, later, with all that it holds, as far as its owner hands it over in time; empty: it is empty.
+  virtual void keep(const JobRef& job, Kept answer) {
+    job.later([answer = std::move(answer)] { answer({}); });
+  }
+  /// Puts back what was kept. Empty contents empty it.
+  virtual void restore([[maybe_unused]] const PasteboardContents& contents) {}
   /// Answers, later, with the first of `formats` that it holds: nothing when there is none, or when its owner does not
   /// hand it over. A slow owner delays the answer by half a minute at most, and nothing else.
   virtual void read([[maybe_unused]] const std::vector<PasteboardFormat>& formats, const JobRef& job, Read answer) {

@@ -7,6 +7,7 @@
 #include "platform/hotkey_backend.h"
 #include "platform/key_events.h"
 #include "platform/key_legends.h"
+#include "platform/key_target.h"
 #include "platform/login_item.h"
 #include "platform/network_path.h"
 #include "platform/panel_window.h"
@@ -33,6 +34,7 @@ struct Platform {
   std::unique_ptr<Updater> updater = std::make_unique<Updater>();
   std::unique_ptr<KeyLegends> keyLegends = std::make_unique<KeyLegends>();
   std::unique_ptr<TrayPanel> trayPanel = std::make_unique<TrayPanel>();
+  std::unique_ptr<KeyTargets> keyTargets = std::make_unique<KeyTargets>();
   std::unique_ptr<Pasteboard> pasteboard = std::make_unique<Pasteboard>();
   std::unique_ptr<ScreenGrabber> screenGrabber = std::make_unique<ScreenGrabber>();
 };

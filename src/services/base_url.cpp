@@ -19,13 +19,15 @@ QString BaseUrlError::description() const {
 std::expected<QUrl, BaseUrlError> parseBaseUrl(const QString& text) {
   using Reason = BaseUrlError::Reason;
   QUrl url(text.trimmed(), QUrl::StrictMode);
-  const QString scheme = url.scheme();
-  const bool isWeb = scheme == "https"_L1 || scheme == "http"_L1;
-  if (!url.isValid() || url.host().isEmpty() || !isWeb) return std::unexpected(BaseUrlError{Reason::notAnAddress});
+  if (!isWebAddress(url)) return std::unexpected(BaseUrlError{Reason::notAnAddress});
   if (!url.userInfo().isEmpty() || url.hasQuery() || url.hasFragment())
     return std::unexpected(BaseUrlError{Reason::hasMore});
-  if (scheme == "http"_L1 && !isLoopbackHost(url.host())) return std::unexpected(BaseUrlError{Reason::insecure});
+  if (url.scheme() == "http"_L1 && !isLoopbackHost(url.host())) return std::unexpected(BaseUrlError{Reason::insecure});
   return below(url, {});
+}
+
+bool isWebAddress(const QUrl& url) {
+  return url.isValid() && !url.host().isEmpty() && (url.scheme() == "https"_L1 || url.scheme() == "http"_L1);
 }
 
 QUrl below(QUrl base, const QString& path) {

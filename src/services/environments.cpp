@@ -4,6 +4,7 @@
 #include <QJsonObject>
 
 #include "base/regular_file.h"
+#include "services/base_url.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,10 +24,6 @@ QString trimmed(const QString& text) {
   const auto begin = std::ranges::find_if_not(text, isBlank);
   const auto end = std::find_if_not(text.rbegin(), std::make_reverse_iterator(begin), isBlank).base();
   return QString(begin, end - begin);
-}
-
-bool isWebAddress(const QUrl& url) {
-  return url.isValid() && !url.host().isEmpty() && (url.scheme() == "https"_L1 || url.scheme() == "http"_L1);
 }
 
 }  // namespace

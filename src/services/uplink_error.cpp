@@ -7,6 +7,8 @@
 #include <array>
 #include <optional>
 
+#include "services/base_url.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -16,8 +18,7 @@ constexpr std::array kMembers = {"url"_L1, "link"_L1, "href"_L1};
 /// A web address that somebody can open; none for any other text.
 std::optional<QUrl> webAddress(const QString& text) {
   const QUrl url(text, QUrl::StrictMode);
-  const bool isWeb = url.scheme() == "https"_L1 || url.scheme() == "http"_L1;
-  return url.isValid() && isWeb && !url.host().isEmpty() ? std::optional(url) : std::nullopt;
+  return isWebAddress(url) ? std::optional(url) : std::nullopt;
 }
 
 std::optional<QUrl> linkInObject(const QJsonObject& object) {

@@ -98,6 +98,7 @@ class FakeNetworkPath final : public NetworkPath {
 class FakePasteboard final : public Pasteboard {
  public:
   void writeText(const QString& text) override { texts.append(text); }
+  void writeImage(const QByteArray& png) override { images.push_back(png); }
   void read(const std::vector<PasteboardFormat>& formats, const JobRef& job, Read answer) override {
     ++reads;
     job.later([this, formats, answer = std::move(answer)] {
@@ -108,6 +109,7 @@ class FakePasteboard final : public Pasteboard {
     });
   }
   QStringList texts;
+  std::vector<QByteArray> images;
   std::map<PasteboardFormat, QByteArray> data;
   int reads = 0;
 };

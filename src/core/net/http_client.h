@@ -31,6 +31,9 @@ struct HttpRequest {
   std::shared_ptr<QIODevice> stream{};
   /// Told how much of the body has been sent, from 0 to 1, never less than before.
   std::function<void(double)> progress{};
+  /// Told each piece of the body as it arrives, of an answer with a status of success; the whole comes at the end all
+  /// the same.
+  std::function<void(const QByteArray&)> received{};
   /// The longest silence of the other side; zero: any.
   std::chrono::milliseconds timeout{0};
   /// The longest the whole exchange may take; zero: any.

@@ -40,6 +40,7 @@ HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, Htt
     : QObject(parent),
       reply_(reply),
       progress_(request.progress),
+      received_(request.received),
       answer_(std::move(answer)),
       maximumAnswer_(request.maximumAnswer) {
   // Qt's own limit ends a request as if somebody had cancelled it; with timers of our own the reason is known.
@@ -77,8 +78,10 @@ void HttpExchange::sent(qint64 bytes, qint64 total) {
 
 void HttpExchange::read() {
   heard();
-  body_ += reply_->read(maximumAnswer_ + 1 - body_.size());
-  if (body_.size() > maximumAnswer_) fail({HttpError::Reason::tooLarge, {}});
+  const QByteArray piece = reply_->read(maximumAnswer_ + 1 - body_.size());
+  body_ += piece;
+  if (body_.size() > maximumAnswer_) return fail({HttpError::Reason::tooLarge, {}});
+  if (received_ && !piece.isEmpty() && HttpResponse{statusOf(*reply_), {}, {}}.isSuccess()) received_(piece);
 }
 
 void HttpExchange::finish() {

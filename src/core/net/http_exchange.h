@@ -29,6 +29,7 @@ class HttpExchange : public QObject {
 
   QPointer<QNetworkReply> reply_;
   std::function<void(double)> progress_;
+  std::function<void(const QByteArray&)> received_;
   double shownProgress_ = 0;
   HttpClient::Answer answer_;
   qint64 maximumAnswer_;

@@ -90,7 +90,7 @@ std::expected<void, HotkeyRefusal> X11Hotkeys::take(const Grab& grab) {
   std::array<xcb_void_cookie_t, kLocks.size()> cookies;
   std::ranges::transform(kLocks, cookies.begin(), [&](std::uint16_t lock) {
     return xcb_grab_key_checked(session_.connection, false, session_.root, grab.modifiers | lock, grab.code,
-                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
   });
   std::uint8_t refusal = 0;
   for (const auto cookie : cookies)
@@ -122,14 +122,29 @@ bool X11Hotkeys::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
 /// Presses arrive on the root window, or on the panel that has the whole keyboard: an active grab keeps the passive
 /// ones from matching, and shortcuts work over an open panel too.
 bool X11Hotkeys::handlePress(const xcb_key_press_event_t& press) {
-  if (press.detail == held_ && (!release_ || release_ == Release{press.time, press.state})) return true;
+  const bool isRepetition = press.detail == held_ && (!release_ || release_ == Release{press.time, press.state});
   const auto found = std::ranges::find_if(grabs_, [&press](const Grab& grab) {
     return grab.active && grab.code == press.detail && grab.modifiers == (press.state & kModifiers);
   });
-  if (found == grabs_.end()) return false;
-  QMetaObject::invokeMethod(&context_, [this, id = found->id] { pressed_(id); }, Qt::QueuedConnection);
+  if (isRepetition || found == grabs_.end()) {
+    // What reaches the root window came through a grab, perhaps one that was given back meanwhile.
+    if (press.event == session_.root) thaw();
+    return isRepetition;
+  }
+  const auto deliver = [this, id = found->id] {
+    pressed_(id);
+    thaw();
+  };
+  QMetaObject::invokeMethod(&context_, deliver, Qt::QueuedConnection);
   hold(press.detail);
   return true;
+}
+
+/// What is typed after a shortcut waits in the server until the shortcut's panel has taken the keyboard, however late
+/// this process gets its turn: nothing of it goes to the window behind.
+void X11Hotkeys::thaw() {
+  xcb_allow_events(session_.connection, XCB_ALLOW_ASYNC_KEYBOARD, XCB_CURRENT_TIME);
+  xcb_flush(session_.connection);
 }
 
 /// The release goes to whoever has the keyboard by then. Under a grab of ours it arrives as an ordinary event,

@@ -46,6 +46,7 @@ class X11Hotkeys final : public HotkeyBackend, public QAbstractNativeEventFilter
   std::expected<void, HotkeyRefusal> take(const Grab& grab);
   void give(const Grab& grab);
   bool handlePress(const xcb_key_press_event_t& press);
+  void thaw();
   void hold(xcb_keycode_t code);
   void seeRelease(const xcb_key_release_event_t& release);
   void awaitRawRelease(bool wanted);

@@ -4,6 +4,7 @@ import subprocess
 import zipfile
 from pathlib import Path
 
+from driver import clipboard
 from driver.display import run
 from driver.file_manager import FIRST_ITEM, FileManager
 from driver.waiting import expect, until
@@ -24,7 +25,7 @@ def uploads_a_dragged_folder(world):
         application.start()
         application.wait_until_live()
         world.terminal.focus()
-        copy("before")
+        clipboard.copy(b"before")
         with FileManager(world.desktop, folder.parent, home):
             world.desktop.press("Ctrl+Alt+l")
             window = until("the window is shown", lambda: world.titled(TITLE))
@@ -33,11 +34,11 @@ def uploads_a_dragged_folder(world):
             world.desktop.drag(FIRST_ITEM, (window.x + window.width // 2, window.y + window.height // 2), steps=30)
             world.see("Projekt ä, folder, 3 files")
             world.picture("dropped")
-            expect("nothing is sent by a drop", pasted() == "before")
+            expect("nothing is sent by a drop", clipboard.text() == "before")
             world.desktop.press("Return")
             world.see("Link copied to clipboard", seconds=20)
             world.picture("done")
-        link = pasted()
+        link = clipboard.text()
         expect(f"the link is on the clipboard: {link}", link.startswith("http://127.0.0.1:"))
         check_zip(world, link, home, "Projekt ä/")
         check_zip(world, uploaded_by_command(world, folder), home, "Projekt ä/")
@@ -114,14 +115,6 @@ def uploaded_by_command(world, path):
 def inside(world, *command):
     """Runs a command where the program is: its loopback may be one of its own."""
     return run(*(world.network.command(list(command)) if world.network else command))
-
-
-def copy(text):
-    subprocess.run(["xclip", "-selection", "clipboard"], input=text, text=True, check=True, stdout=subprocess.DEVNULL)
-
-
-def pasted():
-    return run("xclip", "-selection", "clipboard", "-out")
 
 
 STEPS = [uploads_a_dragged_folder, stays_up_where_it_was_put]

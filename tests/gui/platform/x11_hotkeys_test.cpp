@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QTest>
 
+#include <algorithm>
 #include <map>
 
 #include "platform/carbon_modifiers.h"
@@ -179,6 +180,25 @@ class X11HotkeysTest : public QObject {
     QTRY_VERIFY(!isFree(52));
     user_.chord({kCtrl, kAlt}, 52);
     QTRY_COMPARE(presses_, (Presses{{1, 1}}));
+  }
+
+  /// The keyboard stands still from a shortcut's press until it is handled, also when nobody wants it any more.
+  void everybodyTypesOnAfterAPress_data() {
+    QTest::addColumn<bool>("given");
+    QTest::newRow("handled") << false;
+    QTest::newRow("given back before it was read") << true;
+  }
+  void everybodyTypesOnAfterAPress() {
+    QFETCH(bool, given);
+    QVERIFY(hotkeys_->registerHotkey(1, kMacU, kControlOption));
+    XClient other;
+    other.openWindow(10, 10, 100, 100);
+    QTRY_COMPARE(other.focusedWindow(), other.window());
+    user_.chord({kCtrl, kAlt}, kU);
+    if (given) hotkeys_->unregisterHotkey(1);
+    user_.tap(kReturn);
+    QTRY_COMPARE(std::ranges::count(other.keysReceived(), kReturn), 1);
+    QCOMPARE(presses_[1], given ? 0 : 1);
   }
 
   void unregisteredIsSilent() {

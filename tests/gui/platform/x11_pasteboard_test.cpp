@@ -10,7 +10,7 @@
 #include <atomic>
 #include <thread>
 
-#include "platform/x11/selection_reader.h"
+#include "platform/x11/clipboard_reader.h"
 #include "platform/x11/x11_pasteboard.h"
 
 using namespace Qt::StringLiterals;
@@ -135,10 +135,10 @@ class Owner {
 };
 
 const std::vector kImages{PasteboardFormat::png, PasteboardFormat::tiff};
-constexpr SelectionReader::Limits kShort{.offers = 200ms, .silence = 200ms, .whole = 2000ms, .bytes = 1'000'000};
+constexpr ClipboardReader::Limits kShort{.offers = 200ms, .silence = 200ms, .whole = 2000ms, .bytes = 1'000'000};
 
-QByteArray readPNG(SelectionReader::Limits limits = {}) {
-  const auto data = SelectionReader(limits, {}).first(kImages);
+QByteArray readPNG(ClipboardReader::Limits limits = {}) {
+  const auto data = ClipboardReader(limits, {}).first(kImages);
   return data && data->format == PasteboardFormat::png ? data->bytes : QByteArray();
 }
 
@@ -154,7 +154,7 @@ class X11PasteboardTest : public QObject {
     {
       const Owner owner(Manners::honest, small);
       QCOMPARE(readPNG(), small);
-      QVERIFY(!SelectionReader({}, {}).first({PasteboardFormat::jpeg, PasteboardFormat::fileURLs}));
+      QVERIFY(!ClipboardReader({}, {}).first({PasteboardFormat::jpeg, PasteboardFormat::fileURLs}));
     }
     QByteArray large(5'000'000, 'a');
     large[4'999'999] = 'z';

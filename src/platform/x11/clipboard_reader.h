@@ -11,7 +11,7 @@
 
 /// Asks the owner of the clipboard for what it offers, on a connection of its own. Whatever the owner does, a read ends
 /// within its limits, or at once when a stop is requested or the owner is gone. One thread, any.
-class SelectionReader {
+class ClipboardReader {
  public:
   struct Limits {
     /// For the list of what is offered, which no program has to work for.
@@ -22,7 +22,7 @@ class SelectionReader {
     qint64 bytes = Pasteboard::kLargestData;
   };
 
-  SelectionReader(Limits limits, std::stop_token stop);
+  ClipboardReader(Limits limits, std::stop_token stop);
 
   /// The first of `formats` that the owner offers and hands over.
   std::optional<PasteboardData> first(const std::vector<PasteboardFormat>& formats);

@@ -1,4 +1,4 @@
-#include "platform/x11/selection_reader.h"
+#include "platform/x11/clipboard_reader.h"
 
 #include <poll.h>
 
@@ -33,10 +33,10 @@ QByteArrayView targetName(PasteboardFormat format) {
 
 }  // namespace
 
-SelectionReader::SelectionReader(Limits limits, std::stop_token stop)
+ClipboardReader::ClipboardReader(Limits limits, std::stop_token stop)
     : limits_(limits), stop_(std::move(stop)), end_(Clock::now() + limits.whole) {}
 
-std::optional<PasteboardData> SelectionReader::first(const std::vector<PasteboardFormat>& formats) {
+std::optional<PasteboardData> ClipboardReader::first(const std::vector<PasteboardFormat>& formats) {
   if (!open() || !watchOwner()) return std::nullopt;
   const std::vector<xcb_atom_t> offers = offered();
   for (const PasteboardFormat format : formats) {
@@ -48,7 +48,7 @@ std::optional<PasteboardData> SelectionReader::first(const std::vector<Pasteboar
   return std::nullopt;
 }
 
-bool SelectionReader::open() {
+bool ClipboardReader::open() {
   int number = 0;
   connection_.reset(xcb_connect(nullptr, &number));
   if (xcb_connection_has_error(connection_.get())) return false;
@@ -64,14 +64,14 @@ bool SelectionReader::open() {
   return !isOver();
 }
 
-xcb_atom_t SelectionReader::atom(QByteArrayView name) const {
+xcb_atom_t ClipboardReader::atom(QByteArrayView name) const {
   const auto cookie = xcb_intern_atom(connection_.get(), 0, static_cast<std::uint16_t>(name.size()), name.constData());
   const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_.get(), cookie, nullptr));
   return reply ? reply->atom : xcb_atom_t{XCB_NONE};
 }
 
 /// Requests need the server's time of now: some owners refuse "whenever".
-void SelectionReader::timestamp() {
+void ClipboardReader::timestamp() {
   silence_ = limits_.offers;
   xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window_, property_, XCB_ATOM_INTEGER, 8, 0, nullptr);
   await([this](const xcb_generic_event_t& event) {
@@ -82,7 +82,7 @@ void SelectionReader::timestamp() {
 }
 
 /// False without an owner. One that ends while it is asked would otherwise be waited for.
-bool SelectionReader::watchOwner() {
+bool ClipboardReader::watchOwner() {
   const auto cookie = xcb_get_selection_owner(connection_.get(), clipboard_);
   const XcbReply<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(connection_.get(), cookie, nullptr));
@@ -93,7 +93,7 @@ bool SelectionReader::watchOwner() {
   return true;
 }
 
-std::vector<xcb_atom_t> SelectionReader::offered() {
+std::vector<xcb_atom_t> ClipboardReader::offered() {
   const auto value = convert(atom("TARGETS"), limits_.offers);
   if (!value) return {};
   const auto count = std::min(value->bytes.size() / qsizetype{sizeof(xcb_atom_t)}, kMostOffers);
@@ -101,7 +101,7 @@ std::vector<xcb_atom_t> SelectionReader::offered() {
   return {atoms, atoms + count};
 }
 
-std::optional<SelectionReader::Value> SelectionReader::convert(xcb_atom_t target, std::chrono::milliseconds silence) {
+std::optional<ClipboardReader::Value> ClipboardReader::convert(xcb_atom_t target, std::chrono::milliseconds silence) {
   silence_ = silence;
   if (!request(target)) return std::nullopt;
   auto value = takeValue();
@@ -109,7 +109,7 @@ std::optional<SelectionReader::Value> SelectionReader::convert(xcb_atom_t target
 }
 
 /// True when the owner has put its answer into our property.
-bool SelectionReader::request(xcb_atom_t target) {
+bool ClipboardReader::request(xcb_atom_t target) {
   xcb_delete_property(connection_.get(), window_, property_);
   xcb_convert_selection(connection_.get(), window_, clipboard_, target, property_, time_);
   bool isGranted = false;
@@ -126,7 +126,7 @@ bool SelectionReader::request(xcb_atom_t target) {
 }
 
 /// What is in our property, which is deleted: that also asks for the next piece. Nothing when it is too long.
-std::optional<SelectionReader::Value> SelectionReader::takeValue() {
+std::optional<ClipboardReader::Value> ClipboardReader::takeValue() {
   const auto words = static_cast<std::uint32_t>(limits_.bytes / 4 + 1);
   const auto cookie = xcb_get_property(connection_.get(), 1, window_, property_, XCB_GET_PROPERTY_TYPE_ANY, 0, words);
   const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_.get(), cookie, nullptr));
@@ -136,7 +136,7 @@ std::optional<SelectionReader::Value> SelectionReader::takeValue() {
 }
 
 /// Large data comes in pieces, each when the one before has been taken; an empty one is the end.
-std::optional<SelectionReader::Value> SelectionReader::gather(xcb_atom_t type) {
+std::optional<ClipboardReader::Value> ClipboardReader::gather(xcb_atom_t type) {
   Value whole{type, {}};
   const auto isPiece = [this](const xcb_generic_event_t& event) {
     if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return false;
@@ -155,7 +155,7 @@ std::optional<SelectionReader::Value> SelectionReader::gather(xcb_atom_t type) {
 
 /// Handles events until `wanted` says yes to one; false when that takes too long.
 template <class Wanted>
-bool SelectionReader::await(Wanted wanted) {
+bool ClipboardReader::await(Wanted wanted) {
   xcb_flush(connection_.get());
   silentUntil_ = Clock::now() + silence_;
   while (const auto event = next()) {
@@ -165,7 +165,7 @@ bool SelectionReader::await(Wanted wanted) {
   return false;
 }
 
-XcbReply<xcb_generic_event_t> SelectionReader::next() {
+XcbReply<xcb_generic_event_t> ClipboardReader::next() {
   while (!isOver()) {
     if (XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) return event;
     pollfd waiting{xcb_get_file_descriptor(connection_.get()), POLLIN, 0};
@@ -174,7 +174,7 @@ XcbReply<xcb_generic_event_t> SelectionReader::next() {
   return nullptr;
 }
 
-bool SelectionReader::isOver() const {
+bool ClipboardReader::isOver() const {
   const auto now = Clock::now();
   return stop_.stop_requested() || isLost_ || now >= std::min(silentUntil_, end_) ||
          xcb_connection_has_error(connection_.get());

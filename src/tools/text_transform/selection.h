@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+#include "platform/key_events.h"
+#include "platform/key_target.h"
+#include "platform/pasteboard.h"
+
+/// What the user has selected in whatever application is in front, and what has to be put right afterwards.
+struct Selection {
+  /// As it was copied; absent when nothing was copied in time, or nothing that has a text.
+  std::optional<QString> text;
+  /// What the clipboard held before the copy took its place; absent when the clipboard was not touched.
+  std::optional<PasteboardContents> previousClipboard;
+  /// Where it was selected.
+  KeyTarget owner = KeyTarget::none;
+};
+
+/// Reads the selection. Main thread only.
+class SelectionReader {
+ public:
+  using Answer = std::function<void(Selection)>;
+
+  virtual ~SelectionReader() = default;
+
+  /// Answers once, within about half a second. Never fails: without a selection there is no text.
+  virtual void readSelectedText(const JobRef& job, Answer answer) = 0;
+};
+
+/// Puts a result in the place of a selection, and the earlier clipboard back. Main thread only.
+class SelectionReplacer {
+ public:
+  enum class Outcome {
+    typed,
+    /// The window that owned the selection is not in front any more: the result is on the clipboard instead.
+    copied,
+  };
+  using Done = std::function<void(std::expected<Outcome, KeyEventError>)>;
+
+  virtual ~SelectionReplacer() = default;
+
+  /// Types `result` over `selection`, without a Return at its end, and puts the earlier clipboard back.
+  virtual void replace(const Selection& selection, const QString& result, const JobRef& job, Done done) = 0;
+  /// Puts the earlier clipboard back, if copying has displaced it.
+  virtual void restore(const Selection& selection) = 0;
+};
