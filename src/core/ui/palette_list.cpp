@@ -26,3 +26,13 @@ PaletteList::PaletteList(const QString& name, QWidget* parent) : QListView(paren
   setAttribute(Qt::WA_MacShowFocusRect, false);
   viewport()->setAutoFillBackground(false);
 }
+
+void PaletteList::select(int row) {
+  const QModelIndex index = model()->index(row, 0);
+  setCurrentIndex(index);
+  scrollTo(index);
+  if (!QAccessible::isActive()) return;
+  QAccessibleEvent event(this, QAccessible::Focus);
+  event.setChild(row);
+  QAccessible::updateAccessibility(&event);
+}

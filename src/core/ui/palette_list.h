@@ -10,4 +10,7 @@ class PaletteList : public QListView {
  public:
   /// `name`: what it lists, for screen readers.
   explicit PaletteList(const QString& name, QWidget* parent = nullptr);
+
+  /// Selects a row, which is scrolled to. The list never has the focus, yet a screen reader speaks the row.
+  void select(int row);
 };

@@ -1,6 +1,5 @@
 #include "core/ui/palette_view.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -10,18 +9,6 @@
 #include "core/ui/row_delegate.h"
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
-
-namespace {
-
-/// The list never has the focus, yet a screen reader shall speak the row that Return would choose.
-void announceSelection(PaletteList& list, int row) {
-  if (!QAccessible::isActive()) return;
-  QAccessibleEvent event(&list, QAccessible::Focus);
-  event.setChild(row);
-  QAccessible::updateAccessibility(&event);
-}
-
-}  // namespace
 
 PaletteView::PaletteView(PaletteListModel& model, RowDelegate* delegate, Texts texts, QWidget* parent)
     : QWidget(parent),
@@ -80,8 +67,5 @@ void PaletteView::follow() {
     return;
   }
   results_->setCurrentWidget(list_);
-  const QModelIndex index = model_.index(model_.selectionIndex());
-  list_->setCurrentIndex(index);
-  list_->scrollTo(index);
-  announceSelection(*list_, index.row());
+  list_->select(model_.selectionIndex());
 }
