@@ -20,6 +20,7 @@ BELOW = {
 }
 # Leaves that tools share; of the history only the scanner and which agents it reads.
 SHARED_TOOL_FILES = (
+    "tools/asking/",
     "tools/keystrokes/",
     "tools/projects/",
     "tools/session_history/session_scanner",

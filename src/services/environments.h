@@ -14,6 +14,8 @@ struct ServiceEnvironment {
 /// What its requests carry; empty: nothing.
 struct TokenEnvironment : ServiceEnvironment {
   QByteArray token;
+  /// Whether both come from an override file.
+  bool isOverride = false;
 };
 
 /// One type a network tool: the folder of its override file ("config.json") and what it asks the services for. The
@@ -73,7 +75,7 @@ class Environments {
       Environment environment;
       environment.endpoint = found->endpoint;
       if constexpr (kHasToken)
-        environment.token = found->token;
+        std::tie(environment.token, environment.isOverride) = std::pair(found->token, found->isOverride);
       else if (const QByteArray token = found->token.trimmed(); found->isOverride && !token.isEmpty())
         environment.overrideToken = token;
       answer(environment);

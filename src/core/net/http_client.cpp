@@ -39,6 +39,11 @@ std::optional<QByteArray> HttpResponse::header(QByteArrayView name) const {
   return found == headers.end() ? std::nullopt : std::optional(found->second);
 }
 
+QByteArray HttpResponse::mediaType() const {
+  const QByteArray type = header("Content-Type").value_or(QByteArray());
+  return type.split(';').first().trimmed().toLower();
+}
+
 QString HttpError::description() const {
   switch (reason) {
     case Reason::timedOut:

@@ -34,6 +34,8 @@ struct HttpRequest {
   /// Told each piece of the body as it arrives, of an answer with a status of success; the whole comes at the end all
   /// the same.
   std::function<void(const QByteArray&)> received{};
+  /// The media type of the answers that `received` is told of, in lower case; empty: of all.
+  QByteArray receivedType{};
   /// The longest silence of the other side; zero: any.
   std::chrono::milliseconds timeout{0};
   /// The longest the whole exchange may take; zero: any.
@@ -54,6 +56,8 @@ struct HttpResponse {
   bool isSuccess() const { return status >= 200 && status <= 299; }
   /// The value of the first header of that name, in any case of letters; none without it.
   std::optional<QByteArray> header(QByteArrayView name) const;
+  /// The media type in lower case, without its parameters; empty when it is not said.
+  QByteArray mediaType() const;
 };
 
 /// Why there is no response.

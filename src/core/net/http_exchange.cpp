@@ -41,6 +41,7 @@ HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, Htt
       reply_(reply),
       progress_(request.progress),
       received_(request.received),
+      receivedType_(request.receivedType),
       answer_(std::move(answer)),
       maximumAnswer_(request.maximumAnswer) {
   // Qt's own limit ends a request as if somebody had cancelled it; with timers of our own the reason is known.
@@ -81,7 +82,12 @@ void HttpExchange::read() {
   const QByteArray piece = reply_->read(maximumAnswer_ + 1 - body_.size());
   body_ += piece;
   if (body_.size() > maximumAnswer_) return fail({HttpError::Reason::tooLarge, {}});
-  if (received_ && !piece.isEmpty() && HttpResponse{statusOf(*reply_), {}, {}}.isSuccess()) received_(piece);
+  if (received_ && !piece.isEmpty()) hand(piece);
+}
+
+void HttpExchange::hand(const QByteArray& piece) const {
+  const HttpResponse head{statusOf(*reply_), {reply_->rawHeaderPairs().begin(), reply_->rawHeaderPairs().end()}, {}};
+  if (head.isSuccess() && (receivedType_.isEmpty() || head.mediaType() == receivedType_)) received_(piece);
 }
 
 void HttpExchange::finish() {

@@ -22,6 +22,7 @@ class HttpExchange : public QObject {
   void sent(qint64 bytes, qint64 total);
   void read();
   void finish();
+  void hand(const QByteArray& piece) const;
   HttpResponse response() const;
   void fail(HttpError error);
   void answer(std::expected<HttpResponse, HttpError> result);
@@ -30,6 +31,7 @@ class HttpExchange : public QObject {
   QPointer<QNetworkReply> reply_;
   std::function<void(double)> progress_;
   std::function<void(const QByteArray&)> received_;
+  QByteArray receivedType_;
   double shownProgress_ = 0;
   HttpClient::Answer answer_;
   qint64 maximumAnswer_;

@@ -138,6 +138,63 @@ class TestHttpClient : public QObject {
     QCOMPARE(same.result->value().body, "here");
   }
 
+  void piecesAreHandedOnAsTheyArriveOfASuccessOfTheRightType() {
+    StrictServer server;
+    QByteArray pieces;
+    Exchange exchange;
+    const auto send = [&](const QByteArray& status, const QByteArray& type) {
+      server.answer = [=](const auto&) {
+        return StrictServer::Answer{
+            "HTTP/1.1 " + status + "\r\nContent-Length: 8\r\nContent-Type: " + type + "\r\n\r\none ", true};
+      };
+      exchange.result.reset();
+      pieces.clear();
+      exchange.send({.method = "POST",
+                     .url = server.url(u"/"_s),
+                     .received = [&](const QByteArray& piece) { pieces += piece; },
+                     .receivedType = "text/event-stream"});
+    };
+    const auto goOn = [&] {
+      for (QTcpSocket* socket : server.findChildren<QTcpSocket*>()) socket->write("more");
+    };
+    send("200 OK", "Text/Event-Stream; charset=utf-8");
+    QTRY_COMPARE(pieces, "one ");
+    QVERIFY(!exchange.result);
+    goOn();
+    QTRY_VERIFY(exchange.result);
+    QCOMPARE(pieces, "one more");
+    QCOMPARE(exchange.result->value().body, "one more");
+    QCOMPARE(exchange.result->value().mediaType(), "text/event-stream");
+
+    for (const auto& [status, type] :
+         {std::pair{"500 Oops", "text/event-stream"}, std::pair{"200 OK", "application/json"}}) {
+      const std::size_t before = server.requests.size();
+      send(status, type);
+      QTRY_COMPARE(server.requests.size(), before + 1);
+      goOn();
+      QTRY_VERIFY(exchange.result);
+      QCOMPARE(exchange.result->value().body, "one more");
+      QCOMPARE(pieces, QByteArray());
+    }
+  }
+
+  void nothingArrivesAfterTheEndOfTheJob() {
+    StrictServer server;
+    server.answer = [](const auto&) {
+      return StrictServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\none ", true};
+    };
+    Exchange exchange;
+    int pieces = 0;
+    exchange.send({.method = "GET", .url = server.url(u"/"_s), .received = [&](const QByteArray&) {
+                     ++pieces;
+                     exchange.job.cancel();
+                   }});
+    QTRY_COMPARE(pieces, 1);
+    QTRY_COMPARE(server.closed, 1);
+    QCOMPARE(exchange.answers, 0);
+    QCOMPARE(pieces, 1);
+  }
+
   void theEndOfTheJobBreaksTheExchangeOff() {
     StrictServer server;
     server.answer = [](const auto&) { return StrictServer::Answer{"HTTP/1.1 200 OK\r\n", true}; };
