@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include "base/job.h"
@@ -28,9 +27,23 @@ struct PasteboardData {
   QByteArray bytes;
 };
 
-/// Everything that a pasteboard held at one time: each kind of data under the system's own name for it.
+/// One kind of data on a pasteboard.
+struct PasteboardFlavour {
+  /// The system's own name for it: "public.html", "text/html".
+  QString name;
+  QByteArray bytes;
+  /// Which of several things on the pasteboard this is; counted on macOS only.
+  int item = 0;
+  /// X11: what its owner calls the bytes when that is not the name, and how many bits make one unit of them.
+  QString type = {};
+  int bits = 8;
+
+  bool operator==(const PasteboardFlavour&) const = default;
+};
+
+/// Everything that a pasteboard held at one time.
 struct PasteboardContents {
-  std::vector<std::pair<QString, QByteArray>> flavours;
+  std::vector<PasteboardFlavour> flavours;
 
   bool operator==(const PasteboardContents&) const = default;
 };

@@ -94,11 +94,29 @@ class FakeNetworkPath final : public NetworkPath {
   Report report;
 };
 
-/// Remembers what was put on it, and offers what the test has put into `data`.
+/// Remembers what was put on it, and offers what the test has put into `data`. `contents` is what `keep` finds and
+/// `restore` puts back; what is written becomes it.
 class FakePasteboard final : public Pasteboard {
  public:
-  void writeText(const QString& text) override { texts.append(text); }
-  void writeImage(const QByteArray& png) override { images.push_back(png); }
+  void writeText(const QString& text) override {
+    texts.append(text);
+    copy({{{QStringLiteral("text"), text.toUtf8()}}});
+  }
+  void writeImage(const QByteArray& png) override {
+    images.push_back(png);
+    copy({{{QStringLiteral("image"), png}}});
+  }
+  std::int64_t changeCount() const override { return changes; }
+  void readText(const JobRef& job, ReadText answer) override {
+    job.later([this, answer = std::move(answer)] { answer(text()); });
+  }
+  void keep(const JobRef& job, Kept answer) override {
+    job.later([this, answer = std::move(answer)] { answer(contents); });
+  }
+  void restore(const PasteboardContents& kept) override {
+    restored.push_back(kept);
+    copy(kept);
+  }
   void read(const std::vector<PasteboardFormat>& formats, const JobRef& job, Read answer) override {
     ++reads;
     job.later([this, formats, answer = std::move(answer)] {
@@ -108,10 +126,26 @@ class FakePasteboard final : public Pasteboard {
       answer(std::nullopt);
     });
   }
+
+  /// A program puts this on it.
+  void copy(PasteboardContents copied) {
+    contents = std::move(copied);
+    ++changes;
+  }
+  /// Its plain text, the flavour "text".
+  std::optional<QString> text() const {
+    for (const PasteboardFlavour& flavour : contents.flavours)
+      if (flavour.name == QStringLiteral("text")) return QString::fromUtf8(flavour.bytes);
+    return std::nullopt;
+  }
+
   QStringList texts;
   std::vector<QByteArray> images;
   std::map<PasteboardFormat, QByteArray> data;
   int reads = 0;
+  PasteboardContents contents;
+  std::vector<PasteboardContents> restored;
+  std::int64_t changes = 0;
 };
 
 class FakeSounds final : public Sounds {

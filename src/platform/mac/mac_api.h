@@ -58,6 +58,8 @@ void* activeApplication();
 /// Makes `application` the active one again if this one has become active since; null is ignored.
 void returnActivation(void* application);
 void releaseApplication(void* application);
+/// The process of the application that keys go to, 0 when that is this one or there is none.
+int32_t activeProcess();
 
 // Permissions.
 
@@ -108,6 +110,23 @@ void readPasteboard(const char* type, void (*take)(void* context, const void* by
                     void* context);
 /// Calls `take` with the URL of each file on it, in their order.
 void readPasteboardFiles(void (*take)(void* context, const char* url), void* context);
+/// Moves whenever any program puts something on it.
+long long pasteboardChangeCount();
+
+/// One kind of data of one of the things on it.
+struct PasteboardPiece {
+  uint32_t item;
+  /// A uniform type.
+  const char* type;
+  const void* bytes;
+  unsigned long length;
+};
+
+/// Calls `take` with all that it holds, before returning; a piece lives for the call.
+void readPasteboardPieces(void (*take)(void* context, const PasteboardPiece* piece), void* context);
+/// Replaces all that it holds by these, the pieces of an item one after the other; without any it is empty. False when
+/// the system refuses.
+bool writePasteboardPieces(const PasteboardPiece* pieces, uint32_t count);
 
 // Sounds.
 

@@ -92,6 +92,12 @@ void* activeApplication() {
   return (__bridge_retained void*)NSWorkspace.sharedWorkspace.frontmostApplication;
 }
 
+int32_t activeProcess() {
+  // A panel takes the keys without making this the active application.
+  if (NSApp.active || NSApp.keyWindow) return 0;
+  return NSWorkspace.sharedWorkspace.frontmostApplication.processIdentifier;
+}
+
 // The window server learns that a panel is non-activating when the panel is made, and Qt makes it without: a click into
 // the panel may activate the application after all, so what was active before is remembered and made active again.
 void returnActivation(void* application) {

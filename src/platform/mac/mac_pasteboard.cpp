@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/logging.h"
 #include "platform/mac/mac_api.h"
 
 namespace {
@@ -20,6 +21,8 @@ constexpr std::array kTypes = {
     UniformType{PasteboardFormat::gif, "com.compuserve.gif"},
     UniformType{PasteboardFormat::bmp, "com.microsoft.bmp"},
 };
+
+constexpr const char* kText = "public.utf8-plain-text";
 
 void takeBytes(void* context, const void* bytes, unsigned long length) {
   if (length > static_cast<unsigned long>(Pasteboard::kLargestData)) return;
@@ -44,7 +47,52 @@ std::optional<PasteboardData> firstOf(const std::vector<PasteboardFormat>& forma
   return std::nullopt;
 }
 
+std::optional<QString> heldText() {
+  QByteArray bytes;
+  mac::readPasteboard(kText, takeBytes, &bytes);
+  if (bytes.isEmpty()) return std::nullopt;
+  return QString::fromUtf8(bytes);
+}
+
+void takePiece(void* context, const mac::PasteboardPiece* piece) {
+  static_cast<PasteboardContents*>(context)->flavours.push_back(
+      {QString::fromUtf8(piece->type),
+       QByteArray(static_cast<const char*>(piece->bytes), static_cast<qsizetype>(piece->length)),
+       static_cast<int>(piece->item)});
+}
+
 }  // namespace
+
+void MacPasteboard::writeText(const QString& text) { restore({{{QString::fromLatin1(kText), text.toUtf8()}}}); }
+
+void MacPasteboard::writeImage(const QByteArray& png) { restore({{{QStringLiteral("public.png"), png}}}); }
+
+std::int64_t MacPasteboard::changeCount() const { return mac::pasteboardChangeCount(); }
+
+void MacPasteboard::readText(const JobRef& job, ReadText answer) {
+  job.later([answer = std::move(answer)] { answer(heldText()); });
+}
+
+void MacPasteboard::keep(const JobRef& job, Kept answer) {
+  job.later([answer = std::move(answer)] {
+    PasteboardContents contents;
+    mac::readPasteboardPieces(takePiece, &contents);
+    answer(std::move(contents));
+  });
+}
+
+void MacPasteboard::restore(const PasteboardContents& contents) {
+  std::vector<QByteArray> names;
+  for (const PasteboardFlavour& flavour : contents.flavours) names.push_back(flavour.name.toUtf8());
+  std::vector<mac::PasteboardPiece> pieces;
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    const PasteboardFlavour& flavour = contents.flavours[index];
+    pieces.push_back({static_cast<std::uint32_t>(flavour.item), names[index].constData(), flavour.bytes.constData(),
+                      static_cast<unsigned long>(flavour.bytes.size())});
+  }
+  if (!mac::writePasteboardPieces(pieces.data(), static_cast<std::uint32_t>(pieces.size())))
+    qCWarning(lcPlatform) << "the system refuses what is put on the pasteboard";
+}
 
 void MacPasteboard::read(const std::vector<PasteboardFormat>& formats, const JobRef& job, Read answer) {
   job.later([answer = std::move(answer), formats] { answer(firstOf(formats)); });

@@ -333,6 +333,12 @@ class MacLoginItem final : public LoginItem {
   }
 };
 
+/// An application is as close as it gets: the system does not name the windows of others.
+class MacKeyTargets final : public KeyTargets {
+ public:
+  KeyTarget current() const override { return static_cast<KeyTarget>(mac::activeProcess()); }
+};
+
 /// Global shortcuts are positions there; what stands on the keys of other layouts is not asked for.
 class MacKeyLegends final : public KeyLegends {
  public:
@@ -362,6 +368,7 @@ Platform makePlatform() {
       std::make_unique<MacSystemInfo>(),  std::make_unique<MacDesktopApplication>(), std::make_unique<MacLoginItem>()};
   platform.credentials = makeKeychainVault();
   platform.keyLegends = std::make_unique<MacKeyLegends>();
+  platform.keyTargets = std::make_unique<MacKeyTargets>();
   platform.pasteboard = std::make_unique<MacPasteboard>();
   platform.screenGrabber = std::make_unique<MacScreenGrabber>();
   return platform;

@@ -3,14 +3,14 @@
 #include <xcb/xcb.h>
 
 #include <chrono>
-#include <memory>
 #include <stop_token>
 
 #include "platform/pasteboard.h"
 #include "platform/x11/xcb_reply.h"
 
-/// Asks the owner of the clipboard for what it offers, on a connection of its own. Whatever the owner does, a read ends
-/// within its limits, or at once when a stop is requested or the owner is gone. One thread, any.
+/// Asks the owner of the clipboard, or of another selection, for what it offers, on a connection of its own. Whatever
+/// the owner does, a read ends within its limits, or at once when a stop is requested or the owner is gone. One thread,
+/// any.
 class ClipboardReader {
  public:
   struct Limits {
@@ -22,25 +22,28 @@ class ClipboardReader {
     qint64 bytes = Pasteboard::kLargestData;
   };
 
-  ClipboardReader(Limits limits, std::stop_token stop);
+  ClipboardReader(Limits limits, std::stop_token stop, QByteArrayView selection = "CLIPBOARD");
 
   /// The first of `formats` that the owner offers and hands over.
   std::optional<PasteboardData> first(const std::vector<PasteboardFormat>& formats);
+  /// Its plain text.
+  std::optional<QString> text();
+  /// All that the owner offers and hands over in time, in its order; `Limits::bytes` counts for the whole.
+  PasteboardContents everything();
 
  private:
   using Clock = std::chrono::steady_clock;
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
   struct Value {
     xcb_atom_t type = XCB_NONE;
     QByteArray bytes;
+    int bits = 8;
   };
 
   bool open();
   xcb_atom_t atom(QByteArrayView name) const;
   bool watchOwner();
   std::vector<xcb_atom_t> offered();
+  std::vector<QString> names(const std::vector<xcb_atom_t>& atoms) const;
   std::optional<Value> convert(xcb_atom_t target, std::chrono::milliseconds silence);
   std::optional<Value> takeValue();
   std::optional<Value> gather(xcb_atom_t type);
@@ -53,10 +56,11 @@ class ClipboardReader {
 
   Limits limits_;
   std::stop_token stop_;
-  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  QByteArray selectionName_;
+  XcbConnection connection_;
   xcb_window_t window_ = XCB_WINDOW_NONE;
   xcb_window_t owner_ = XCB_WINDOW_NONE;
-  xcb_atom_t clipboard_ = XCB_NONE;
+  xcb_atom_t selection_ = XCB_NONE;
   xcb_atom_t property_ = XCB_NONE;
   xcb_atom_t incremental_ = XCB_NONE;
   xcb_timestamp_t time_ = XCB_CURRENT_TIME;

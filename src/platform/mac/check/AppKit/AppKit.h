@@ -51,6 +51,8 @@ typedef NSString* NSBitmapImageRepPropertyKey;
                                  properties:(NSDictionary<NSBitmapImageRepPropertyKey, id>*)properties;
 @end
 
+typedef int pid_t;
+
 typedef NSInteger NSWindowLevel;
 static const NSWindowLevel NSNormalWindowLevel = 0;
 static const NSWindowLevel NSFloatingWindowLevel = 3;
@@ -109,12 +111,14 @@ OPTION_SET(NSUInteger, NSApplicationActivationOptions){
 
 @interface NSRunningApplication : NSObject
 @property(class, readonly, strong) NSRunningApplication* currentApplication SINCE(10.6);
+@property(readonly) pid_t processIdentifier SINCE(10.6);
 - (BOOL)activateFromApplication:(NSRunningApplication*)application
                         options:(NSApplicationActivationOptions)options SINCE(14.0);
 @end
 
 @interface NSApplication : NSResponder
 @property(getter=isActive, readonly) BOOL active;
+@property(nullable, readonly, unsafe_unretained) NSWindow* keyWindow;
 @property(nullable, strong) NSAppearance* appearance SINCE(10.14);
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)yieldActivationToApplication:(NSRunningApplication*)application SINCE(14.0);
@@ -132,13 +136,22 @@ EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 typedef NSString* NSPasteboardType;
 EXTERN NSPasteboardType const NSPasteboardTypeFileURL SINCE(10.13);
 
-@interface NSPasteboardItem : NSObject
+@protocol NSPasteboardWriting
+@end
+
+@interface NSPasteboardItem : NSObject <NSPasteboardWriting>
+@property(readonly, copy) NSArray<NSPasteboardType>* types;
+- (BOOL)setData:(NSData*)data forType:(NSPasteboardType)type;
+- (nullable NSData*)dataForType:(NSPasteboardType)type;
 - (nullable NSString*)stringForType:(NSPasteboardType)type;
 @end
 
 @interface NSPasteboard : NSObject
 @property(class, readonly, strong) NSPasteboard* generalPasteboard;
 @property(nullable, readonly, copy) NSArray<NSPasteboardItem*>* pasteboardItems SINCE(10.6);
+@property(readonly) NSInteger changeCount;
+- (NSInteger)clearContents;
+- (BOOL)writeObjects:(NSArray<id<NSPasteboardWriting>>*)objects SINCE(10.6);
 - (nullable NSData*)dataForType:(NSPasteboardType)dataType;
 @end
 

@@ -73,6 +73,7 @@ typedef struct {
 @end
 
 @interface NSData : NSObject <NSCopying>
++ (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
 @property(readonly) NSUInteger length;
 @property(readonly) const void* bytes __attribute__((objc_returns_inner_pointer));
 @end

@@ -1,0 +1,45 @@
+#include "platform/x11/clipboard_watch.h"
+
+#include <xcb/xfixes.h>
+
+#include <string_view>
+
+ClipboardWatch::ClipboardWatch() : connection_(xcb_connect(nullptr, nullptr)) {
+  if (!prepare()) return;
+  arrived_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_.get()), QSocketNotifier::Read);
+  QObject::connect(arrived_.get(), &QSocketNotifier::activated, arrived_.get(), [this] { take(); });
+}
+
+bool ClipboardWatch::prepare() {
+  xcb_connection_t* connection = connection_.get();
+  if (xcb_connection_has_error(connection)) return false;
+  const auto* extension = xcb_get_extension_data(connection, &xcb_xfixes_id);
+  if (extension == nullptr || !extension->present) return false;
+  firstEvent_ = extension->first_event;
+  const XcbReply<xcb_xfixes_query_version_reply_t> version(
+      xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 1, 0), nullptr));
+  constexpr std::string_view name = "CLIPBOARD";
+  const XcbReply<xcb_intern_atom_reply_t> clipboard(
+      xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr));
+  if (!version || !clipboard) return false;
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+  xcb_xfixes_select_selection_input(connection, root, clipboard->atom,
+                                    XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+  xcb_flush(connection);
+  return true;
+}
+
+std::int64_t ClipboardWatch::count() {
+  if (!arrived_) return count_;
+  const XcbReply<xcb_get_input_focus_reply_t> all(
+      xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+  take();
+  return count_;
+}
+
+void ClipboardWatch::take() {
+  while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())})
+    count_ += (event->response_type & 0x7f) == firstEvent_ + XCB_XFIXES_SELECTION_NOTIFY ? 1 : 0;
+  // A server that is gone would call again and again.
+  if (xcb_connection_has_error(connection_.get())) arrived_->setEnabled(false);
+}
