@@ -9,13 +9,13 @@
 /// Where the requests of one tool go.
 struct ServiceEnvironment {
   QUrl endpoint;
+  /// Whether an override file says so.
+  bool isOverride = false;
 };
 
 /// What its requests carry; empty: nothing.
 struct TokenEnvironment : ServiceEnvironment {
   QByteArray token;
-  /// Whether both come from an override file.
-  bool isOverride = false;
 };
 
 /// One type a network tool: the folder of its override file ("config.json") and what it asks the services for. The
@@ -74,8 +74,9 @@ class Environments {
       if (!found) return answer(std::unexpected(found.error()));
       Environment environment;
       environment.endpoint = found->endpoint;
+      environment.isOverride = found->isOverride;
       if constexpr (kHasToken)
-        std::tie(environment.token, environment.isOverride) = std::pair(found->token, found->isOverride);
+        environment.token = found->token;
       else if (const QByteArray token = found->token.trimmed(); found->isOverride && !token.isEmpty())
         environment.overrideToken = token;
       answer(environment);

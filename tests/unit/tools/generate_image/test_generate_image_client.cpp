@@ -1,0 +1,168 @@
+#include <QTest>
+
+#include "support/files.h"
+#include "support/generate_image_world.h"
+#include "support/strict_multipart.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+QByteArray json(QByteArray text) { return text.replace('\'', '"'); }
+
+const QByteArray kOverride = json("{'endpoint': 'https://own.example/draw', 'token': ' mine '}");
+const QByteArray kOverrideWithoutToken = json("{'endpoint': 'https://own.example/draw', 'token': ''}");
+const QByteArray kRefusal = json("{'metric': 'image_generate', 'plan': 'Pro', 'limit': 50}");
+
+struct Stage : GenerateImageWorld {
+  void generate(const ImageRequest& request = {u"a fox"_s, {}, false, {}}) {
+    outcome.reset();
+    job = Job::start();
+    client.generate(request, job, [this](const auto& result) { outcome = result; });
+  }
+  /// The request on its way to the service.
+  const HttpRequest& sent() {
+    if (!QTest::qWaitFor([this] { return !http.waiting.empty(); })) qFatal("nothing was sent");
+    return http.sent.back();
+  }
+  QString failureAfter(const HttpResponse& response) {
+    generate();
+    sent();
+    http.answer(response);
+    if (!QTest::qWaitFor([this] { return outcome.has_value(); })) return u"nothing"_s;
+    return *outcome ? u"an image"_s : outcome->error().description();
+  }
+
+  Job job;
+  std::optional<GenerateImageClient::Outcome> outcome;
+};
+
+}  // namespace
+
+class TestGenerateImageClient : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void theFormHoldsWhatIsAskedFor() {
+    Stage stage;
+    stage.generate({u"größer"_s, {ImageSize::portrait, ImageQuality::high}, true, {"one", "two"}});
+    const HttpRequest& request = stage.sent();
+    QCOMPARE(request.url, QUrl(u"https://api.example/v1/image-generate"_s));
+    QCOMPARE(headerOf(request, "Authorization"), "Bearer secret");
+    QCOMPARE(request.timeout, std::chrono::milliseconds(180s));
+    QVERIFY(request.maximumAnswer >= 64'000'000);
+    const std::vector<FormPart> parts{{"edit", {}, {}, "true"},
+                                      {"prompt", {}, {}, "größer"},
+                                      {"quality", {}, {}, "high"},
+                                      {"size", {}, {}, "1024x1536"},
+                                      {"files", "image-1.png", "image/png", "one"},
+                                      {"files", "image-2.png", "image/png", "two"}};
+    QCOMPARE(StrictForm::parse(headerOf(request, "Content-Type"), request.body), std::optional(parts));
+    stage.http.answer(200, imageAnswer(pngPicture()));
+    QTRY_VERIFY(stage.outcome);
+    QCOMPARE((*stage.outcome)->png, pngPicture());
+    QCOMPARE((*stage.outcome)->size, QSize(48, 32));
+  }
+
+  void withoutReferencesThereAreNoFilesAndNoEdit() {
+    Stage stage;
+    stage.generate();
+    const auto parts = StrictForm::parse(headerOf(stage.sent(), "Content-Type"), stage.sent().body);
+    QVERIFY(parts);
+    for (const FormPart& part : *parts) QVERIFY(part.name != "edit" && part.name != "files");
+  }
+
+  /// Never the fixed token of the services, and the built-in service's own only to itself.
+  void itCarriesTheOverridesTokenOrTheUsersOwn() {
+    Stage stage;
+    stage.services.configuration.update([](ServiceSettings& settings) { settings.token = u"fixed"_s; });
+    const QString file = stage.folders.file(u"GenerateImage/config.json"_s);
+    const auto authorization = [&] {
+      stage.generate();
+      const QByteArray value = headerOf(stage.sent(), "Authorization");
+      stage.http.waiting.clear();
+      return value;
+    };
+    QCOMPARE(authorization(), "Bearer secret");
+    QVERIFY(writeFile(file, kOverride));
+    QCOMPARE(authorization(), "Bearer mine");
+    QCOMPARE(stage.http.sent.back().url, QUrl(u"https://own.example/draw"_s));
+    QVERIFY(writeFile(file, kOverrideWithoutToken));
+    QCOMPARE(authorization(), "Bearer secret");
+    stage.services.configuration.update([](ServiceSettings& settings) { settings = {}; });
+    QCOMPARE(authorization(), "Bearer secret");
+    QVERIFY(QFile::remove(file));
+    QCOMPARE(authorization(), "Bearer embedded");
+    QVERIFY(!stage.http.sent.back().body.contains("embedded"));
+  }
+
+  void anImageIsFoundInTheUsualPlaces_data() {
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QByteArray>("type");
+    const QByteArray data = pngPicture().toBase64();
+    const QByteArray type = "application/json";
+    QTest::addRow("images, data") << imageAnswer(pngPicture()) << type;
+    QTest::addRow("image") << json("{'image':'" + data + "'}") << type;
+    QTest::addRow("the data's first") << json("{'data':[{'b64_json':'" + data + "'}]}") << type;
+    QTest::addRow("data, image") << json("{'data':{'image':'" + data + "'}}") << type;
+    QTest::addRow("as in pages") << json("{'image':'data:image/png;base64," + data + "'}") << type;
+    QTest::addRow("after what is none") << json("{'images':[{'data':'%%%'}],'image':'" + data + "'}") << type;
+    QTest::addRow("the body itself") << pngPicture() << QByteArray("image/png");
+  }
+  void anImageIsFoundInTheUsualPlaces() {
+    QFETCH(const QByteArray, body);
+    QFETCH(const QByteArray, type);
+    const auto image = imageIn({200, {{"content-type", type}}, body});
+    QVERIFY(image);
+    QCOMPARE(image->png, pngPicture());
+  }
+
+  void otherPicturesBecomeAPNGAndLargeOnesAreShownSmaller() {
+    const auto image = imageIn({200, {{"Content-Type", "image/bmp"}}, pngPicture({3000, 30}, Qt::blue, "bmp")});
+    QVERIFY(image);
+    QVERIFY(image->png.startsWith("\x89PNG"));
+    QCOMPARE(image->size, QSize(3000, 30));
+    QCOMPARE(image->picture.width(), GeneratedImage::kShownEdge);
+    QCOMPARE(image->picture.pixelColor(9, 9), QColor(Qt::blue));
+  }
+
+  void failuresAreTold() {
+    Stage stage;
+    QCOMPARE(stage.failureAfter({500, {}, "oops"}), u"Generation failed (HTTP 500) oops"_s);
+    QCOMPARE(stage.failureAfter({402, {}, "pay"}), u"Generation failed (HTTP 402) pay"_s);
+    QCOMPARE(stage.failureAfter({404, {}, "\xff"}), u"Generation failed (HTTP 404) "_s);
+    QCOMPARE(stage.failureAfter({402, {}, kRefusal}),
+             u"You've used all 50 image generations this month on the Pro plan. Resets next month."_s);
+    QCOMPARE(stage.failureAfter({200, {}, "ok " + QByteArray(200, 'x')}),
+             u"No image in response: ok "_s + QString(77, u'x'));
+    QCOMPARE(stage.failureAfter({200, {}, imageAnswer("no picture")}),
+             u"The service sent an image that is damaged or too large."_s);
+    QCOMPARE(stage.failureAfter({200, {}, imageAnswer(pngPicture({400, 400}).first(200))}),
+             u"The service sent an image that is damaged or too large."_s);
+    stage.generate();
+    stage.sent();
+    stage.http.answer(std::unexpected(HttpError{HttpError::Reason::timedOut, {}}));
+    QCOMPARE(stage.outcome->error().description(), u"The service did not answer in time."_s);
+  }
+
+  void countersAreTakenOverWhateverTheStatus() {
+    Stage stage;
+    stage.failureAfter({402, {{"X-Quota-Limit", "50"}, {"X-Quota-Remaining", "0"}}, kRefusal});
+    QCOMPARE(stage.services.quota.metrics().at(u"image_generate"_s), (MetricUsage{50, 50}));
+  }
+
+  void aCancelledRunIsSilent() {
+    Stage stage;
+    stage.generate();
+    stage.sent();
+    stage.http.answer(200, imageAnswer(pngPicture({2000, 2000})));
+    stage.job.cancel();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QVERIFY(!stage.outcome);
+  }
+};
+
+QTEST_GUILESS_MAIN(TestGenerateImageClient)
+#include "test_generate_image_client.moc"
