@@ -311,9 +311,14 @@ class TestGenerateImagePanel : public QObject {
 
   void withoutAnImageTextIsPasted() {
     QSignalSpy pasted(&stage_->controller, &GenerateImagePanelController::textPasted);
+    stage_->pasteboard.writeText(u"words"_s);
     stage_->press(u'v');
-    QCoreApplication::processEvents();
-    QCOMPARE(pasted.size(), 0);
+    QTRY_COMPARE(pasted.size(), 1);
+    QCOMPARE(pasted[0][0].toString(), u"words"_s);
+    stage_->pasteboard.data = {{PasteboardFormat::png, pngPicture()}};
+    stage_->press(u'v', true);
+    QTRY_COMPARE(pasted.size(), 2);
+    QVERIFY(stage_->model().references().empty());
   }
 
   void escapeLeadsBackToTheLauncher() {
