@@ -54,7 +54,8 @@ GenerateImagePanelController::GenerateImagePanelController(Services services, Pa
   });
   // Its file is gone, whoever has deleted it.
   connect(&services_.history, &ImageHistory::changed, this, [this] {
-    if (!services_.history.find(model_.selectedID())) model_.select({});
+    const QString& id = model_.selectedID();
+    if (!id.isEmpty() && !services_.history.find(id)) model_.select({});
   });
 }
 
