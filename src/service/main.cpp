@@ -23,7 +23,11 @@ constexpr std::array kCommands = {
         "serve"_L1, commands::serve,
         "serve [--listen ADDRESS:PORT] [--public-url URL] [--trust-proxy ADDRESS,…] [--credential-file FILE]\n"
         "                            [--rate-per-address N] [--rate-per-token N] [--connections N]\n"
-        "                            [--connections-per-address N] [--patience SECONDS] [--drain SECONDS] [--embedded]"_L1},
+        "                            [--connections-per-address N] [--patience SECONDS] [--drain SECONDS] "
+        "[--embedded]\n"
+        "                            [--ai-provider openai|anthropic|command] [--ai-base-url URL] [--ai-model MODEL]\n"
+        "                            [--ai-image-model MODEL] [--ai-command LINE] [--ai-key-file FILE]\n"
+        "                            [--ai-concurrency N]"_L1},
     Command{"token"_L1, commands::token, "token add NAME [--service] [--plan PLAN] | list | revoke NAME"_L1},
     Command{"plan"_L1, commands::plan,
             "plan list | set NAME [--answers N] [--text N] [--image-answers N] [--image-generate N]"_L1},

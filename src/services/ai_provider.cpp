@@ -37,6 +37,7 @@ void AIProvider::read(JsonReader& reader) {
   reader.read("kind"_L1, kind);
   reader.read("baseUrl"_L1, baseUrl);
   reader.read("model"_L1, model);
+  reader.read("imageModel"_L1, imageModel);
   reader.read("command"_L1, command);
 }
 
@@ -44,5 +45,6 @@ void AIProvider::write(QJsonObject& object) const {
   object.insert("kind"_L1, rawValue(kind));
   object.insert("baseUrl"_L1, baseUrl);
   object.insert("model"_L1, model);
+  object.insert("imageModel"_L1, imageModel);
   object.insert("command"_L1, command);
 }

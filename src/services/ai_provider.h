@@ -21,6 +21,8 @@ struct AIProvider {
   QString model;
   /// A program and its arguments, quoted as in a shell.
   QString command;
+  /// Makes pictures; empty: none does.
+  QString imageModel;
 
   bool operator==(const AIProvider&) const = default;
   void read(JsonReader& reader);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QObject>
 
 #include <functional>
@@ -18,6 +19,13 @@ class BuiltInService : public QObject {
   /// Where it is, started first when it does not run. Answers later, never after the end of `job`.
   virtual void locate(const JobRef& job, Answer answer);
   virtual bool isRunning() const { return false; }
+
+  /// Gives what the service is to be told before it is first used: one JSON object, at once or later, never after the
+  /// end of the job.
+  using Brief = std::function<void(const JobRef&, std::function<void(const QJsonObject&)>)>;
+  virtual void setBrief(Brief) {}
+  /// What it is to be told has changed. A running one is told at once, and goes on.
+  virtual void briefAnew() {}
 
  Q_SIGNALS:
   /// It runs, or no longer does.

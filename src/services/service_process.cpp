@@ -15,6 +15,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kStartPatience = 10s;
+constexpr auto kBriefPatience = 3s;
 constexpr auto kFirstPause = 500ms;
 constexpr std::chrono::milliseconds kLongestPause = 30s;
 /// What ran so long has not died of its own start.
@@ -36,12 +37,12 @@ ServiceProcess::Places ServiceProcess::Places::standard(const Folders& folders) 
 }
 
 void ServiceProcess::locate(const JobRef& job, Answer answer) {
-  if (location_) {
+  if (location_ && !patience_.isRunning()) {
     job.later([answer = std::move(answer), location = *location_] { answer(location); });
     return;
   }
   waiting_.push_back(job.bind(std::move(answer)));
-  if (!startJob_.isRunning()) begin();
+  if (!location_ && !startJob_.isRunning()) begin();
 }
 
 void ServiceProcess::begin() {
@@ -61,7 +62,7 @@ void ServiceProcess::start() {
   process_->setProgram(places_.program);
   process_->setArguments({u"serve"_s, u"--embedded"_s, u"--data"_s, places_.folder});
   process_->setStandardErrorFile(places_.folder + u"/service.log"_s);
-  connect(process_.get(), &QProcess::readyReadStandardOutput, this, &ServiceProcess::greet);
+  connect(process_.get(), &QProcess::readyReadStandardOutput, this, &ServiceProcess::read);
   connect(process_.get(), &QProcess::finished, this, &ServiceProcess::end);
   connect(process_.get(), &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
     if (error == QProcess::FailedToStart) end();
@@ -70,9 +71,19 @@ void ServiceProcess::start() {
   process_->start();
 }
 
-void ServiceProcess::greet() {
-  if (location_ || !process_->canReadLine()) return;
-  const QJsonObject greeting = QJsonDocument::fromJson(process_->readLine()).object();
+void ServiceProcess::read() {
+  // A line may end the process and with it this object's hold on it.
+  while (process_ && process_->canReadLine()) take(QJsonDocument::fromJson(process_->readLine()).object());
+}
+
+void ServiceProcess::take(const QJsonObject& line) {
+  if (!location_)
+    greet(line);
+  else if (line.contains("provider"_L1))
+    briefed();
+}
+
+void ServiceProcess::greet(const QJsonObject& greeting) {
   const int port = greeting.value("port"_L1).toInt();
   const QString token = greeting.value("token"_L1).toString();
   if (port <= 0 || token.isEmpty()) {
@@ -83,6 +94,28 @@ void ServiceProcess::greet() {
   const QUrl base(u"http://127.0.0.1:%1"_s.arg(port));
   location_ = ServiceLocation{base, base, token.toUtf8(), true};
   Q_EMIT runningChanged();
+  briefAnew();
+}
+
+void ServiceProcess::briefAnew() {
+  if (!location_) return;
+  if (!brief_) {
+    briefed();
+    return;
+  }
+  briefJob_ = Job::start();
+  patience_ = Job::start();
+  brief_(briefJob_, [this](const QJsonObject& brief) { tell(brief); });
+  // A keychain that waits for its password is not waited for: links need nothing of it.
+  clock_.after(kBriefPatience, patience_, [this] { briefed(); });
+}
+
+void ServiceProcess::tell(const QJsonObject& brief) {
+  if (process_) process_->write(QJsonDocument(brief).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void ServiceProcess::briefed() {
+  patience_ = Job();
   answerAll(*location_);
 }
 
@@ -92,6 +125,8 @@ void ServiceProcess::end() {
   pause_ = wasSound ? 0ms : std::clamp(pause_ * 2, std::chrono::milliseconds(kFirstPause), kLongestPause);
   endedAt_ = clock_.monotonic();
   location_.reset();
+  briefJob_ = Job();
+  patience_ = Job();
   process_.release()->deleteLater();
   if (wasRunning) Q_EMIT runningChanged();
   fail(u"The built-in service does not start. Its log: %1/service.log"_s.arg(places_.folder));

@@ -10,7 +10,8 @@
 #include "core/settings/folders.h"
 #include "services/built_in_service.h"
 
-/// The built-in service as a child process: started at its first use, told its port and token over a pipe, started anew
+/// The built-in service as a child process: started at its first use, told its port and token over a pipe, told the AI
+/// provider over another, started anew
 /// at the next use after it has died, ended with this object. It ends by itself when this process does.
 class ServiceProcess final : public BuiltInService {
   Q_OBJECT
@@ -30,13 +31,20 @@ class ServiceProcess final : public BuiltInService {
 
   void locate(const JobRef& job, Answer answer) override;
   bool isRunning() const override { return location_.has_value(); }
+  void setBrief(Brief brief) override { brief_ = std::move(brief); }
+  void briefAnew() override;
   /// 0 when it does not run.
   qint64 processId() const { return process_ ? process_->processId() : 0; }
 
  private:
   void begin();
   void start();
-  void greet();
+  /// What it says on its standard output, a line each: where it is, then that it has taken what it was told.
+  void read();
+  void take(const QJsonObject& line);
+  void greet(const QJsonObject& greeting);
+  void tell(const QJsonObject& brief);
+  void briefed();
   void fail(const QString& text);
   void end();
   void answerAll(const std::expected<ServiceLocation, ServiceError>& result);
@@ -46,6 +54,11 @@ class ServiceProcess final : public BuiltInService {
   std::unique_ptr<QProcess> process_;
   std::optional<ServiceLocation> location_;
   std::vector<Answer> waiting_;
+  Brief brief_;
+  /// Gathers what it is to be told.
+  Job briefJob_;
+  /// Runs until it has taken that, and nobody is sent to it.
+  Job patience_;
   /// How long the next start waits after the last end.
   std::chrono::milliseconds pause_{0};
   std::chrono::steady_clock::time_point startedAt_;

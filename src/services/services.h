@@ -4,6 +4,7 @@
 #include "services/ai_provider.h"
 #include "services/environments.h"
 #include "services/event_sender.h"
+#include "services/provider_brief.h"
 #include "services/provider_check.h"
 #include "services/quota_client.h"
 
@@ -32,4 +33,5 @@ struct Services {
   AIProviderStore provider;
   UserCredential providerKey;
   ProviderCheck providerCheck{http, providerKey};
+  ProviderBrief providerBrief{provider, providerKey, builtIn};
 };

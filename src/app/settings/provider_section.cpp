@@ -35,6 +35,8 @@ ProviderSection::ProviderSection(SettingsPage& page, AppContext& context)
   baseUrl_ = addField(*online_, u"Base URL"_s, {}, &AIProvider::baseUrl);
   addField(*online_, u"Model"_s, {}, &AIProvider::model);
   addKey(*online_);
+  images_ = page.addSection({});
+  addField(*images_, u"Image model"_s, u"Makes the pictures of Generate Image."_s, &AIProvider::imageModel);
   command_ = page.addSection({});
   addField(*command_, u"Command"_s, u"An agent that answers on its standard output: claude -p, for one."_s,
            &AIProvider::command);
@@ -106,6 +108,7 @@ void ProviderSection::showSections() {
   heading_->setVisible(isUsed);
   choice_->setVisible(isUsed);
   online_->setVisible(isUsed && isOnline);
+  images_->setVisible(isUsed && kind == ProviderKind::openAICompatible);
   command_->setVisible(isUsed && kind == ProviderKind::command);
   check_->setEnabled(kind != ProviderKind::none);
 }

@@ -34,6 +34,7 @@ class ProviderSection : public QObject {
   QLabel* heading_ = nullptr;
   SettingsSection* choice_ = nullptr;
   SettingsSection* online_ = nullptr;
+  SettingsSection* images_ = nullptr;
   SettingsSection* command_ = nullptr;
   CommittedField* baseUrl_ = nullptr;
   std::vector<CommittedField*> fields_;

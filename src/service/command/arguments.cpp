@@ -25,7 +25,11 @@ constexpr std::array kOptions = {
     Option{"answers"_L1},         Option{"text"_L1},
     Option{"image-answers"_L1},   Option{"image-generate"_L1},
     Option{"embedded"_L1, false}, Option{"service"_L1, false},
-    Option{"version"_L1, false},  Option{"help"_L1, false},
+    Option{"ai-provider"_L1},     Option{"ai-base-url"_L1},
+    Option{"ai-model"_L1},        Option{"ai-image-model"_L1},
+    Option{"ai-command"_L1},      Option{"ai-key-file"_L1},
+    Option{"ai-concurrency"_L1},  Option{"version"_L1, false},
+    Option{"help"_L1, false},
 };
 
 const Option* find(QStringView name) {

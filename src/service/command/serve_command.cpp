@@ -1,4 +1,6 @@
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -29,11 +31,27 @@ sigset_t endSignals() {
   return signals;
 }
 
+/// What the parent says, a line each: the AI provider, with its key. That it has been taken is said back, so that
+/// nobody asks before.
+void takeLine(const QByteArray& line, ProviderSlot& providers) {
+  auto settings = ProviderSettings::fromJson(QJsonDocument::fromJson(line).object());
+  providers.set(settings ? *settings : ProviderSettings{.problem = u"The AI provider is not understood."_s});
+  std::puts("{\"provider\": \"set\"}");
+  std::fflush(stdout);
+}
+
 /// The parent's end of the pipe closes when the parent ends, however it ends.
-void endWithStdin() {
-  std::thread([] {
-    std::array<char, 64> ignored{};
-    while (read(STDIN_FILENO, ignored.data(), ignored.size()) > 0) continue;
+void listenToParent(const std::shared_ptr<ProviderSlot>& providers) {
+  std::thread([providers] {
+    QByteArray held;
+    std::array<char, 4096> room{};
+    for (ssize_t count = 0; (count = read(STDIN_FILENO, room.data(), room.size())) > 0;) {
+      held.append(room.data(), count);
+      for (qsizetype end = held.indexOf('\n'); end >= 0; end = held.indexOf('\n')) {
+        takeLine(held.first(end), *providers);
+        held.remove(0, end + 1);
+      }
+    }
     kill(getpid(), SIGTERM);
   }).detach();
 }
@@ -58,14 +76,15 @@ std::expected<QByteArray, QString> ownCredential(const ServeOptions& options) {
   return options.credentialFile.isEmpty() ? QByteArray() : readCredential(options.credentialFile);
 }
 
-void greet(const ServeOptions& options, std::uint16_t port, const QByteArray& credential) {
+void greet(const ServeOptions& options, std::uint16_t port, const QByteArray& credential,
+           const std::shared_ptr<ProviderSlot>& providers) {
   const QString& address = options.server.address;
   const QString host = address.contains(u':') ? u'[' + address + u']' : address;
   std::fprintf(stderr, "vantle-service: http://%s:%d\n", qPrintable(host), port);
   if (!options.isEmbedded) return;
   std::printf("{\"port\": %d, \"token\": \"%s\"}\n", port, credential.constData());
   std::fflush(stdout);
-  endWithStdin();
+  listenToParent(providers);
 }
 
 void waitForEnd(const sigset_t& signals) {
@@ -114,7 +133,7 @@ int serve(const Arguments& arguments) {
   const auto server = options->isEmbedded ? startEmbedded(site.router(), options->server, KeptPort((*place)->folder()))
                                           : start(site.router(), options->server);
   if (!server) return fail(u"%1:%2 cannot be listened on"_s.arg(options->server.address).arg(options->server.port));
-  greet(*options, server->port(), *credential);
+  greet(*options, server->port(), *credential, site.providers());
   waitForEnd(signals);
   server->drain(options->drain);
   return kSuccess;

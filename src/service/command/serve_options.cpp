@@ -1,5 +1,6 @@
 #include "service/command/serve_options.h"
 
+#include <QFile>
 #include <QUrl>
 
 #include <arpa/inet.h>
@@ -13,6 +14,8 @@ namespace {
 constexpr auto kStandardListen = "127.0.0.1:8787"_L1;
 /// Its parent is gone, or wants to be: nobody waits for long.
 constexpr std::chrono::seconds kEmbeddedDrain{2};
+/// What its parent waits for before it says who answers.
+constexpr auto kNotToldYet = "The keychain has not given the AI provider's key yet. Unlock it and try again."_L1;
 
 bool isAddress(const QString& text) {
   in6_addr parsed{};
@@ -50,7 +53,8 @@ std::expected<void, QString> readNumbers(const Arguments& arguments, ServeOption
   const auto perAddress = arguments.number(u"connections-per-address"_s, 512, 1);
   const auto patience = arguments.number(u"patience"_s, 30, 1);
   const auto drain = arguments.number(u"drain"_s, 30, 0);
-  for (const auto* number : {&rateAddress, &rateToken, &connections, &perAddress, &patience, &drain})
+  const auto concurrency = arguments.number(u"ai-concurrency"_s, 8, 1);
+  for (const auto* number : {&rateAddress, &rateToken, &connections, &perAddress, &patience, &drain, &concurrency})
     if (!*number) return std::unexpected(number->error());
   options.ratePerAddress = *rateAddress;
   options.ratePerToken = *rateToken;
@@ -58,7 +62,32 @@ std::expected<void, QString> readNumbers(const Arguments& arguments, ServeOption
   options.server.connectionsPerAddress = static_cast<unsigned>(*perAddress);
   options.server.patience = std::chrono::seconds(*patience);
   options.drain = std::chrono::seconds(*drain);
+  options.aiConcurrency = *concurrency;
   return {};
+}
+
+std::expected<QByteArray, QString> readKey(const QString& path) {
+  if (path.isEmpty()) return QByteArray();
+  QFile file(path);
+  QByteArray key = file.open(QIODevice::ReadOnly) ? file.readLine(4096).trimmed() : QByteArray();
+  if (key.isEmpty()) return std::unexpected(u"there is no key in '%1'"_s.arg(path));
+  return key;
+}
+
+std::expected<ProviderSettings, QString> readProvider(const Arguments& arguments) {
+  const auto kind = ProviderSettings::kindNamed(arguments.value(u"ai-provider"_s, u"none"_s));
+  if (!kind) return std::unexpected(kind.error());
+  auto key = readKey(arguments.value(u"ai-key-file"_s));
+  if (!key) return std::unexpected(key.error());
+  ProviderSettings provider{.kind = *kind,
+                            .baseUrl = arguments.value(u"ai-base-url"_s),
+                            .model = arguments.value(u"ai-model"_s),
+                            .imageModel = arguments.value(u"ai-image-model"_s),
+                            .command = arguments.value(u"ai-command"_s),
+                            .key = std::move(*key)};
+  if (const auto checked = provider.check(); !checked)
+    return std::unexpected(u"the AI provider cannot be used: %1"_s.arg(checked.error()));
+  return provider;
 }
 
 /// For its parent alone, which needs no limits and waits for no drain.
@@ -71,15 +100,18 @@ void embed(ServeOptions& options) {
   options.ratePerAddress = 0;
   options.ratePerToken = 0;
   options.drain = kEmbeddedDrain;
+  if (options.provider.kind == ProviderSettings::Kind::none) options.provider.problem = kNotToldYet;
 }
 
 }  // namespace
 
 std::expected<ServeOptions, QString> ServeOptions::read(const Arguments& arguments) {
-  const QStringList own{u"listen"_s,      u"public-url"_s,       u"credential-file"_s,
-                        u"trust-proxy"_s, u"rate-per-address"_s, u"rate-per-token"_s,
-                        u"connections"_s, u"patience"_s,         u"connections-per-address"_s,
-                        u"drain"_s,       u"embedded"_s};
+  const QStringList own{u"listen"_s,         u"public-url"_s,       u"credential-file"_s,
+                        u"trust-proxy"_s,    u"rate-per-address"_s, u"rate-per-token"_s,
+                        u"connections"_s,    u"patience"_s,         u"connections-per-address"_s,
+                        u"drain"_s,          u"embedded"_s,         u"ai-provider"_s,
+                        u"ai-base-url"_s,    u"ai-model"_s,         u"ai-command"_s,
+                        u"ai-image-model"_s, u"ai-key-file"_s,      u"ai-concurrency"_s};
   if (const QString wrong = arguments.unexpected(own + Place::options()); !wrong.isEmpty())
     return std::unexpected(u"'serve' has no option '--%1'"_s.arg(wrong));
   ServeOptions options;
@@ -89,6 +121,9 @@ std::expected<ServeOptions, QString> ServeOptions::read(const Arguments& argumen
   if (!url) return std::unexpected(url.error());
   options.publicUrl = *url;
   if (const auto read = readNumbers(arguments, options); !read) return std::unexpected(read.error());
+  auto provider = readProvider(arguments);
+  if (!provider) return std::unexpected(provider.error());
+  options.provider = std::move(*provider);
   options.credentialFile = arguments.value(u"credential-file"_s);
   for (const QString& proxy : arguments.value(u"trust-proxy"_s).split(u',', Qt::SkipEmptyParts))
     options.server.proxies.insert(proxy.trimmed().toLatin1());

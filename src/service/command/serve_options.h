@@ -1,5 +1,6 @@
 #pragma once
 
+#include "service/ai/provider_settings.h"
 #include "service/command/arguments.h"
 #include "service/http/http_server.h"
 
@@ -12,6 +13,10 @@ struct ServeOptions {
   QByteArray publicUrl;
   /// A file whose first line is a credential beside those of the database; empty: none.
   QString credentialFile;
+  /// Of an embedded service until its parent says otherwise.
+  ProviderSettings provider;
+  /// So many questions at a time are put to it.
+  int aiConcurrency = 0;
   int ratePerAddress = 0;
   int ratePerToken = 0;
   std::chrono::seconds drain{0};

@@ -1,6 +1,7 @@
 #include "service/command/site.h"
 
 #include "service/accounts/quota_endpoint.h"
+#include "service/ai/ai_endpoints.h"
 #include "service/health_endpoint.h"
 #include "service/links/link_endpoint.h"
 #include "service/links/upload_endpoint.h"
@@ -19,6 +20,10 @@ TokenGate::Limits limits(const ServeOptions& options) {
   return {static_cast<double>(options.ratePerAddress), static_cast<double>(options.ratePerToken)};
 }
 
+ProviderSlot::Audience audience(const ServeOptions& options) {
+  return options.isEmbedded ? ProviderSlot::Audience::person : ProviderSlot::Audience::operatorOfService;
+}
+
 }  // namespace
 
 Site::Site(Place& place, const ServeOptions& options, const QByteArray& credential)
@@ -26,7 +31,9 @@ Site::Site(Place& place, const ServeOptions& options, const QByteArray& credenti
       writes_(place.database()),
       quota_(place.database(), writes_),
       gate_(place.database(), limits(options), credential, options.isEmbedded ? u"embedded"_s : u"self-hosted"_s),
+      providers_(std::make_shared<ProviderSlot>(audience(options), place.folder() + u"/ai"_s)),
       workers_(kWorkers),
+      desk_(options.aiConcurrency),
       router_(gate_),
       maintenance_(place.database(), place.blobs()) {
   router_.add("GET", "/health", std::make_unique<HealthEndpoint>(place.database()));
@@ -34,6 +41,8 @@ Site::Site(Place& place, const ServeOptions& options, const QByteArray& credenti
   router_.add("POST", "/v1/events", std::make_unique<EventEndpoint>(writes_));
   addLinks(place);
   addReports(place);
+  providers_->set(options.provider);
+  addAIEndpoints(router_, {*providers_, desk_, workers_, quota_, pictureRoom_});
 }
 
 void Site::addLinks(Place& place) {

@@ -2,6 +2,8 @@
 
 #include "service/accounts/quota.h"
 #include "service/accounts/token_gate.h"
+#include "service/ai/ai_exchange.h"
+#include "service/ai/http_call.h"
 #include "service/command/place.h"
 #include "service/command/serve_options.h"
 #include "service/links/public_address.h"
@@ -14,16 +16,22 @@ class Site {
   Site(Place& place, const ServeOptions& options, const QByteArray& credential);
 
   const Router& router() const { return router_; }
+  /// It may be set to the very end of the program.
+  const std::shared_ptr<ProviderSlot>& providers() const { return providers_; }
 
  private:
   void addLinks(Place& place);
   void addReports(Place& place);
 
+  HttpLibrary http_;
   PublicAddress address_;
   WriteQueue writes_;
   Quota quota_;
   TokenGate gate_;
+  std::shared_ptr<ProviderSlot> providers_;
+  PictureRoom pictureRoom_;
   Workers workers_;
+  Desk desk_;
   Router router_;
   Maintenance maintenance_;
 };

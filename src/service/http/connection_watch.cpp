@@ -40,6 +40,11 @@ void ConnectionWatch::close(const Line* line) {
   lines_.erase(line);
 }
 
+void ConnectionWatch::giveUp() {
+  const std::lock_guard lock(mutex_);
+  for (const auto& [line, owned] : lines_) owned->giveUp();
+}
+
 void ConnectionWatch::work(const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
   while (!stop.stop_requested()) {
@@ -47,6 +52,7 @@ void ConnectionWatch::work(const std::stop_token& stop) {
     opened_.wait(lock, stop, [this] { return !lines_.empty(); });
     opened_.wait_for(lock, stop, 1s, [] { return false; });
     endOverdue();
+    findGone();
   }
 }
 
@@ -55,4 +61,12 @@ void ConnectionWatch::endOverdue() {
   // The server sees the end of the stream and closes the socket itself.
   for (const auto& [line, owned] : lines_)
     if (line->deadline_ < now) shutdown(line->socket_, SHUT_RDWR);
+}
+
+void ConnectionWatch::findGone() {
+  char next = 0;
+  for (const auto& [line, owned] : lines_) {
+    if (line->deadline_ != Clock::time_point::max().time_since_epoch().count()) continue;
+    if (recv(line->socket_, &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0) owned->giveUp();
+  }
 }

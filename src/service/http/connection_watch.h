@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <stop_token>
 #include <thread>
 #include <unordered_map>
 
@@ -27,6 +28,9 @@ class ConnectionWatch {
     void expectDelivery(long long size);
     /// The service itself is at work.
     void wait();
+    /// Asked to stop when the client goes away meanwhile.
+    std::stop_token gone() const { return gone_.get_token(); }
+    void giveUp() { gone_.request_stop(); }
 
    private:
     friend class ConnectionWatch;
@@ -35,6 +39,7 @@ class ConnectionWatch {
     const int socket_;
     const std::chrono::seconds patience_;
     std::atomic<Clock::rep> deadline_ = 0;
+    std::stop_source gone_;
   };
 
   /// `patience`: for a head, between two requests, and before a body or an answer has to have reached 1 KB a second.
@@ -43,11 +48,15 @@ class ConnectionWatch {
   Line* open(int socket);
   /// Before the socket is closed.
   void close(const Line* line);
+  /// Nobody is to work for any of the clients any longer.
+  void giveUp();
 
  private:
   void work(const std::stop_token& stop);
   /// With the lock held.
   void endOverdue();
+  /// With the lock held: of those that wait for the service, since the server itself does not listen to them then.
+  void findGone();
 
   const std::chrono::seconds patience_;
   std::mutex mutex_;

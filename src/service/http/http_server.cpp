@@ -17,18 +17,45 @@ constexpr unsigned kThreads = 8;
 /// For a request's head and the pieces of its body, in bytes.
 constexpr std::size_t kConnectionMemory = 64 * 1024;
 
-MHD_Result queue(MHD_Connection* connection, Flight& flight, Response response, bool isLast) {
+/// What the library holds of a body that is still being made.
+struct Streaming {
+  std::shared_ptr<BodyStream> stream;
+  std::shared_ptr<Flight> flight;
+
+  static ssize_t read(void* context, std::uint64_t, char* room, std::size_t size) {
+    const auto& [stream, flight] = *static_cast<Streaming*>(context);
+    const auto count = stream->read({room, size});
+    if (!count) return MHD_CONTENT_READER_END_OF_STREAM;
+    flight->sent += static_cast<qint64>(*count);
+    if (*count > 0) flight->line().expectDelivery(static_cast<long long>(*count));
+    return static_cast<ssize_t>(*count);
+  }
+  static void free(void* context) {
+    const std::unique_ptr<Streaming> owned(static_cast<Streaming*>(context));
+    owned->stream->detach();
+  }
+};
+
+MHD_Response* replyOf(Response& response, const std::shared_ptr<Flight>& flight) {
+  constexpr std::size_t kBlock = 4096;
+  if (response.stream)
+    return MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, kBlock, Streaming::read,
+                                             new Streaming{response.stream, flight}, Streaming::free);
+  if (response.file)
+    return MHD_create_response_from_fd_at_offset64(static_cast<std::uint64_t>(response.file->size),
+                                                   response.file->file.release(),
+                                                   static_cast<std::uint64_t>(response.file->offset));
+  // The library copies the body; it takes it as writable for the other modes only.
+  return MHD_create_response_from_buffer(static_cast<std::size_t>(response.body.size()),
+                                         const_cast<char*>(response.body.constData()), MHD_RESPMEM_MUST_COPY);
+}
+
+MHD_Result queue(MHD_Connection* connection, const std::shared_ptr<Flight>& owner, Response response, bool isLast) {
+  Flight& flight = *owner;
   flight.status = response.status;
   flight.sent = response.file ? response.file->size : response.body.size();
   flight.line().expectDelivery(flight.sent);
-  MHD_Response* const reply =
-      response.file
-          ? MHD_create_response_from_fd_at_offset64(static_cast<std::uint64_t>(response.file->size),
-                                                    response.file->file.release(),
-                                                    static_cast<std::uint64_t>(response.file->offset))
-          // The library copies the body; it takes it as writable for the other modes only.
-          : MHD_create_response_from_buffer(static_cast<std::size_t>(response.body.size()),
-                                            const_cast<char*>(response.body.constData()), MHD_RESPMEM_MUST_COPY);
+  MHD_Response* const reply = replyOf(response, owner);
   if (!reply) return MHD_NO;
   if (!response.contentType.isEmpty())
     MHD_add_response_header(reply, MHD_HTTP_HEADER_CONTENT_TYPE, response.contentType.constData());
@@ -71,7 +98,8 @@ bool fill(sockaddr_storage& address, const HttpServer::Options& options) {
 struct HttpServer::Callbacks {
   using FlightPointer = std::shared_ptr<Flight>;
 
-  static MHD_Result answer(HttpServer& server, MHD_Connection* connection, Flight& flight) {
+  static MHD_Result answer(HttpServer& server, MHD_Connection* connection, const FlightPointer& owner) {
+    Flight& flight = *owner;
     const bool hasRested = flight.isAnswering();
     // Counted before the connection rests: from then on it may go on at any moment.
     if (!hasRested) server.count(0, +1);
@@ -81,20 +109,35 @@ struct HttpServer::Callbacks {
     }
     std::optional<Response> response = hasRested ? flight.takeResponse() : flight.answer();
     if (!response && !hasRested) return MHD_YES;
-    server.count(0, -1);
-    return response ? queue(connection, flight, std::move(*response), server.isDraining_) : MHD_NO;
+    // With a body that is still being made the connection rests time and again.
+    if (response && response->stream)
+      attach(server, connection, flight, *response->stream);
+    else
+      server.count(0, -1);
+    return response ? queue(connection, owner, std::move(*response), server.isDraining_) : MHD_NO;
+  }
+
+  static void attach(HttpServer& server, MHD_Connection* connection, Flight& flight, BodyStream& stream) {
+    stream.attach({.rest =
+                       [connection, &flight] {
+                         flight.line().wait();
+                         MHD_suspend_connection(connection);
+                       },
+                   .resume = [connection] { MHD_resume_connection(connection); },
+                   .ended = [&server] { server.count(0, -1); }});
   }
 
   static MHD_Result begin(HttpServer& server, MHD_Connection* connection, Request request, void** state) {
     const auto* const info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
     auto* const line = static_cast<ConnectionWatch::Line*>(info->socket_context);
+    request.gone = line->gone();
     server.readHeaders(connection, request);
     auto* const flight = new FlightPointer(std::make_shared<Flight>(connection, std::move(request), *line));
     *state = flight;
     server.count(+1, 0);
     (*flight)->route(server.router_);
     std::optional<Response> refusal = (*flight)->earlyRefusal();
-    return refusal ? queue(connection, **flight, std::move(*refusal), (*flight)->hasBody()) : MHD_YES;
+    return refusal ? queue(connection, *flight, std::move(*refusal), (*flight)->hasBody()) : MHD_YES;
   }
 
   /// With the head of a request, with each piece of its body, at its end, and after a rest.
@@ -102,16 +145,17 @@ struct HttpServer::Callbacks {
                                     const char*, const char* data, std::size_t* size, void** state) -> MHD_Result {
     auto& server = *static_cast<HttpServer*>(context);
     if (!*state) return begin(server, connection, {.method = method, .path = url, .headers = {}, .address = {}}, state);
-    Flight& flight = **static_cast<FlightPointer*>(*state);
+    const FlightPointer& flight = *static_cast<FlightPointer*>(*state);
     if (*size == 0) return answer(server, connection, flight);
-    const bool goesOn = flight.take({data, *size});
+    const bool goesOn = flight->take({data, *size});
     *size = 0;
     return goesOn ? MHD_YES : MHD_NO;
   };
 
-  static void complete(void* context, MHD_Connection*, void** state, MHD_RequestTerminationCode) {
+  static void complete(void* context, MHD_Connection*, void** state, MHD_RequestTerminationCode code) {
     const std::unique_ptr<FlightPointer> flight(static_cast<FlightPointer*>(std::exchange(*state, nullptr)));
     if (!flight) return;
+    if (code != MHD_REQUEST_TERMINATED_COMPLETED_OK) (*flight)->line().giveUp();
     (*flight)->line().expectHead();
     (*flight)->log();
     static_cast<HttpServer*>(context)->count(-1, 0);
@@ -193,6 +237,7 @@ void HttpServer::drain(std::chrono::seconds bound) {
     if (!ended_.wait_for(lock, bound, [this] { return underWay_ == 0; }))
       logLine("stopping with %d requests under way", underWay_);
     isStopping_ = true;
+    watch_.giveUp();
     // A connection that waits for an endpoint cannot be closed.
     ended_.wait(lock, [this] { return resting_ == 0; });
   }

@@ -6,8 +6,11 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <stop_token>
 
+#include "service/http/body_stream.h"
 #include "service/storage/descriptor.h"
 
 /// Who asks, as far as the credential tells.
@@ -31,6 +34,8 @@ struct Request {
   /// Of the client, as text.
   QByteArray address;
   Caller caller = {};
+  /// Asked to stop when the client goes away, or the service ends, while an answer is being made.
+  std::stop_token gone = {};
 
   QByteArray header(const QByteArray& lowerCaseName) const { return headers.value(lowerCaseName); }
   /// Of the body, in bytes, as announced; -1: a body without an announced size; 0: none.
@@ -53,6 +58,8 @@ struct Response {
   QList<std::pair<QByteArray, QByteArray>> headers = {};
   /// In place of `body`.
   std::optional<FileSlice> file = {};
+  /// In place of `body`.
+  std::shared_ptr<BodyStream> stream = {};
 
   void add(const QByteArray& name, const QByteArray& value) { headers.emplaceBack(name, value); }
 

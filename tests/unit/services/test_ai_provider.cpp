@@ -22,8 +22,8 @@ struct Check {
   QString text;
 };
 
-const AIProvider kLocal{ProviderKind::openAICompatible, u"http://127.0.0.1:9/v1/"_s, u"small"_s, {}};
-const AIProvider kAnthropic{ProviderKind::anthropic, {}, u"large"_s, {}};
+const AIProvider kLocal{ProviderKind::openAICompatible, u"http://127.0.0.1:9/v1/"_s, u"small"_s, {}, {}};
+const AIProvider kAnthropic{ProviderKind::anthropic, {}, u"large"_s, {}, {}};
 const QByteArray kModels = R"({"data": [{"id": "small"}, {"id": "large"}, {}, 7]})";
 
 }  // namespace
@@ -38,7 +38,7 @@ class TestAIProvider : public QObject {
     AIProviderStore(path).update([](AIProvider& provider) { provider = kAnthropic; });
     QCOMPARE(AIProviderStore(path).value(), kAnthropic);
     writeFile(path, "{\"kind\": \"telepathy\", \"model\": \"m\"}");
-    QCOMPARE(AIProviderStore(path).value(), (AIProvider{ProviderKind::none, {}, u"m"_s, {}}));
+    QCOMPARE(AIProviderStore(path).value(), (AIProvider{ProviderKind::none, {}, u"m"_s, {}, {}}));
   }
 
   void anOpenAICompatibleProviderIsAskedForItsModels() {

@@ -6,6 +6,7 @@
 
 #include <csignal>
 
+#include "services/provider_brief.h"
 #include "services/quota_client.h"
 #include "services/service_process.h"
 #include "support/fake_clock.h"
@@ -27,6 +28,16 @@ struct Stage {
     result.reset();
     service.locate(job, [this](const auto& location) { result = location; });
     clock.advance(0ms);
+  }
+  /// What the service says to a question.
+  QByteArray answer() {
+    QtHttpClient http;
+    std::optional<QByteArray> said;
+    HttpRequest request{.method = "POST", .url = (*result)->api.resolved(QUrl(u"/v1/answers"_s)), .deadline = 10s};
+    request.body = R"({"question": "why?"})";
+    request.headers.emplace_back("Authorization", "Bearer " + (*result)->serviceToken);
+    http.send(request, job, [&](const auto& response) { said = response ? response->body : QByteArray("none"); });
+    return QTest::qWaitFor([&] { return said.has_value(); }, 10'000) ? *said : QByteArray("nothing");
   }
   QUrl api() const { return result && *result ? (*result)->api : QUrl(); }
 
@@ -78,6 +89,44 @@ class TestServiceProcess : public QObject {
     QTRY_VERIFY(done);
     QVERIFY(*done);
     QCOMPARE(store.plan(), u"embedded"_s);
+  }
+
+  void isToldWhoAnswersBeforeAnybodyIsSentToIt() {
+    Stage stage;
+    FakeVault vault;
+    vault.secrets[u"ai-provider"_s] = "a\nb";
+    AIProviderStore provider(stage.directory.filePath(u"ai-provider.json"_s));
+    UserCredential key(vault, UserCredential::kProviderAccount);
+    const ProviderBrief brief(provider, key, stage.service);
+    stage.ask();
+    QTRY_VERIFY(stage.result);
+    QVERIFY(stage.answer().contains("No AI provider is set. Choose one in Settings"));
+    provider.update([](AIProvider& changed) {
+      changed.kind = ProviderKind::openAICompatible;
+      changed.baseUrl = u"https://127.0.0.1:1"_s;
+    });
+    const qint64 pid = stage.service.processId();
+    stage.ask();
+    QVERIFY(!stage.result);
+    QTRY_VERIFY(stage.result);
+    QVERIFY(stage.answer().contains("its key has characters"));
+    vault.error = CredentialError{CredentialError::Reason::denied, {}};
+    key.forget();
+    stage.ask();
+    QTRY_VERIFY(stage.result);
+    QVERIFY(stage.answer().contains("The keychain is locked"));
+    QCOMPARE(stage.service.processId(), pid);
+  }
+
+  void linksDoNotWaitForTheKeychain() {
+    Stage stage;
+    stage.service.setBrief([](const JobRef&, const auto&) {});
+    stage.ask();
+    QTRY_VERIFY(stage.service.isRunning());
+    QVERIFY(!stage.result);
+    stage.clock.advance(3s);
+    QVERIFY(stage.result && *stage.result);
+    QVERIFY(stage.answer().contains("The keychain has not given the AI provider's key yet"));
   }
 
   void isStartedAnewAfterItHasDiedButNotAtOnce() {
