@@ -13,7 +13,7 @@ constexpr auto kWaitWhenNotLifted = 5s;
 constexpr auto kPoll = 5ms;
 /// After typing, how long a hand that still holds a modifier is watched, and how often.
 constexpr auto kAttention = 10s;
-constexpr auto kAttend = 50ms;
+constexpr auto kAttend = 10ms;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const
   keyboard_.watchKeys(true);
   // A modifier that goes down and up alone means something to many programs (Alt opens a menu, Super a launcher); a key
   // in between makes it part of a chord. It also makes XTEST the current keyboard before the first character.
-  keyboard_.tap(neutralKey_);
+  keyboard_.settle(neutralKey_);
   waitForUser(map, kWaitForUser, stop);
   releaseKeys(map);
   // XTEST may have keys of an earlier run down that the user's own keyboard has released since.
@@ -79,7 +79,7 @@ void HeldModifiers::liftNewlyHeld(const KeyboardMap& map) {
 }
 
 void HeldModifiers::follow(const KeyboardMap& map) {
-  for (const ForeignKey& key : keyboard_.takeForeignKeys()) {
+  for (const KeyChange& key : keyboard_.takeForeignKeys()) {
     if (!isHolding(map, key.code)) continue;
     if (key.pressed)
       lifted_.insert(key.code);
@@ -89,8 +89,9 @@ void HeldModifiers::follow(const KeyboardMap& map) {
 }
 
 void HeldModifiers::giveBack(const KeyboardMap& map) {
-  keyboard_.sync();
-  follow(map);
+  keyboard_.settle(neutralKey_);
+  // What was pressed since the last character was never lifted: it may belong to the next shortcut already.
+  for (const KeyChange& key : keyboard_.takeForeignKeys()) lifted_.erase(key.code);
   const auto pressed = lifted_;
   for (const xcb_keycode_t code : pressed) keyboard_.press(code);
   if (!pressed.empty()) keyboard_.tap(neutralKey_);

@@ -3,12 +3,22 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <string_view>
+#include <utility>
 
+#include "platform/x11/pacing.h"
 #include "platform/x11/xcb_reply.h"
 #include "platform/x11/xcb_xkb.h"
 
+using namespace std::chrono_literals;
+
 namespace {
+
+/// Grabs that stop the keyboard, for a shortcut's sake, last a few milliseconds.
+constexpr auto kLongestStop = 500ms;
+constexpr auto kPoll = 1ms;
 
 bool hasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
   const auto* data = xcb_get_extension_data(connection, extension);
@@ -62,6 +72,7 @@ void XTestKeyboard::watchKeys(bool wanted) {
   xcb_input_xi_select_events(connection_.get(), root_, 1, &mask.head);
   sync();
   takeForeignKeys();
+  own_.clear();
 }
 
 void XTestKeyboard::findXTestDevice() {
@@ -89,24 +100,39 @@ void XTestKeyboard::sync() {
   XcbReply<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(connection_.get(), cookie, nullptr));
 }
 
-std::vector<ForeignKey> XTestKeyboard::takeForeignKeys() {
-  std::vector<ForeignKey> foreign;
+void XTestKeyboard::settle(xcb_keycode_t neutralKey) {
+  tap(neutralKey);
+  sync();
+  collect();
+  if (neutralKey == 0) return;
+  const auto end = std::chrono::steady_clock::now() + kLongestStop;
+  while (!own_.empty() && !isBroken() && std::chrono::steady_clock::now() < end) {
+    pacing::sleep(kPoll);
+    collect();
+  }
+}
+
+std::vector<KeyChange> XTestKeyboard::takeForeignKeys() {
+  collect();
+  return std::exchange(foreign_, {});
+}
+
+void XTestKeyboard::collect() {
   while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
     if ((event->response_type & 0x7f) != XCB_GE_GENERIC) continue;
     const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event.get());
     if (raw->extension != inputOpcode_) continue;
-    const ForeignKey key{static_cast<xcb_keycode_t>(raw->detail), raw->event_type == XCB_INPUT_RAW_KEY_PRESS};
-    if (!isOwn(raw->sourceid, key)) foreign.push_back(key);
+    const KeyChange key{static_cast<xcb_keycode_t>(raw->detail), raw->event_type == XCB_INPUT_RAW_KEY_PRESS};
+    if (!isOwn(raw->sourceid, key)) foreign_.push_back(key);
   }
-  // Everything sent has come back by now; what has not was dropped by the server (a key that was down already).
-  own_.clear();
-  return foreign;
 }
 
-bool XTestKeyboard::isOwn(std::uint16_t source, const ForeignKey& key) {
+bool XTestKeyboard::isOwn(std::uint16_t source, const KeyChange& key) {
   if (xtestDevice_ != 0 && source != xtestDevice_) return false;
-  if (own_.empty() || own_.front().code != key.code || own_.front().pressed != key.pressed) return false;
-  own_.pop_front();
+  const auto found = std::ranges::find(own_, key);
+  if (found == own_.end()) return false;
+  // Those before it were dropped by the server: a press of a key that was down already, say.
+  own_.erase(own_.begin(), std::next(found));
   return true;
 }
 

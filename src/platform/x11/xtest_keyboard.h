@@ -9,10 +9,11 @@
 
 #include "platform/x11/keyboard_map.h"
 
-/// A key that somebody else pressed or released.
-struct ForeignKey {
+/// A key that somebody pressed or released.
+struct KeyChange {
   xcb_keycode_t code = 0;
   bool pressed = false;
+  bool operator==(const KeyChange&) const = default;
 };
 
 /// A connection of its own that presses keys through XTEST and sees what the user's keyboards do meanwhile.
@@ -35,11 +36,15 @@ class XTestKeyboard {
   /// Returns when the server has performed everything so far.
   void sync();
 
+  /// Returns when `neutralKey` has gone down and up and come back, if keys are watched: all that others did before is
+  /// known then, also when a grab has stopped the keyboard for a moment. 0: as `sync`.
+  void settle(xcb_keycode_t neutralKey);
+
   /// Starts or ends noticing other people's keys. They pile up unread, so that it should not go on while nothing is
   /// typed.
   void watchKeys(bool wanted);
   /// What others did with keys since the last call, in order, up to the last `sync`. Own keys are left out.
-  std::vector<ForeignKey> takeForeignKeys();
+  std::vector<KeyChange> takeForeignKeys();
   /// The modifiers that keys hold down at this moment, Shift being bit 0.
   std::uint8_t heldModifiers();
   std::uint8_t lockedModifiers();
@@ -51,22 +56,19 @@ class XTestKeyboard {
   struct Disconnect {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
   };
-  struct OwnKey {
-    xcb_keycode_t code;
-    bool pressed;
-  };
-
   XTestKeyboard() = default;
   bool prepare(int screen);
   bool prepareInput();
   void findXTestDevice();
   void fake(xcb_keycode_t code, bool pressed);
-  bool isOwn(std::uint16_t source, const ForeignKey& key);
+  void collect();
+  bool isOwn(std::uint16_t source, const KeyChange& key);
 
   std::unique_ptr<xcb_connection_t, Disconnect> connection_;
   xcb_window_t root_ = XCB_NONE;
   std::uint8_t inputOpcode_ = 0;
   std::uint16_t xtestDevice_ = 0;
   /// Sent and not yet seen coming back, oldest first.
-  std::deque<OwnKey> own_;
+  std::deque<KeyChange> own_;
+  std::vector<KeyChange> foreign_;
 };
