@@ -18,6 +18,7 @@
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
 #include "app/tools/boilerplates_kit.h"
+#include "app/tools/feedback_kit.h"
 #include "app/tools/file_drop_kit.h"
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
@@ -109,6 +110,7 @@ struct Application::Parts {
   BoilerplatesKit boilerplates{context, history.settings(), scanner};
   FileDropKit fileDrop{context, defaults};
   UplinkKit uplink{context};
+  FeedbackKit feedback{context, defaults};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -200,6 +202,7 @@ bool Application::start() {
     parts_->openProject.prepare();
     parts_->boilerplates.prepare();
     parts_->fileDrop.prepare();
+    parts_->feedback.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -222,6 +225,10 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->fileDrop.makeTool());
     else if (info.id == kUplinkID)
       tools.push_back(parts_->uplink.makeTool());
+    else if (info.id == kFeedbackID)
+      tools.push_back(parts_->feedback.makeTool());
+    else if (info.id == kSuggestID)
+      tools.push_back(parts_->feedback.makeSuggestTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
       tools.push_back(
           std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));

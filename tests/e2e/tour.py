@@ -21,6 +21,7 @@ from steps import (
     palette,
     privacy,
     projects,
+    reports,
     service,
     settings,
     shortcuts,
@@ -41,6 +42,7 @@ STEPS = [
     *shortcuts.STEPS,
     *service.STEPS,
     *uplink.STEPS,
+    *reports.STEPS,
     *onboarding.STEPS,
     *privacy.STEPS,
 ]

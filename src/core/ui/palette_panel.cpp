@@ -12,6 +12,7 @@
 #include "core/ui/accessible_roles.h"
 #include "core/ui/card_frame.h"
 #include "core/ui/key_event.h"
+#include "core/ui/panel_position.h"
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
 
@@ -51,6 +52,15 @@ void PalettePanel::positionOnActiveScreen() {
   const double x = available.left() + available.width() * 0.5 - width() * 0.5;
   const double y = available.top() + available.height() * kCentreFromTop - height() * 0.5;
   move(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
+}
+
+void PalettePanel::positionAt(const PanelPosition& remembered) {
+  constexpr int kMargin = Theme::kPanelMargin;
+  const QRect card = QRect(QPoint(), size()).adjusted(kMargin, kMargin, -kMargin, -kMargin);
+  if (const auto origin = remembered.origin(card, screenGeometries()))
+    move(*origin);
+  else
+    positionOnActiveScreen();
 }
 
 void PalettePanel::present() {

@@ -10,6 +10,7 @@
 #include "platform/panel_window.h"
 
 class CardFrame;
+class PanelPosition;
 class QScreen;
 
 /// The screen under the pointer, else the primary one; null without any.
@@ -42,6 +43,8 @@ class PalettePanel : public QWidget {
   /// Centres the panel on the active screen's vertical centre line, its own centre at 62 % of the available height
   /// measured from the bottom. Does nothing when there is no screen.
   void positionOnActiveScreen();
+  /// The same, unless the user has put the panel somewhere else before.
+  void positionAt(const PanelPosition& remembered);
   /// Shows the panel and directs the keyboard to it.
   void present();
   /// Directs the keyboard to the shown panel again.

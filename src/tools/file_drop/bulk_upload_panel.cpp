@@ -29,19 +29,11 @@ BulkUploadPanel::BulkUploadPanel(PanelWindow& native, QSettings& defaults, BulkU
 }
 
 void BulkUploadPanel::present() {
-  if (!panel_.isVisible()) place();
+  if (!panel_.isVisible()) panel_.positionAt(position_);
   panel_.present();
 }
 
 void BulkUploadPanel::warmUp() {
   panel_.winId();
   panel_.grab();
-}
-
-void BulkUploadPanel::place() {
-  const QRect card = QRect(QPoint(), panel_.size()).adjusted(kMargin, kMargin, -kMargin, -kMargin);
-  if (const auto origin = position_.origin(card, screenGeometries()))
-    panel_.move(*origin);
-  else
-    panel_.positionOnActiveScreen();
 }

@@ -21,8 +21,6 @@ class BulkUploadPanel final : public QObject, public PalettePresenter {
   PalettePanel& panel() { return panel_; }
 
  private:
-  void place();
-
   PalettePanel panel_;
   BulkUploadView* view_;
   PanelPosition position_;
