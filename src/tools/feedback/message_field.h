@@ -17,4 +17,6 @@ class MessageField final : public QPlainTextEdit {
  protected:
   bool canInsertFromMimeData(const QMimeData* source) const override;
   void insertFromMimeData(const QMimeData* source) override;
+  /// Nothing else takes the focus, and a tab is no part of the words.
+  bool focusNextPrevChild(bool) override { return true; }
 };

@@ -35,8 +35,10 @@ void SnipStrip::follow() {
   const auto& snips = model.snips();
   std::erase_if(thumbnails_, [&snips](const auto& entry) {
     const bool isGone = std::ranges::find(snips, entry.first, &FeedbackSnip::id) == snips.end();
-    if (isGone) entry.second->deleteLater();
-    return isGone;
+    if (!isGone) return false;
+    entry.second->hide();
+    entry.second->deleteLater();
+    return true;
   });
   for (std::size_t place = 0; place < snips.size(); ++place) {
     SnipThumbnail*& thumbnail = thumbnails_[snips[place].id];

@@ -98,14 +98,16 @@ class TestReportWindows : public QObject {
     QVERIFY(window.says(u"Sending your feedback…"_s));
     QVERIFY(window.field().isReadOnly());
     shoot(window.panel.panel(), u"feedback-sending"_s);
-    QTRY_VERIFY(at.http.answer(507, "There is no room left on the disk of this service, which is a pity"));
+    QTRY_VERIFY(!at.http.waiting.empty());
+    QVERIFY(at.http.answer(507, "There is no room left on the disk of this service, which is a pity"));
     QVERIFY(
         window.says(u"Submission failed (HTTP 507) There is no room left on the disk of this service, which is a "
                     u"pity — ⌘↩ to retry"_s));
     QCOMPARE(window.field().toPlainText(), u"The settings window opens behind the terminal."_s);
     shoot(window.panel.panel(), u"feedback-failed"_s);
     window.press(Qt::Key_Return, Qt::ControlModifier);
-    QTRY_VERIFY(at.http.answer(200, "{}"));
+    QTRY_VERIFY(!at.http.waiting.empty());
+    QVERIFY(at.http.answer(200, "{}"));
     QVERIFY(window.says(u"Thanks — feedback sent!"_s) && window.says(u"⌘N to send another · esc to close"_s));
     shoot(window.panel.panel(), u"feedback-sent"_s);
     window.press(Qt::Key_N, Qt::ControlModifier);
