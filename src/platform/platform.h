@@ -14,6 +14,7 @@
 #include "platform/pasteboard.h"
 #include "platform/permissions.h"
 #include "platform/screen_grabber.h"
+#include "platform/selected_text.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
 #include "platform/tray_panel.h"
@@ -35,6 +36,7 @@ struct Platform {
   std::unique_ptr<KeyLegends> keyLegends = std::make_unique<KeyLegends>();
   std::unique_ptr<TrayPanel> trayPanel = std::make_unique<TrayPanel>();
   std::unique_ptr<KeyTargets> keyTargets = std::make_unique<KeyTargets>();
+  std::unique_ptr<SelectedText> selectedText = std::make_unique<SelectedText>();
   std::unique_ptr<Pasteboard> pasteboard = std::make_unique<Pasteboard>();
   std::unique_ptr<ScreenGrabber> screenGrabber = std::make_unique<ScreenGrabber>();
 };

@@ -9,9 +9,11 @@
 #include "core/hotkeys/hotkey.h"
 #include "platform/hotkey_backend.h"
 #include "platform/key_events.h"
+#include "platform/key_target.h"
 #include "platform/network_path.h"
 #include "platform/pasteboard.h"
 #include "platform/permissions.h"
+#include "platform/selected_text.h"
 #include "platform/sounds.h"
 #include "platform/system_info.h"
 
@@ -49,14 +51,17 @@ class FakeHotkeys final : public HotkeyBackend {
   Pressed pressed_;
 };
 
-/// Records what would be typed.
+/// Records what would be typed; `performed` is what the program that it is typed into does.
 class FakeKeyEvents final : public KeyEvents {
  public:
   void perform(KeySequence steps, Done done) override {
     sequences.push_back(std::move(steps));
-    if (done) done({});
+    if (performed) performed();
+    if (done) done(result);
   }
   std::vector<KeySequence> sequences;
+  std::function<void()> performed;
+  std::expected<void, KeyEventError> result;
 };
 
 /// A system whose settings have a page for each permission; remembers what was asked of it.
@@ -146,6 +151,23 @@ class FakePasteboard final : public Pasteboard {
   PasteboardContents contents;
   std::vector<PasteboardContents> restored;
   std::int64_t changes = 0;
+};
+
+class FakeKeyTargets final : public KeyTargets {
+ public:
+  KeyTarget current() const override { return target; }
+  KeyTarget target = KeyTarget{7};
+};
+
+/// Hands over `text`; `isTerminal` is where the copy shortcut means something else.
+class FakeSelectedText final : public SelectedText {
+ public:
+  bool isCopiedByShortcut(KeyTarget) const override { return !isTerminal; }
+  void read(KeyTarget, const JobRef& job, Answer answer) override {
+    job.later([this, answer = std::move(answer)] { answer(text); });
+  }
+  std::optional<QString> text;
+  bool isTerminal = false;
 };
 
 class FakeSounds final : public Sounds {

@@ -1,5 +1,7 @@
 #include "platform/x11/held_modifiers.h"
 
+#include <algorithm>
+
 #include "platform/x11/pacing.h"
 
 using namespace std::chrono_literals;
@@ -17,8 +19,9 @@ constexpr auto kAttend = 10ms;
 
 }  // namespace
 
-bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const std::stop_token& stop) {
+bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, Keys keys, const std::stop_token& stop) {
   neutralKey_ = neutralKey;
+  keys_ = keys;
   lifted_.clear();
   keyboard_.watchKeys(true);
   // A modifier that goes down and up alone means something to many programs (Alt opens a menu, Super a launcher); a key
@@ -35,13 +38,20 @@ bool HeldModifiers::lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const
   keyboard_.sync();
   follow(map);
   if (held(map) != 0) waitForUser(map, kWaitWhenNotLifted, stop);
+  // The other keys of the chord go up with the last modifier, or a moment later; a key that is stuck is not waited for.
+  if (keys_ == Keys::all) waitForUser(map, kWaitForUser, stop);
   return held(map) == 0;
 }
 
 void HeldModifiers::waitForUser(const KeyboardMap& map, std::chrono::milliseconds longest,
                                 const std::stop_token& stop) {
   const auto end = std::chrono::steady_clock::now() + longest;
-  while (held(map) != 0 && std::chrono::steady_clock::now() < end && !stop.stop_requested()) pacing::sleep(kPoll);
+  while (isAnyHeld(map) && std::chrono::steady_clock::now() < end && !stop.stop_requested()) pacing::sleep(kPoll);
+}
+
+bool HeldModifiers::isAnyHeld(const KeyboardMap& map) {
+  if (held(map) != 0) return true;
+  return keys_ == Keys::all && std::ranges::count(keyboard_.keysDown(), true) > 0;
 }
 
 std::uint8_t HeldModifiers::held(const KeyboardMap& map) {
@@ -57,9 +67,10 @@ void HeldModifiers::releaseKeys(const KeyboardMap& map) {
   const auto down = keyboard_.keysDown();
   for (std::size_t index = 0; index < down.size(); ++index) {
     const auto code = static_cast<xcb_keycode_t>(index);
-    if (!down[index] || !isHolding(map, code)) continue;
+    const bool isModifier = isHolding(map, code);
+    if (!down[index] || (!isModifier && keys_ == Keys::modifiers)) continue;
     keyboard_.release(code);
-    lifted_.insert(code);
+    if (isModifier) lifted_.insert(code);
   }
 }
 

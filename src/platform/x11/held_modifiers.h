@@ -16,8 +16,12 @@ class HeldModifiers {
  public:
   explicit HeldModifiers(XTestKeyboard& keyboard) : keyboard_(keyboard) {}
 
-  /// Whether nothing is held any more; `neutralKey` is a key that types nothing (0: none), `stop` ends waiting.
-  bool lift(const KeyboardMap& map, xcb_keycode_t neutralKey, const std::stop_token& stop);
+  /// Whose release is waited for: a key of a shortcut that is still down keeps the keyboard for whoever has the
+  /// shortcut, so that no other chord arrives.
+  enum class Keys { modifiers, all };
+
+  /// Whether no modifier is held any more; `neutralKey` is a key that types nothing (0: none), `stop` ends waiting.
+  bool lift(const KeyboardMap& map, xcb_keycode_t neutralKey, Keys keys, const std::stop_token& stop);
   /// Lifts what was pressed since; called between chunks.
   void liftNewlyHeld(const KeyboardMap& map);
   /// Presses again what the user still holds. Then `attend` is to be called at each `dueTime`.
@@ -30,6 +34,7 @@ class HeldModifiers {
 
  private:
   void waitForUser(const KeyboardMap& map, std::chrono::milliseconds longest, const std::stop_token& stop);
+  bool isAnyHeld(const KeyboardMap& map);
   std::uint8_t held(const KeyboardMap& map);
   void releaseKeys(const KeyboardMap& map);
   void switchLocksOff(const KeyboardMap& map);
@@ -38,6 +43,7 @@ class HeldModifiers {
 
   XTestKeyboard& keyboard_;
   xcb_keycode_t neutralKey_ = 0;
+  Keys keys_ = Keys::modifiers;
   /// Modifier keys that the user holds down while the server has them up.
   std::set<xcb_keycode_t> lifted_;
   /// Given back, and down as far as XTEST is concerned.

@@ -35,6 +35,9 @@ class X11PanelWindow final : public PanelWindow, public QAbstractNativeEventFilt
   bool isScrollingInverted(ScrollSource source) const override;
   void setInputRegion(QWindow& window, const QRegion& region) override;
 
+  /// Whether a panel has the keyboard, so that keys do not go to the active window.
+  bool hasKeyboard() const { return holder_ && holder_->isVisible(); }
+
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
  private:

@@ -4,6 +4,7 @@
 #include "platform/x11/x11_hotkeys.h"
 #include "platform/x11/x11_key_events.h"
 #include "platform/x11/x11_key_legends.h"
+#include "platform/x11/x11_key_targets.h"
 #include "platform/x11/x11_network_path.h"
 #include "platform/x11/x11_panel_traces.h"
 #include "platform/x11/x11_panel_window.h"
@@ -11,6 +12,7 @@
 #include "platform/x11/x11_permissions.h"
 #include "platform/x11/x11_raw_input.h"
 #include "platform/x11/x11_screen_grabber.h"
+#include "platform/x11/x11_selected_text.h"
 #include "platform/x11/x11_sounds.h"
 #include "platform/x11/x11_system_info.h"
 #include "platform/x11/x11_tray_panel.h"
@@ -26,7 +28,10 @@ Platform makePlatform() {
   const auto traces = std::make_shared<X11PanelTraces>();
   platform.hotkeys = std::make_unique<X11Hotkeys>(session, rawInput);
   platform.keyEvents = makeX11KeyEvents();
-  platform.panelWindow = std::make_unique<X11PanelWindow>(session, rawInput, traces);
+  auto panels = std::make_unique<X11PanelWindow>(session, rawInput, traces);
+  platform.keyTargets = std::make_unique<X11KeyTargets>(session, [&panels = *panels] { return panels.hasKeyboard(); });
+  platform.panelWindow = std::move(panels);
+  platform.selectedText = std::make_unique<X11SelectedText>(session);
   platform.pasteboard = std::make_unique<X11Pasteboard>();
   platform.permissions = std::make_unique<X11Permissions>(session);
   platform.networkPath = std::make_unique<X11NetworkPath>();

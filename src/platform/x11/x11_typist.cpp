@@ -20,6 +20,11 @@ namespace {
 /// For the first key of XTEST after those of another keyboard: programs read the map when the keyboard changes.
 constexpr auto kSettle = 25ms;
 
+bool isChord(const KeyStep& step) {
+  const auto* key = std::get_if<PressKey>(&step);
+  return key != nullptr && key->carbonModifiers != 0;
+}
+
 }  // namespace
 
 std::unique_ptr<X11Typist> X11Typist::open() {
@@ -36,7 +41,8 @@ X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::sto
   if (!map_) return std::unexpected(KeyEventError{u"The keyboard's map could not be read"_s});
   lender_.prepare(*map_);
   skipped_ = 0;
-  const bool free = modifiers_.lift(*map_, lender_.neutralKey(), stop);
+  const auto keys = std::ranges::any_of(sequence, isChord) ? HeldModifiers::Keys::all : HeldModifiers::Keys::modifiers;
+  const bool free = modifiers_.lift(*map_, lender_.neutralKey(), keys, stop);
   pacing::sleep(kSettle);
   if (free) typeSteps(typingSteps(sequence), stop);
   lender_.finish();

@@ -5,6 +5,7 @@
 #include "base/logging.h"
 #include "platform/permissions.h"
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -15,20 +16,24 @@ constexpr auto kBeforeReturn = 80ms;
 constexpr std::uint32_t kReturnKey = 36;
 constexpr std::uint32_t kCommandMask = 0x0100;
 
-void logFailure(const std::expected<void, KeyEventError>& result) {
-  if (!result) qCWarning(lcTyping).noquote() << result.error().description();
-}
-
 }  // namespace
 
-void KeystrokeSender::send(const QString& text, bool pressReturn) {
-  if (!mayType()) return;
-  KeySequence steps = sequence(text, pressReturn);
-  if (!steps.empty()) events_.perform(std::move(steps), logFailure);
+void KeystrokeSender::send(const QString& text, bool pressReturn, KeyEvents::Done done) {
+  perform(sequence(text, pressReturn), std::move(done));
 }
 
-void KeystrokeSender::sendCommandKey(std::uint32_t keyCode) {
-  if (mayType()) events_.perform({PressKey{keyCode, kCommandMask}}, logFailure);
+void KeystrokeSender::sendCommandKey(std::uint32_t keyCode, KeyEvents::Done done) {
+  perform({PressKey{keyCode, kCommandMask}}, std::move(done));
+}
+
+void KeystrokeSender::perform(KeySequence steps, KeyEvents::Done done) {
+  const auto report = [done = std::move(done)](const std::expected<void, KeyEventError>& result) {
+    if (!result) qCWarning(lcTyping).noquote() << result.error().description();
+    if (done) done(result);
+  };
+  if (!mayType()) return report(std::unexpected(KeyEventError{u"The system does not let Vantle type"_s}));
+  if (steps.empty()) return report({});
+  events_.perform(std::move(steps), report);
 }
 
 KeySequence KeystrokeSender::sequence(const QString& text, bool pressReturn) {

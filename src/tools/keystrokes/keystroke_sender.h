@@ -17,15 +17,17 @@ class KeystrokeSender {
   KeystrokeSender(KeyEvents& events, Permissions& permissions) : events_(events), permissions_(permissions) {}
 
   /// Types `text`, then Return if asked. Without permission nothing is typed and the system's prompt is requested.
-  void send(const QString& text, bool pressReturn);
-  /// Posts one key press with only Command held (Ctrl on Linux).
-  void sendCommandKey(std::uint32_t keyCode);
+  /// `done` is called once all is typed, or with what went wrong; that may be before this returns.
+  void send(const QString& text, bool pressReturn, KeyEvents::Done done = {});
+  /// Posts one key press with only Command held (Ctrl on Linux), once the user's own hands have left the keyboard.
+  void sendCommandKey(std::uint32_t keyCode, KeyEvents::Done done = {});
 
   /// The steps `send` performs.
   static KeySequence sequence(const QString& text, bool pressReturn);
 
  private:
   bool mayType();
+  void perform(KeySequence steps, KeyEvents::Done done);
 
   KeyEvents& events_;
   Permissions& permissions_;

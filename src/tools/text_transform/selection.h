@@ -34,7 +34,8 @@ class SelectionReplacer {
  public:
   enum class Outcome {
     typed,
-    /// The window that owned the selection is not in front any more: the result is on the clipboard instead.
+    /// The result is on the clipboard instead: the window that owned the selection is not in front any more, or is a
+    /// terminal, which would run each of several lines.
     copied,
   };
   using Done = std::function<void(std::expected<Outcome, KeyEventError>)>;

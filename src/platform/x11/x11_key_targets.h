@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "platform/key_target.h"
+#include "platform/x11/x11_session.h"
+
+/// The window that the window manager calls active, as long as the keyboard's focus is in it. Main thread only.
+class X11KeyTargets final : public KeyTargets {
+ public:
+  /// `isPanelTyping` tells whether a panel of ours has the keyboard, which leaves the active window as it is.
+  X11KeyTargets(const X11Session& session, std::function<bool()> isPanelTyping);
+
+  KeyTarget current() const override;
+
+ private:
+  std::vector<xcb_window_t> focusedWindows() const;
+  xcb_window_t outermostApplicationWindow(const std::vector<xcb_window_t>& windows) const;
+
+  X11Session session_;
+  std::function<bool()> isPanelTyping_;
+  xcb_atom_t activeWindow_;
+};
+
+inline xcb_window_t windowOf(KeyTarget target) { return static_cast<xcb_window_t>(target); }
