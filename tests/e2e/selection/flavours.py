@@ -5,7 +5,7 @@ import struct
 import threading
 import zlib
 
-from Xlib import X, Xatom, display
+from Xlib import X, Xatom, display, error
 from Xlib.protocol import event
 
 # What no program counts as data.
@@ -58,7 +58,10 @@ class Owner:
 
     def _serve(self):
         while True:
-            happened = self.connection.next_event()
+            try:
+                happened = self.connection.next_event()
+            except error.ConnectionClosedError:
+                return  # the display has ended
             if happened.type == X.SelectionClear:
                 break
             if happened.type == X.SelectionRequest:
