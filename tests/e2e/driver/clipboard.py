@@ -23,7 +23,16 @@ def offered():
 
 def text():
     """The text on it; empty when there is none."""
-    result = subprocess.run(["xclip", "-o", "-selection", "clipboard"], capture_output=True, timeout=10)
+    return text_of("clipboard")
+
+
+def selected():
+    """The text that was selected last in some window; empty when there is none."""
+    return text_of("primary")
+
+
+def text_of(selection):
+    result = subprocess.run(["xclip", "-o", "-selection", selection], capture_output=True, timeout=10)
     return result.stdout.decode(errors="replace") if result.returncode == 0 else ""
 
 

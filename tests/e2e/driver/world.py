@@ -8,6 +8,8 @@ from . import accessibility
 from .application import Application
 from .display import run
 from .network import PrivateNetwork
+from .provider import Provider
+from .relay import reachable
 from .terminal import Terminal
 from .waiting import StepFailed, expect, stays, until
 from .x import Desktop
@@ -57,6 +59,16 @@ class World:
             if mine:
                 mine.start()
                 mine.wait_until_live()
+
+    @contextmanager
+    def ai_provider(self, **script):
+        """A scripted provider, and the ai-provider.json with which a program in the tour's network reaches it."""
+        provider = Provider(**script)
+        try:
+            with reachable(self.network, provider.port) as port:
+                yield provider, provider.settings | {"baseUrl": f"http://127.0.0.1:{port}/v1"}
+        finally:
+            provider.close()
 
     def start_application(self):
         self.application = Application(self.binary, self.network)
