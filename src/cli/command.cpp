@@ -24,6 +24,8 @@ constexpr std::array kCommands = {
     Command{"new"_L1, "<boilerplate> <folder>"_L1, "make a project from a template folder"_L1, runNew},
     Command{"link"_L1, "<image>|- [--json]"_L1, "upload an image and print its link"_L1, runLink},
     Command{"upload"_L1, "<path>... [--json]"_L1, "upload files and folders and print the one link"_L1, runUpload},
+    Command{"transform"_L1, "--mode improve|enhance-prompt|shorten|fix-grammar | --instruction TEXT"_L1,
+            "rewrite the text on standard input"_L1, runTransform},
     Command{"quota"_L1, "[--json]"_L1, "show what is left of this month's allowance"_L1, runQuota},
     Command{"config"_L1, "show [--json] | set [<setting> <value>] | service [<what> [<value>]]"_L1,
             "show and change settings, hosts and credential; 'set' and 'service' alone list what there is"_L1,

@@ -6,6 +6,7 @@
 #include "cli/command.h"
 #include "core/presenters/window_opener.h"
 #include "core/tools/tool.h"
+#include "tools/text_transform/text_transform_mode.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +31,13 @@ QStringList summonTargets() {
   return targets;
 }
 
+QStringList actions() {
+  QStringList actions;
+  for (const TextTransformModeNames& names : textTransformModes())
+    if (!names.action.isEmpty()) actions.append(names.action);
+  return actions;
+}
+
 /// The options that the usage line names, so that there is one place for both.
 QStringList options(const Command& command) {
   QStringList found;
@@ -46,6 +54,7 @@ std::vector<Completion> completions() {
     entry.takesFile =
         QString(command.arguments).contains("<image>"_L1) || QString(command.arguments).contains("<path>"_L1);
     if (command.name == "config"_L1) entry.words += {u"show"_s, u"set"_s, u"service"_s};
+    if (command.name == "transform"_L1) entry.words += actions();
     if (command.name == "summon"_L1) entry.words = summonTargets();
     if (command.name == "completions"_L1) entry.words = {u"bash"_s, u"zsh"_s, u"fish"_s};
     if (command.name == "help"_L1)

@@ -54,6 +54,14 @@ bool writeSource(ConfigStores& stores, const QString& text) {
   return value.has_value();
 }
 
+QString readOutput(const ConfigStores& stores) { return rawValue(stores.textTransform.value().output); }
+
+bool writeOutput(ConfigStores& stores, const QString& text) {
+  const auto value = transformOutput(text);
+  if (value) stores.textTransform.update([value](AITextTransformSettings& settings) { settings.output = *value; });
+  return value.has_value();
+}
+
 constexpr std::array kSettings = {
     ConfigSetting{"appearance"_L1, "system or dark"_L1, readAppearance, writeAppearance},
     ConfigSetting{"toast-duration"_L1, "2 to 60, in seconds"_L1, readDuration, writeDuration},
@@ -64,6 +72,7 @@ constexpr std::array kSettings = {
     ConfigSetting{"share-usage-stats"_L1, "on or off"_L1, readFlag<&Preferences::shareUsageStats>,
                   writeFlag<&Preferences::shareUsageStats>},
     ConfigSetting{"image-to-url-source"_L1, "clipboard or liveSelection"_L1, readSource, writeSource},
+    ConfigSetting{"text-transform-output"_L1, "replace or clipboard"_L1, readOutput, writeOutput},
 };
 
 }  // namespace

@@ -9,15 +9,18 @@
 #include "core/settings/app_preferences.h"
 #include "core/settings/folders.h"
 #include "tools/image_to_url/uplink_settings.h"
+#include "tools/text_transform/ai_text_transform_settings.h"
 
 /// The stores whose settings the command line shows and sets.
 struct ConfigStores {
   explicit ConfigStores(const Folders& folders)
       : preferences(folders.file(QStringLiteral("app-settings.json"))),
-        uplink(folders.file(QStringLiteral("Uplink/settings.json"))) {}
+        uplink(folders.file(QStringLiteral("Uplink/settings.json"))),
+        textTransform(folders.file(QStringLiteral("AITextTransform/settings.json"))) {}
 
   AppPreferences preferences;
   UplinkStore uplink;
+  AITextTransformStore textTransform;
 };
 
 /// One setting by the name it has on the command line.

@@ -25,6 +25,7 @@ from steps import (
     service,
     settings,
     shortcuts,
+    transform_settings,
     uplink,
 )
 from steps.launcher import Skipped
@@ -43,6 +44,7 @@ STEPS = [
     *service.STEPS,
     *uplink.STEPS,
     *reports.STEPS,
+    *transform_settings.STEPS,
     *onboarding.STEPS,
     *privacy.STEPS,
 ]

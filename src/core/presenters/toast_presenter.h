@@ -8,11 +8,16 @@
 #include <chrono>
 #include <functional>
 
+/// What a toast's icon says by its colour, in either appearance.
+enum class ToastTone { plain, accent, success, failure };
+
 /// One toast, as a value; members left out of an initialiser mean "none", as do empty texts and null images.
 struct ToastContent {
   /// Symbol name of the leading icon.
   QString icon{};
   QColor iconColor{};
+  /// The icon's colour where `iconColor` names none.
+  ToastTone tone = ToastTone::plain;
   /// Image asset used instead of a symbol.
   QString assetIcon{};
   QString title{};

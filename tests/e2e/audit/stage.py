@@ -22,6 +22,7 @@ class Stage:
     """Owns the running program. Boxes of the accessibility tree are `scale` times smaller than the screen's pixels."""
 
     def __init__(self, display, binary, pictures, look):
+        self.display = display
         self.desktop = Desktop(display.name)
         self.pictures = pictures
         self.look = look

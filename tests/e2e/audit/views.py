@@ -5,6 +5,7 @@ from pathlib import Path
 
 from driver import clipboard
 from driver.waiting import until
+from driver.words import Words
 
 from .stage import PROJECTS
 
@@ -163,4 +164,19 @@ def open_with(stage):
     stage.close_window(title)
 
 
-ALL = [first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, open_with]
+def text_transform(stage):
+    """The picker over a selected line, and the panel for an instruction of one's own."""
+    words = Words(stage.display, stage.desktop, "a line of text")
+    words.select()
+    stage.summon("ai-text-transform")
+    until("the picker is shown", lambda: stage.shape("AI Text Transform"))
+    yield View("text-transform-picker", "AI Text Transform", has_tab=False)
+    stage.desktop.press("Up")
+    stage.desktop.press("Return")
+    until("the panel is shown", lambda: stage.shape("Custom transform"))
+    yield View("text-transform-instruction", "Custom transform")
+    stage.close_window("Custom transform")
+    words.close()
+
+
+ALL = [first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, open_with, text_transform]

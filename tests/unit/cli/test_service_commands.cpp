@@ -1,21 +1,14 @@
-#include <QBuffer>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
 #include <future>
 
-#include "cli/command.h"
 #include "core/net/app_channel.h"
 #include "core/settings/app_preferences.h"
-#include "services/service_configuration.h"
-#include "support/fake_archiver.h"
-#include "support/fake_vault.h"
-#include "support/files.h"
+#include "support/command_world.h"
 #include "support/strict_multipart.h"
-#include "support/strict_server.h"
 #include "tools/image_to_url/uplink_settings.h"
 
 using namespace Qt::StringLiterals;
@@ -25,69 +18,8 @@ namespace {
 const QByteArray kLinkAnswer = R"({"url": "https://links.example/l/1"})";
 const QByteArray kQuotaAnswer =
     R"({"plan": "free", "resetsAt": "2026-12-01T12:00:00Z", "usage": {"text": {"used": 3, "limit": 100}}})";
-const QByteArray kPixel = QByteArray::fromBase64("R0lGODlhAQABAIAAAP///wAAACwAAAAAAQABAAACAkQBADs=");
 
-/// Keeps what would go into the keychain beyond the platform that one command makes.
-struct SharedVault final : CredentialVault {
-  explicit SharedVault(FakeVault& vault) : kept(vault) {}
-  void read(const QString& account, const JobRef& job, Read read) override { kept.read(account, job, read); }
-  void write(const QString& account, const QByteArray& secret, const JobRef& job, Done done) override {
-    kept.write(account, secret, job, done);
-  }
-  void remove(const QString& account, const JobRef& job, Done done) override { kept.remove(account, job, done); }
-  FakeVault& kept;
-};
-
-struct Run {
-  QString out;
-  QString err;
-  int code = -1;
-};
-
-struct World {
-  World() {
-    QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    qputenv("XDG_RUNTIME_DIR", directory.path().toUtf8());
-  }
-
-  Run run(const QStringList& arguments, const QByteArray& typed = {}) {
-    Run run;
-    QTextStream out(&run.out);
-    QTextStream err(&run.err);
-    QBuffer input;
-    input.setData(typed);
-    input.open(QIODevice::ReadOnly);
-    CommandContext context{out,
-                           err,
-                           folders,
-                           folders.applicationSupport,
-                           [] { return false; },
-                           [this] {
-                             Platform platform = makeNullPlatform();
-                             platform.credentials = std::make_unique<SharedVault>(vault);
-                             return platform;
-                           },
-                           &input,
-                           [] { return std::make_unique<FakeArchiver>(); }};
-    run.code = runCommandLine(arguments, context);
-    return run;
-  }
-  /// Requests go to `server`.
-  void useServer(const StrictServer& server) {
-    ServiceConfiguration(folders.file(u"services.json"_s)).update([&](ServiceSettings& settings) {
-      settings.api = settings.links = server.url({}).toString();
-    });
-  }
-  QString image(const QString& name, const QByteArray& bytes = kPixel) {
-    const QString path = directory.filePath(name);
-    if (!writeFile(path, bytes)) qFatal("%s", qPrintable(path));
-    return path;
-  }
-
-  QTemporaryDir directory;
-  Folders folders{directory.path()};
-  FakeVault vault;
-};
+using World = CommandWorld;
 
 }  // namespace
 
@@ -191,6 +123,7 @@ class TestServiceCommands : public QObject {
   void configSetsSettings() {
     World world;
     for (const auto& [name, value] : {std::pair{u"image-to-url-source"_s, u"liveSelection"_s},
+                                      {u"text-transform-output"_s, u"replace"_s},
                                       {u"toast-duration"_s, u"7.5"_s},
                                       {u"sound-on-complete"_s, u"off"_s},
                                       {u"appearance"_s, u"dark"_s}}) {

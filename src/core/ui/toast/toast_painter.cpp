@@ -20,9 +20,24 @@ double luminance(const QColor& color) {
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
+QColor toned(ToastTone tone, const Theme& theme) {
+  switch (tone) {
+    case ToastTone::accent:
+      return theme.accent;
+    case ToastTone::success:
+      return theme.success;
+    case ToastTone::failure:
+      return theme.failure;
+    case ToastTone::plain:
+      break;
+  }
+  return theme.text;
+}
+
 /// The tint, or the text colour for a tint that can hardly be seen on this card (white on the light one).
-QColor visibleTint(const QColor& tint, const Theme& theme) {
-  if (!tint.isValid()) return theme.text;
+QColor visibleTint(const ToastContent& content, const Theme& theme) {
+  const QColor& tint = content.iconColor;
+  if (!tint.isValid()) return toned(content.tone, theme);
   const double a = luminance(tint) + 0.05;
   const double b = luminance(theme.card) + 0.05;
   return std::max(a, b) / std::min(a, b) < 1.6 ? theme.text : tint;
@@ -50,7 +65,7 @@ void paintLeading(QPainter& painter, const ToastContent& content, const QRect& r
   else if (!content.assetIcon.isEmpty())
     QSvgRenderer(":/icons/"_L1 + content.assetIcon + ".svg"_L1).render(&painter, rect);
   else
-    paintSymbol(painter, content.icon, rect, visibleTint(content.iconColor, theme));
+    paintSymbol(painter, content.icon, rect, visibleTint(content, theme));
 }
 
 void paintLines(QPainter& painter, const QStringList& lines, const QRect& rect, const QFont& font, int step) {

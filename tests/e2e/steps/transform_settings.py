@@ -1,0 +1,132 @@
+"""AI Text Transform by its settings and in the terminal: the connection test, the picker, the instruction, the result
+on the clipboard."""
+
+import subprocess
+from contextlib import contextmanager
+
+from driver import clipboard
+from driver.waiting import expect, stays, until
+from driver.words import Words
+
+SHORTCUT = "Ctrl+Alt+backslash"
+PICKER = "AI Text Transform"
+PANEL = "Custom transform"
+LINE = "a wrod or two"
+
+
+def tests_the_transform(world):
+    """Settings → Tools → AI Text Transform: Test Connection shows a corrected sentence, or what is wrong"""
+    with transforming(world, answer="I have three cats.") as (application, provider):
+        application.command("summon", "settings")
+        world.click_on("Tools")
+        world.click_on("AI Text Transform")
+        world.see("Your text only leaves this computer when you trigger a transform.")
+        world.click_on("AI Text Transform: Test Connection")
+        world.see("✓ I have three cats.", 20)
+        world.picture("answers")
+        expect("the sentence was sent", any("i has three cat" in text for text in provider.requests[-1].texts))
+        provider.raw = lambda handler, request: handler.reply(500, b"out of order")
+        world.click_on("AI Text Transform: Test Connection")
+        world.see("Request failed (HTTP 502)", 20)
+        world.picture("fails")
+        world.close_window("Settings")
+
+
+def copies_a_transform(world):
+    """A selected line of a terminal and Ctrl+Alt+\\: the picker's choice comes back on the clipboard"""
+    with transforming(world, answer="A better line") as (application, provider), words(world):
+        clipboard.copy(b"before")
+        world.desktop.press(SHORTCUT)
+        until("the picker is shown", lambda: world.titled(PICKER))
+        world.picture("picker")
+        world.desktop.press("Escape")
+        until("Escape closes it", lambda: not world.titled(PICKER))
+        expect("the clipboard is as it was", clipboard.text() == "before")
+        world.desktop.press(SHORTCUT)
+        until("the picker is shown again", lambda: world.titled(PICKER))
+        world.desktop.press("Return")
+        world.see("Result copied to clipboard", 20)
+        world.picture("copied")
+        expect("the result is on the clipboard", clipboard.text() == "A better line")
+        expect("the selection was sent", any(LINE in text for text in provider.requests[-1].texts))
+        log = application.log()
+        expect("no text is in the log", LINE not in log and "A better line" not in log)
+
+
+def asks_for_an_instruction(world):
+    """Custom Prompt… by the Up key: typed at once, sent by Ctrl+Return; a new start ends what is under way"""
+    with transforming(world, answer="Ahoy") as (_, provider), words(world):
+        world.desktop.press(SHORTCUT)
+        until("the picker is shown", lambda: world.titled(PICKER))
+        world.desktop.press("Up")
+        world.desktop.press("Return")
+        until("the panel is shown", lambda: world.titled(PANEL))
+        world.desktop.type("as a pirate")
+        world.see("as a pirate")
+        world.picture("instruction")
+        world.desktop.press("Ctrl+Return")
+        world.see("Result copied to clipboard", 20)
+        expect("the instruction was sent", any("as a pirate" in text for text in provider.requests[-1].texts))
+
+        clipboard.copy(b"kept")
+        provider.pause = 30
+        world.desktop.press(SHORTCUT)
+        until("the picker is shown for the next one", lambda: world.titled(PICKER))
+        world.desktop.press("Return")
+        world.see("Transforming…")
+        world.picture("under-way")
+        world.desktop.press(SHORTCUT)
+        until("a new start asks anew", lambda: world.titled(PICKER), 2)
+        until("what was under way is over", lambda: not world.shows("Transforming…"), 2)
+        world.desktop.press("Escape")
+        stays("the clipboard stays", lambda: clipboard.text() == "kept", 0.5)
+
+
+def transforms_standard_input(world):
+    """vantle transform: standard input in, the rewritten text out; without Vantle running too"""
+    with transforming(world, answer="I have three cats.") as (application, provider):
+        out = transformed(world, "--mode", "fix-grammar")
+        expect(f"the result is printed: {out}", out == "I have three cats.\n")
+        application.stop()
+        provider.answer = "Arr"
+        out = transformed(world, "--instruction", "as a pirate")
+        expect(f"also without the application: {out}", out == "Arr\n")
+        expect("with the instruction", any("as a pirate" in text for text in provider.requests[-1].texts))
+
+
+@contextmanager
+def transforming(world, **script):
+    """A program whose built-in service is answered by a scripted provider."""
+    with world.ai_provider(**script) as (provider, settings), world.another_application() as application:
+        application.write_settings()
+        application.write_json("app-settings.json", {"toastDuration": 3})
+        application.write_json("ai-provider.json", settings)
+        application.start()
+        application.wait_until_live()
+        yield application, provider
+
+
+@contextmanager
+def words(world):
+    """A line of text, selected in a window in front."""
+    window = Words(world.display, world.desktop, LINE)
+    try:
+        window.select()
+        yield
+    finally:
+        window.close()
+        world.terminal.focus()
+
+
+def transformed(world, *options):
+    application = world.application
+    command = [application.binary, "transform", *options]
+    command = world.network.command(command) if world.network else command
+    answer = subprocess.run(
+        command, env=application.environment, input="i has three cat", capture_output=True, text=True, timeout=20
+    )
+    expect(f"vantle transform: {answer.stderr}", answer.returncode == 0)
+    return answer.stdout
+
+
+STEPS = [tests_the_transform, copies_a_transform, asks_for_an_instruction, transforms_standard_input]
