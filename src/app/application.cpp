@@ -22,6 +22,7 @@
 #include "app/tools/file_drop_kit.h"
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
+#include "app/tools/transform_kit.h"
 #include "app/tools/uplink_kit.h"
 #include "app/tools/vibe_history_kit.h"
 #include "app/tray_icon.h"
@@ -51,6 +52,8 @@
 #include "tools/keystrokes/keystroke_sender.h"
 #include "tools/open_project/open_project_tool.h"
 #include "tools/session_history/vibe_history_tool.h"
+#include "tools/text_transform/copying_selection_reader.h"
+#include "tools/text_transform/typing_selection_replacer.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -110,6 +113,11 @@ struct Application::Parts {
   BoilerplatesKit boilerplates{context, history.settings(), scanner};
   FileDropKit fileDrop{context, defaults};
   UplinkKit uplink{context};
+  CopyingSelectionReader selectionReader{
+      {*platform.keyTargets, *platform.selectedText, *platform.pasteboard, keystrokes, clock}};
+  TypingSelectionReplacer selectionReplacer{
+      {*platform.keyTargets, *platform.selectedText, *platform.pasteboard, keystrokes, clock}};
+  TransformKit transform{context, selectionReader, selectionReplacer};
   FeedbackKit feedback{context, defaults};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
@@ -202,6 +210,7 @@ bool Application::start() {
     parts_->openProject.prepare();
     parts_->boilerplates.prepare();
     parts_->fileDrop.prepare();
+    parts_->transform.prepare();
     parts_->feedback.prepare();
     parts_->launcher.prepare();
   });
@@ -225,6 +234,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->fileDrop.makeTool());
     else if (info.id == kUplinkID)
       tools.push_back(parts_->uplink.makeTool());
+    else if (info.id == kAITextTransformID)
+      tools.push_back(parts_->transform.makeTool());
     else if (info.id == kFeedbackID)
       tools.push_back(parts_->feedback.makeTool());
     else if (info.id == kSuggestID)
@@ -343,6 +354,7 @@ void Application::reload() {
   parts_->services.configuration.reload();
   parts_->services.credential.forget();
   parts_->uplink.settings().reload();
+  parts_->transform.settings().reload();
 }
 
 QJsonObject Application::done(const QJsonObject& request) {

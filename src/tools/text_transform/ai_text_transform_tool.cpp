@@ -109,7 +109,7 @@ void AITextTransformTool::replace(const QString& result) {
   stage_ = Stage::placing;
   services_.replacer.replace(selection_, result, job_, job_.bind([this, result](const auto& outcome) {
     if (!outcome) return copy(result, u"It could not be typed: %1 "_s.arg(outcome.error().description()));
-    if (*outcome == Outcome::copied) return copy(result, u"The window it is for is no longer in front. "_s);
+    if (*outcome == Outcome::copied) return copy(result, u"It could not be typed there. "_s);
     showReplaced(result);
   }));
 }

@@ -75,7 +75,7 @@ class TestTextTransformTool : public QObject {
     QVERIFY(world_->http.answer(200, kAnswer));
     world_->replacer.finish(Outcome::copied);
     QCOMPARE(world_->toast(),
-             u"Result copied to clipboard|The window it is for is no longer in front. I have three cats.|10"_s);
+             u"Result copied to clipboard|It could not be typed there. I have three cats.|10"_s);
     start(keycode::kReturn);
     QVERIFY(world_->http.answer(200, kAnswer));
     world_->replacer.finish(std::unexpected(KeyEventError{u"No key for it."_s}));
