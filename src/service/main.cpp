@@ -27,7 +27,7 @@ constexpr std::array kCommands = {
         "[--embedded]\n"
         "                            [--ai-provider openai|anthropic|command] [--ai-base-url URL] [--ai-model MODEL]\n"
         "                            [--ai-image-model MODEL] [--ai-command LINE] [--ai-key-file FILE]\n"
-        "                            [--ai-concurrency N]"_L1},
+        "                            [--ai-concurrency N] [--ai-time-limit SECONDS]"_L1},
     Command{"token"_L1, commands::token, "token add NAME [--service] [--plan PLAN] | list | revoke NAME"_L1},
     Command{"plan"_L1, commands::plan,
             "plan list | set NAME [--answers N] [--text N] [--image-answers N] [--image-generate N]"_L1},

@@ -5,11 +5,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
 
+#include "base/shell_words.h"
 #include "services/base_url.h"
 
 using namespace Qt::StringLiterals;
@@ -70,7 +70,9 @@ QStringList loginShellFolders() {
 }  // namespace
 
 std::expected<QString, ServiceError> resolveCommand(const QString& commandLine) {
-  QString program = QProcess::splitCommand(commandLine).value(0);
+  const auto words = shellWords(commandLine);
+  if (!words) return refuse(u"The command has a quote that does not end."_s);
+  QString program = words->value(0);
   if (program.isEmpty()) return refuse(u"Enter the command first."_s);
   if (program.startsWith("~/"_L1)) program = QDir::home().filePath(program.mid(2));
   if (program.contains(u'/')) {

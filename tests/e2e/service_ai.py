@@ -3,9 +3,11 @@
 
 import argparse
 import base64
+import hashlib
 import json
 import socket
 import sys
+import tempfile
 import threading
 import time
 import unittest
@@ -194,6 +196,327 @@ class Answers(AITest):
         answer = self.post("/v1/image-answers", parts, EVENTS)
         self.assertEqual(events(answer.body)[-1], ("done", {"answer": "the answer is 42"}))
         self.assertEqual(self.used(), {"answers": 1, "image_answers": 1})
+
+
+class Faults(AITest):
+    """Whatever the provider does, the answer says what it was and nothing is counted."""
+
+    LIMIT = 2
+
+    def ai_arguments(self):
+        key = self.folder() / "key"
+        key.write_text("k3y-of-the-provider\n")
+        return [*self.provider.arguments, "--ai-key-file", str(key), "--ai-time-limit", str(self.LIMIT)]
+
+    def folder(self):
+        folder = tempfile.TemporaryDirectory(prefix="vantle-ai-")
+        self.addCleanup(folder.cleanup)
+        return Path(folder.name)
+
+    def fails(self, raw, *words, headers=None):
+        self.provider.raw = raw
+        answer = self.post("/v1/answers", {"question": "why?"}, headers)
+        self.assertEqual(answer.status, 502, answer.body)
+        self.assertEqual(answer.headers["X-Quota-Remaining"], "10")
+        for word in words:
+            self.assertIn(word, answer.body.decode()[:80])
+        return answer.body.decode()
+
+    def test_what_it_says_is_passed_on_without_its_key(self):
+        told = {"error": {"message": "Incorrect API key provided: k3y-of-the-provider", "type": "auth"}}
+        text = self.fails(lambda handler, _: handler.reply(401, told), "HTTP 401", "Incorrect API key")
+        self.assertNotIn("k3y", text)
+        self.assertEqual(self.provider.requests[0].headers["Authorization"], "Bearer k3y-of-the-provider")
+        self.fails(lambda handler, _: handler.reply(429, {"error": "slow down"}), "HTTP 429", "slow down")
+        self.fails(lambda handler, _: handler.reply(400, {"detail": "x" * 5000}), "HTTP 400", "xxx")
+        self.fails(lambda handler, _: handler.reply(500, b"<html>oops", "text/html"), "HTTP 500")
+        self.fails(lambda handler, _: handler.reply(404, b""), "HTTP 404", "base URL")
+        self.fails(lambda handler, _: handler.reply(200, {"error": {"message": "overloaded"}}), "overloaded")
+        elsewhere = [("Location", f"http://127.0.0.1:{self.provider.port}/other")]
+        self.fails(lambda handler, _: handler.reply(307, b"", headers=elsewhere), "HTTP 307", "elsewhere")
+        self.assertNotIn("/other", [request.path for request in self.provider.requests])
+        self.assertEqual(self.used(), {})
+
+    def test_answers_that_are_none(self):
+        def chat(content, reason="stop"):
+            return {"choices": [{"message": {"content": content}, "finish_reason": reason}]}
+
+        for body in (b"", b"gibberish", b"[]", b"{", b"\xff\xfe"):
+            self.fails(lambda handler, _, body=body: handler.reply(200, body), "not understood")
+        for body in ({}, {"choices": []}, {"choices": 7}, chat(None), chat(" \n"), chat({"a": 1})):
+            self.fails(lambda handler, _, body=body: handler.reply(200, body), "empty answer")
+        self.fails(lambda handler, _: handler.reply(200, chat("x" * 10_000_000)), "too long")
+        self.provider.raw = lambda handler, _: handler.reply(200, chat("half a", "length"))
+        self.assertIn("half a\n\n[The answer ends here", self.post("/v1/answers", {"question": "a"}).json["answer"])
+        # Nobody wants half of what he has selected.
+        answer = self.post("/v1/text", {"text": "a"})
+        self.assertEqual((answer.status, b"too long" in answer.body), (502, True))
+        self.assertEqual(self.used(), {"answers": 1})
+
+    def test_connections_that_break_or_stall(self):
+        def half(handler, _):
+            handler.send_response(200)
+            handler.send_header("Content-Length", "1000")
+            handler.end_headers()
+            handler.wfile.write(b"{")
+            handler.close_connection = True
+
+        def drip(handler, _):
+            handler.send_response(200)
+            handler.send_header("Content-Length", "1000")
+            handler.end_headers()
+            for _ in range(100):
+                handler.wfile.write(b" ")
+                time.sleep(0.1)
+
+        self.fails(half, "cut off")
+        begun = time.monotonic()
+        self.fails(drip, f"within {self.LIMIT} seconds")
+        self.fails(lambda *_: time.sleep(6), f"within {self.LIMIT} seconds")
+        self.assertLess(time.monotonic() - begun, 6)
+        self.provider.close()
+        self.fails(None, "cannot be reached")
+        self.assertEqual(self.used(), {})
+
+    def test_streams_that_break(self):
+        def chunk(text):
+            return {"choices": [{"delta": {"content": text}}]}
+
+        def stream(*sent):
+            def answer(handler, _):
+                handler.begin_events()
+                for one in sent:
+                    handler.event(one)
+
+            return answer
+
+        self.fails(stream(), "empty answer", headers=EVENTS)
+        self.fails(stream({"error": {"message": "overloaded"}}), "overloaded", headers=EVENTS)
+        self.fails(lambda handler, _: handler.reply(429, {"error": "slow down"}), "slow down", headers=EVENTS)
+        for broken, words in (
+            (stream(chunk("a"), chunk("b")), "cut off"),
+            (stream(chunk("a"), chunk("b"), {"error": {"message": "overloaded"}}), "overloaded"),
+            (stream(chunk("a"), chunk("b"), *[chunk("x" * 100_000)] * 12), "too long"),
+            (stream(chunk("a"), chunk("b"), "x" * 4_100_000), "too long"),
+        ):
+            self.provider.raw = broken
+            answer = self.post("/v1/answers", {"question": "a"}, EVENTS)
+            self.assertEqual(answer.status, 200)
+            got = events(answer.body)
+            self.assertEqual(got[:2], [("delta", {"text": "a"}), ("delta", {"text": "b"})])
+            self.assertEqual(got[-1][0], "error")
+            self.assertIn(words, got[-1][1]["error"])
+        self.assertEqual(self.used(), {})
+        # One that knows no streams answers all the same.
+        whole = {"choices": [{"message": {"content": [{"type": "text", "text": "a"}, {"type": "text", "text": "b"}]}}]}
+        self.provider.raw = lambda handler, _: handler.reply(200, whole)
+        answer = self.post("/v1/answers", {"question": "a"}, EVENTS)
+        self.assertEqual(events(answer.body), [("delta", {"text": "ab"}), ("done", {"answer": "ab"})])
+
+    def test_nothing_of_it_is_in_the_log(self):
+        self.provider.answer = "an-answer"
+        parts = [picture("file", PICTURE + b"a-picture"), field("question", "a-question")]
+        self.post("/v1/image-answers", parts, EVENTS)
+        self.post("/v1/text", {"text": "a-text", "instruction": "an-instruction"})
+        self.post("/v1/image-generate", [field("prompt", "a-wish")])
+        self.fails(lambda handler, _: handler.reply(500, {"error": "an-excuse"}), "an-excuse")
+        self.service.stop()
+        log = self.service.log()
+        self.assertIn("POST /v1/text 200", log)
+        self.assertIn("HTTP 500", log)
+        for secret in ("an-answer", "a-picture", "a-question", "a-text", "an-instruction", "a-wish", "an-excuse", "k3y"):
+            self.assertNotIn(secret, log)
+
+
+class Crowds(AITest):
+    def ai_arguments(self):
+        return [*self.provider.arguments, "--ai-concurrency", "1"]
+
+    def test_so_many_at_a_time_and_so_many_who_wait(self):
+        present, most, lock = [0], [0], threading.Lock()
+
+        def slow(_):
+            with lock:
+                present[0] += 1
+                most[0] = max(most[0], present[0])
+            time.sleep(0.3)
+            with lock:
+                present[0] -= 1
+            return "late"
+
+        self.provider.answer = slow
+        answers = []
+        threads = [
+            threading.Thread(target=lambda: answers.append(self.post("/v1/answers", {"question": "a"})))
+            for _ in range(8)
+        ]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        refused = [answer for answer in answers if answer.status == 503]
+        self.assertEqual((most[0], len(refused)), (1, 3))
+        self.assertEqual(refused[0].headers["Retry-After"], "5")
+        self.assertEqual(self.used(), {"answers": 5})
+        self.assertEqual(self.post("/v1/answers", {"question": "a"}).status, 200)
+
+
+class Leaving(AITest):
+    """Nobody works for somebody who has gone."""
+
+    def leave(self, headers, after):
+        body = json.dumps({"question": "a"})
+        head = f"POST /v1/answers HTTP/1.1\r\nHost: x\r\nAuthorization: Bearer {self.service.token}\r\n{headers}"
+        with socket.create_connection(("127.0.0.1", self.service.port)) as client:
+            client.sendall(f"{head}Content-Length: {len(body)}\r\n\r\n{body}".encode())
+            after(client)
+
+    def reads_a_piece(self, client):
+        received = b""
+        while b"event: delta" not in received:
+            received += client.recv(4096)
+
+    def test_whoever_reads_along(self):
+        self.provider.answer, self.provider.pause = "word " * 300, 0.1
+        self.leave("Accept: text/event-stream\r\n", self.reads_a_piece)
+        until("the provider's connection is cut", lambda: self.provider.cut == 1, 8)
+        # What was read counts.
+        until("it is counted", lambda: self.used() == {"answers": 1}, 5)
+
+    def test_whoever_waits_for_the_whole(self):
+        def hang(handler, _):
+            handler.connection.settimeout(20)
+            if handler.connection.recv(1) == b"":
+                self.provider.cut += 1
+
+        self.provider.raw = hang
+        self.leave("", lambda _: until("it was asked", lambda: self.provider.requests, 5))
+        until("the provider's connection is cut", lambda: self.provider.cut == 1, 8)
+        self.assertEqual(self.used(), {})
+
+    def test_an_end_of_the_service_waits_for_nobody(self):
+        self.provider.answer, self.provider.pause = "word " * 300, 0.1
+
+        def end(client):
+            self.reads_a_piece(client)
+            begun = time.monotonic()
+            self.assertEqual(self.service.stop(), 0)
+            self.assertLess(time.monotonic() - begun, 6)
+
+        self.leave("Accept: text/event-stream\r\n", end)
+
+
+class Messages(AITest):
+    def ai_arguments(self):
+        key = Path(self.enterContext(tempfile.TemporaryDirectory())) / "key"
+        key.write_text("k3y\n")
+        base = self.provider.base_url.removesuffix("/v1")
+        return ["--ai-provider", "anthropic", "--ai-base-url", base, "--ai-model", MODEL, "--ai-key-file", str(key)]
+
+    def test_a_question_with_pictures_and_history(self):
+        history = json.dumps([{"question": "before?", "answer": "so"}])
+        parts = [picture("file"), picture("files", OTHER), field("question", "what?"), field("history", history)]
+        for headers in ({}, EVENTS):
+            answer = self.post("/v1/image-answers", parts, headers)
+            self.assertEqual(answer.status, 200, answer.body)
+            said = events(answer.body)[-1][1] if headers else answer.json
+            self.assertEqual(said, {"answer": "the answer is 42"})
+            sent = self.provider.requests[-1]
+            self.assertEqual((sent.path, sent.json["model"], sent.json["max_tokens"]), ("/v1/messages", MODEL, 4096))
+            self.assertEqual((sent.headers["x-api-key"], sent.headers["anthropic-version"]), ("k3y", "2023-06-01"))
+            self.assertEqual([message["role"] for message in sent.json["messages"]], ["user", "assistant", "user"])
+            self.assertEqual(sent.texts[1:], ["before?", "so", "what?"])
+            self.assertEqual(sent.images, [PICTURE, OTHER])
+        self.assertEqual(len(events(answer.body)), 5)
+
+    def test_what_it_cannot_and_what_is_wrong(self):
+        answer = self.post("/v1/image-generate", [field("prompt", "a cat")])
+        self.assertEqual((answer.status, b"makes no pictures" in answer.body), (503, True))
+        told = {"type": "error", "error": {"type": "overloaded_error", "message": "Overloaded"}}
+
+        def late(handler, _):
+            handler.begin_events()
+            handler.event(told, "error")
+
+        for raw, headers in ((lambda handler, _: handler.reply(529, told), {}), (late, EVENTS)):
+            self.provider.raw = raw
+            answer = self.post("/v1/answers", {"question": "a"}, headers)
+            self.assertEqual((answer.status, b"Overloaded" in answer.body), (502, True))
+        cut = {"content": [{"type": "text", "text": "half"}], "stop_reason": "max_tokens"}
+        self.provider.raw = lambda handler, _: handler.reply(200, cut)
+        self.assertEqual(self.post("/v1/text", {"text": "a"}).status, 502)
+        self.assertEqual(self.used(), {})
+
+
+class Commands(AITest):
+    """A program in the place of a provider."""
+
+    def ai_arguments(self):
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="vantle-ai-")))
+        self.script = self.folder / "an agent"
+        self.becomes("cat")
+        return ["--ai-provider", "command", "--ai-command", f"'{self.script}' -p \"a b\"", "--ai-time-limit", "2"]
+
+    def becomes(self, text):
+        self.script.write_text("#!/bin/sh\n" + text)
+        self.script.chmod(0o700)
+
+    def fails(self, text, *words, path="/v1/answers"):
+        self.becomes(text)
+        answer = self.post(path, {"question": "why?"})
+        self.assertEqual(answer.status, 502, answer.body)
+        for word in words:
+            self.assertIn(word, answer.body.decode())
+
+    def test_it_is_told_everything_and_finds_the_pictures(self):
+        self.becomes('printf "%s|" "$0" "$@" "$PWD"; stat -c %a .; cat; sha256sum picture-*')
+        history = json.dumps([{"question": "before?", "answer": "so"}])
+        parts = [picture("file"), picture("files", OTHER), field("question", "wh`at` $HOME?"), field("history", history)]
+        said = self.post("/v1/image-answers", parts).json["answer"]
+        words = said.split("|")
+        self.assertEqual(words[:3], [str(self.script), "-p", "a b"])
+        self.assertTrue(words[3].startswith(str(self.service.data / "ai")), words[3])
+        self.assertTrue(words[4].startswith("700\n"))
+        self.assertLess(said.index("Question: before?"), said.index("Answer: so"))
+        self.assertIn("wh`at` $HOME?", said)
+        for number, content in enumerate((PICTURE, OTHER), 1):
+            self.assertIn(f"{words[3]}/picture-{number}.png\n", said)
+            self.assertIn(f"{hashlib.sha256(content).hexdigest()}  picture-{number}.png", said)
+        self.assertEqual(list((self.service.data / "ai").iterdir()), [])
+        self.assertEqual(self.used(), {"image_answers": 1})
+
+    def test_its_answer_goes_out_as_it_comes(self):
+        self.becomes("printf one; sleep 0.3; printf ' tw\\303'; sleep 0.3; printf '\\266'")
+        answer = self.post("/v1/answers", {"question": "a"}, EVENTS)
+        pieces = [("delta", {"text": text}) for text in ("one", " tw", "ö")]
+        self.assertEqual(events(answer.body), [*pieces, ("done", {"answer": "one twö"})])
+
+    def test_what_is_wrong_with_it_is_said(self):
+        self.fails("echo 'no credit left' >&2; echo more >&2; exit 3", "(exit status 3): no credit left\n")
+        self.fails("exit 0", "empty answer")
+        self.fails("echo please log in >&2", "please log in")
+        self.fails("kill -9 $$", "exit status 137")
+        self.fails("exec yes", "too long")
+        self.script.unlink()
+        answer = self.post("/v1/answers", {"question": "why?"})
+        self.assertEqual((answer.status, b"is not there" in answer.body), (503, True))
+        self.assertEqual(self.used(), {})
+
+    def test_it_ends_with_all_that_it_started(self):
+        started = self.folder / "started"
+        self.fails(f"sleep 71 & echo $! $$ > '{started}'; wait", "within 2 seconds")
+        for pid in started.read_text().split():
+            until(f"{pid} has ended", lambda pid=pid: not Path(f"/proc/{pid}/cmdline").exists() or not Path(f"/proc/{pid}/cmdline").read_bytes(), 3)
+        # What it leaves behind holds nobody up.
+        self.becomes(f"sleep 71 & echo $! > '{started}'; echo fine")
+        begun = time.monotonic()
+        self.assertEqual(self.post("/v1/answers", {"question": "a"}).json, {"answer": "fine"})
+        self.assertLess(time.monotonic() - begun, 1.5)
+        until("it has ended", lambda: not Path(f"/proc/{started.read_text().strip()}").exists(), 3)
+
+    def test_one_that_does_not_listen_may_answer(self):
+        self.becomes("exec <&-; echo deaf")
+        self.assertEqual(self.post("/v1/text", {"text": "x " * 100_000}).json, {"text": "deaf "})
 
 
 class WithoutProvider(AITest):

@@ -70,6 +70,7 @@ class AIExchange::Delivery {
 AIExchange::AIExchange(const AIServices& services, Terms terms, const Request& request)
     : services_(services),
       terms_(std::move(terms)),
+      limit_(std::min(terms_.limit, services.longest)),
       caller_(request.caller),
       gone_(request.gone),
       isStream_(terms_.mayStream && takesEvents(request)) {}
@@ -80,7 +81,7 @@ Response AIExchange::described(Response response) const {
 }
 
 void AIExchange::answer(const Reply& reply) {
-  deadline_ = std::chrono::steady_clock::now() + terms_.limit;
+  deadline_ = std::chrono::steady_clock::now() + limit_;
   if (auto body = read(); !body) return reply(std::move(body.error()));
   const auto provider = services_.providers.current();
   if (!provider) return reply(Response::text(503, provider.error().text.toUtf8()));
@@ -102,7 +103,7 @@ void AIExchange::reserve(const Reply& reply) {
 
 void AIExchange::run(const Reply& reply) {
   Delivery delivery(reply);
-  AICall call{.limit = terms_.limit, .deadline = deadline_, .gone = gone_, .onPiece = {}};
+  AICall call{.limit = limit_, .deadline = deadline_, .gone = gone_, .onPiece = {}};
   if (isStream_) {
     // An answer that has begun will be counted.
     if (standing_) ++standing_->used;

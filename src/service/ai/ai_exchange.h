@@ -16,6 +16,8 @@ struct AIServices {
   Workers& workers;
   Quota& quota;
   PictureRoom& room;
+  /// No answer is waited for longer.
+  std::chrono::seconds longest;
 };
 
 /// One request that a provider is asked for: reserves its unit of the quota, asks, counts it when there is an answer,
@@ -53,6 +55,7 @@ class AIExchange : public Exchange {
 
   AIServices services_;
   Terms terms_;
+  std::chrono::seconds limit_;
   Caller caller_;
   std::stop_token gone_;
   bool isStream_;

@@ -111,8 +111,10 @@ HttpCall ChatProvider::editRequest(const Drawing& drawing) const {
 
 Answered<QByteArray> ChatProvider::fetch(const QString& url, const AICall& call) {
   if (url.startsWith("data:"_L1)) return QByteArray::fromBase64(url.section(u',', 1).toLatin1());
+  const QUrl place(url);
+  if (place.scheme() != "https"_L1 && place.host() != setup_.base.host()) return QByteArray();
   // Another host gets no key.
-  const auto answer = caller().send({.url = QUrl(url), .headers = {}, .longest = kLargestPicture}, call);
+  const auto answer = caller().send({.url = place, .headers = {}, .longest = kLargestPicture}, call);
   if (!answer) return std::unexpected(answer.error());
   return answer->isSuccess() ? answer->body : QByteArray();
 }

@@ -3,11 +3,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QStringConverter>
 #include <QTemporaryDir>
 
+#include "base/shell_words.h"
 #include "service/ai/child_program.h"
 #include "service/ai/picture_kind.h"
 #include "service/log.h"
@@ -30,7 +30,10 @@ QString pathOf(const QString& program) {
 }
 
 std::expected<QByteArrayList, AIError> wordsOf(const QString& line) {
-  const QStringList words = QProcess::splitCommand(line);
+  const auto split = shellWords(line);
+  if (!split)
+    return std::unexpected(AIError{AIError::Reason::setup, u"The AI command has a quote that does not end."_s});
+  const QStringList& words = *split;
   const QString path = words.isEmpty() ? QString() : pathOf(words.first());
   if (path.isEmpty() || !QFileInfo(path).isExecutable() || QFileInfo(path).isRelative())
     return std::unexpected(AIError{AIError::Reason::setup, u"The AI command is not there: %1."_s.arg(words.value(0))});

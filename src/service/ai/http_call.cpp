@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "service/ai/loopback.h"
 #include "service/log.h"
 
 using namespace Qt::StringLiterals;
@@ -35,20 +36,21 @@ struct Transfer {
     answer.isStream = call.onEvents && answer.isSuccess() && QByteArray(type).startsWith("text/event-stream");
   }
 
-  bool take(std::string_view bytes) {
+  bool take(QByteArrayView bytes) {
     readHead();
     if (answer.isStream) {
       answer.isBroken = !call.onEvents(bytes);
       return !answer.isBroken;
     }
-    answer.body.append(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    answer.body.append(bytes);
     isTooLong = answer.body.size() > call.longest;
     return !isTooLong;
   }
 };
 
 std::size_t onBytes(char* bytes, std::size_t one, std::size_t count, void* transfer) {
-  return static_cast<Transfer*>(transfer)->take({bytes, one * count}) ? one * count : 0;
+  const QByteArrayView view(bytes, static_cast<qsizetype>(one * count));
+  return static_cast<Transfer*>(transfer)->take(view) ? one * count : 0;
 }
 
 int onProgress(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
@@ -59,11 +61,6 @@ int onProgress(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
 int onSocket(void*, curl_socket_t socket, curlsocktype) {
   fcntl(socket, F_SETFD, FD_CLOEXEC);
   return CURL_SOCKOPT_OK;
-}
-
-bool isLoopback(const QUrl& url) {
-  const QString host = url.host();
-  return host == "localhost"_L1 || host == "::1"_L1 || host.startsWith("127."_L1);
 }
 
 HeaderList headerList(const HttpCall& call) {

@@ -7,7 +7,6 @@
 
 #include <memory>
 #include <mutex>
-#include <string_view>
 
 #include "service/ai/provider.h"
 
@@ -29,7 +28,7 @@ struct HttpCall {
   /// Of the answer, in bytes.
   qsizetype longest = 4'000'000;
   /// Gets an event stream as it comes, in place of the answer's body; false ends the call. Empty: nobody wants it.
-  std::function<bool(std::string_view)> onEvents = {};
+  std::function<bool(QByteArrayView)> onEvents = {};
 };
 
 struct HttpAnswer {

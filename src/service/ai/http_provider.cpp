@@ -2,7 +2,7 @@
 
 #include <QJsonDocument>
 
-#include "service/ai/event_stream.h"
+#include "base/event_stream.h"
 #include "service/log.h"
 
 using namespace Qt::StringLiterals;
@@ -10,6 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kLongestAnswer = 1'000'000;
+constexpr qsizetype kLongestEvent = 4'000'000;
 constexpr qsizetype kLongestMessage = 300;
 constexpr auto kCutMark = "\n\n[The answer ends here: the provider's limit was reached.]"_L1;
 
@@ -29,8 +30,11 @@ class HttpProvider::Reading {
  public:
   Reading(const HttpProvider& provider, const AICall& context) : provider_(provider), context_(context) {}
 
-  bool feed(std::string_view bytes) { return events_.feed(bytes) && !isTooLong() && all_.error.isEmpty(); }
-  bool isTooLong() const { return all_.text.size() > kLongestAnswer; }
+  bool feed(QByteArrayView bytes) {
+    for (const StreamEvent& event : reader_.read(bytes)) take(event.data);
+    return !isTooLong() && all_.error.isEmpty();
+  }
+  bool isTooLong() const { return reader_.hasOverflown() || all_.text.size() > kLongestAnswer; }
   Fragment& all() { return all_; }
 
  private:
@@ -51,7 +55,7 @@ class HttpProvider::Reading {
   const HttpProvider& provider_;
   const AICall& context_;
   Fragment all_;
-  EventStream events_{[this](const QByteArray& data) { take(data); }};
+  EventStreamReader reader_{kLongestEvent};
 };
 
 QUrl HttpProvider::url(const QString& path) const {
@@ -100,7 +104,7 @@ Answered<QJsonObject> HttpProvider::askForObject(const HttpCall& call, const AIC
 Answered<QString> HttpProvider::ask(const Question& question, const AICall& call) {
   Reading reading(*this, call);
   HttpCall request = this->request(question, static_cast<bool>(call.onPiece));
-  if (call.onPiece) request.onEvents = [&](std::string_view bytes) { return reading.feed(bytes); };
+  if (call.onPiece) request.onEvents = [&](QByteArrayView bytes) { return reading.feed(bytes); };
   const auto answer = caller_.send(request, call);
   if (!answer) return std::unexpected(answer.error());
   Fragment& all = reading.all();

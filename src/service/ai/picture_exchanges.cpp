@@ -25,6 +25,9 @@ bool isWord(const QString& text) {
          });
 }
 
+/// What is left to the provider is not said to it: not all know the word.
+QString choice(const QString& sent) { return sent.trimmed() == "auto"_L1 ? QString() : sent.trimmed(); }
+
 }  // namespace
 
 PromptExchange::PromptExchange(const AIServices& services, const Request& request, const QByteArray& boundary)
@@ -52,8 +55,8 @@ DrawExchange::DrawExchange(const AIServices& services, const Request& request, c
 std::expected<void, Response> DrawExchange::read() {
   if (auto finished = form_.finish(); !finished) return finished;
   drawing_ = {.prompt = form_.field("prompt").trimmed(),
-              .size = form_.field("size").trimmed(),
-              .quality = form_.field("quality").trimmed(),
+              .size = choice(form_.field("size")),
+              .quality = choice(form_.field("quality")),
               .references = form_.pictures(),
               .isEdit = form_.field("edit") == "true"_L1};
   if (drawing_.prompt.isEmpty()) return std::unexpected(Response::text(400, "There is no prompt."));

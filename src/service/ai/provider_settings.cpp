@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+#include "service/ai/loopback.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -17,10 +19,6 @@ constexpr std::array kKinds = {
     std::pair{"command"_L1, Kind::command},
 };
 
-bool isLoopback(const QString& host) {
-  return host == "localhost"_L1 || host == "::1"_L1 || host.startsWith("127."_L1);
-}
-
 std::expected<void, QString> checkUrl(const ProviderSettings& settings) {
   const QUrl url(settings.baseUrl, QUrl::StrictMode);
   const bool isWeb = url.scheme() == "https"_L1 || url.scheme() == "http"_L1;
@@ -28,7 +26,7 @@ std::expected<void, QString> checkUrl(const ProviderSettings& settings) {
       !url.userInfo().isEmpty())
     return std::unexpected(settings.baseUrl.isEmpty() ? u"its base URL is missing"_s
                                                       : u"its base URL is none, '%1'"_s.arg(settings.baseUrl));
-  if (url.scheme() == "http"_L1 && !settings.key.isEmpty() && !isLoopback(url.host()))
+  if (url.scheme() == "http"_L1 && !settings.key.isEmpty() && !isLoopback(url))
     return std::unexpected(u"its key goes to another host over https only"_s);
   return {};
 }

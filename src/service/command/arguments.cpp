@@ -28,8 +28,8 @@ constexpr std::array kOptions = {
     Option{"ai-provider"_L1},     Option{"ai-base-url"_L1},
     Option{"ai-model"_L1},        Option{"ai-image-model"_L1},
     Option{"ai-command"_L1},      Option{"ai-key-file"_L1},
-    Option{"ai-concurrency"_L1},  Option{"version"_L1, false},
-    Option{"help"_L1, false},
+    Option{"ai-concurrency"_L1},  Option{"ai-time-limit"_L1},
+    Option{"version"_L1, false},  Option{"help"_L1, false},
 };
 
 const Option* find(QStringView name) {

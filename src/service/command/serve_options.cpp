@@ -54,7 +54,9 @@ std::expected<void, QString> readNumbers(const Arguments& arguments, ServeOption
   const auto patience = arguments.number(u"patience"_s, 30, 1);
   const auto drain = arguments.number(u"drain"_s, 30, 0);
   const auto concurrency = arguments.number(u"ai-concurrency"_s, 8, 1);
-  for (const auto* number : {&rateAddress, &rateToken, &connections, &perAddress, &patience, &drain, &concurrency})
+  const auto timeLimit = arguments.number(u"ai-time-limit"_s, 170, 1);
+  for (const auto* number :
+       {&rateAddress, &rateToken, &connections, &perAddress, &patience, &drain, &concurrency, &timeLimit})
     if (!*number) return std::unexpected(number->error());
   options.ratePerAddress = *rateAddress;
   options.ratePerToken = *rateToken;
@@ -63,6 +65,7 @@ std::expected<void, QString> readNumbers(const Arguments& arguments, ServeOption
   options.server.patience = std::chrono::seconds(*patience);
   options.drain = std::chrono::seconds(*drain);
   options.aiConcurrency = *concurrency;
+  options.aiTimeLimit = std::chrono::seconds(*timeLimit);
   return {};
 }
 
@@ -111,7 +114,8 @@ std::expected<ServeOptions, QString> ServeOptions::read(const Arguments& argumen
                         u"connections"_s,    u"patience"_s,         u"connections-per-address"_s,
                         u"drain"_s,          u"embedded"_s,         u"ai-provider"_s,
                         u"ai-base-url"_s,    u"ai-model"_s,         u"ai-command"_s,
-                        u"ai-image-model"_s, u"ai-key-file"_s,      u"ai-concurrency"_s};
+                        u"ai-image-model"_s, u"ai-key-file"_s,      u"ai-concurrency"_s,
+                        u"ai-time-limit"_s};
   if (const QString wrong = arguments.unexpected(own + Place::options()); !wrong.isEmpty())
     return std::unexpected(u"'serve' has no option '--%1'"_s.arg(wrong));
   ServeOptions options;

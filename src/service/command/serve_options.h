@@ -17,6 +17,8 @@ struct ServeOptions {
   ProviderSettings provider;
   /// So many questions at a time are put to it.
   int aiConcurrency = 0;
+  /// For an answer of it, where the endpoint's own limit is not shorter.
+  std::chrono::seconds aiTimeLimit{0};
   int ratePerAddress = 0;
   int ratePerToken = 0;
   std::chrono::seconds drain{0};

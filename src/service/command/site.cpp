@@ -42,7 +42,7 @@ Site::Site(Place& place, const ServeOptions& options, const QByteArray& credenti
   addLinks(place);
   addReports(place);
   providers_->set(options.provider);
-  addAIEndpoints(router_, {*providers_, desk_, workers_, quota_, pictureRoom_});
+  addAIEndpoints(router_, {*providers_, desk_, workers_, quota_, pictureRoom_, options.aiTimeLimit});
 }
 
 void Site::addLinks(Place& place) {
