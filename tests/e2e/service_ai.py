@@ -514,6 +514,15 @@ class Commands(AITest):
         self.assertLess(time.monotonic() - begun, 1.5)
         until("it has ended", lambda: not Path(f"/proc/{started.read_text().strip()}").exists(), 3)
 
+    def test_what_a_killed_service_left_is_removed_and_nothing_else(self):
+        self.post("/v1/answers", {"question": "a"})
+        (self.service.data / "ai" / "call-AbC123").mkdir()
+        (self.service.data / "ai" / "call-AbC123" / "picture-1.png").write_bytes(PICTURE)
+        (self.service.data / "ai" / "notes").mkdir()
+        self.service.kill()
+        self.service.start()
+        self.assertEqual([path.name for path in (self.service.data / "ai").iterdir()], ["notes"])
+
     def test_one_that_does_not_listen_may_answer(self):
         self.becomes("exec <&-; echo deaf")
         self.assertEqual(self.post("/v1/text", {"text": "x " * 100_000}).json, {"text": "deaf "})

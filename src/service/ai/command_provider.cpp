@@ -82,11 +82,17 @@ AIError failure(const ChildOutcome& outcome) {
 
 }  // namespace
 
+void CommandProvider::removeLeftovers(const QString& folder) {
+  if (folder.isEmpty()) return;
+  const QStringList left = QDir(folder).entryList({u"call-??????"_s}, QDir::Dirs | QDir::NoSymLinks);
+  for (const QString& name : left) QDir(folder + u'/' + name).removeRecursively();
+}
+
 Answered<QString> CommandProvider::ask(const Question& question, const AICall& call) {
   const auto words = wordsOf(line_);
   if (!words) return std::unexpected(words.error());
   QDir().mkpath(folder_);
-  const QTemporaryDir folder(folder_ + u"/XXXXXX"_s);
+  const QTemporaryDir folder(folder_ + u"/call-XXXXXX"_s);
   const auto pictures = folder.isValid() ? writePictures(folder.path(), question) : std::nullopt;
   if (!pictures) return std::unexpected(AIError{.text = u"The pictures for the AI command cannot be written."_s});
   QStringDecoder decoder(QStringDecoder::Utf8);

@@ -11,6 +11,8 @@ class CommandProvider final : public Provider {
   CommandProvider(QString line, QString folder) : line_(std::move(line)), folder_(std::move(folder)) {}
 
   Answered<QString> ask(const Question& question, const AICall& call) override;
+  /// Removes the folders of calls that a killed service has left in `folder`, and nothing else there.
+  static void removeLeftovers(const QString& folder);
 
  private:
   QString line_;

@@ -1,7 +1,5 @@
 #include "service/ai/provider_slot.h"
 
-#include <QDir>
-
 #include "service/ai/chat_provider.h"
 #include "service/ai/command_provider.h"
 #include "service/ai/message_provider.h"
@@ -17,10 +15,6 @@ constexpr auto kAnthropicBase = "https://api.anthropic.com"_L1;
 Answered<std::vector<Picture>> Provider::draw(const Drawing&, const AICall&) {
   return std::unexpected(
       AIError{AIError::Reason::setup, u"This AI provider makes no pictures; an OpenAI-compatible one can."_s});
-}
-
-ProviderSlot::ProviderSlot(Audience audience, QString folder) : audience_(audience), folder_(std::move(folder)) {
-  QDir(folder_).removeRecursively();
 }
 
 QString ProviderSlot::hint(const QString& inSettings, const QString& onCommandLine) const {

@@ -13,8 +13,8 @@ class ProviderSlot {
   /// Who reads the texts: somebody at Vantle's settings, or somebody who starts this program.
   enum class Audience { person, operatorOfService };
 
-  /// `folder`: where commands work; what an earlier run left there is removed.
-  ProviderSlot(Audience audience, QString folder);
+  /// `folder`: where commands work.
+  ProviderSlot(Audience audience, QString folder) : audience_(audience), folder_(std::move(folder)) {}
 
   void set(const ProviderSettings& settings);
   /// Error: there is none, and how to set one.

@@ -2,6 +2,7 @@
 
 #include "service/accounts/quota_endpoint.h"
 #include "service/ai/ai_endpoints.h"
+#include "service/ai/command_provider.h"
 #include "service/health_endpoint.h"
 #include "service/links/link_endpoint.h"
 #include "service/links/upload_endpoint.h"
@@ -20,6 +21,9 @@ TokenGate::Limits limits(const ServeOptions& options) {
   return {static_cast<double>(options.ratePerAddress), static_cast<double>(options.ratePerToken)};
 }
 
+/// Where commands work.
+QString aiFolder(const Place& place) { return place.folder() + u"/ai"_s; }
+
 ProviderSlot::Audience audience(const ServeOptions& options) {
   return options.isEmbedded ? ProviderSlot::Audience::person : ProviderSlot::Audience::operatorOfService;
 }
@@ -31,7 +35,7 @@ Site::Site(Place& place, const ServeOptions& options, const QByteArray& credenti
       writes_(place.database()),
       quota_(place.database(), writes_),
       gate_(place.database(), limits(options), credential, options.isEmbedded ? u"embedded"_s : u"self-hosted"_s),
-      providers_(std::make_shared<ProviderSlot>(audience(options), place.folder() + u"/ai"_s)),
+      providers_(std::make_shared<ProviderSlot>(audience(options), aiFolder(place))),
       workers_(kWorkers),
       desk_(options.aiConcurrency),
       router_(gate_),
@@ -41,6 +45,7 @@ Site::Site(Place& place, const ServeOptions& options, const QByteArray& credenti
   router_.add("POST", "/v1/events", std::make_unique<EventEndpoint>(writes_));
   addLinks(place);
   addReports(place);
+  CommandProvider::removeLeftovers(aiFolder(place));
   providers_->set(options.provider);
   addAIEndpoints(router_, {*providers_, desk_, workers_, quota_, pictureRoom_, options.aiTimeLimit});
 }

@@ -115,7 +115,7 @@ class TestServiceAI : public QObject {
     QVERIFY(problem({.kind = Kind::messages, .key = "k"}).contains(u"model is missing"_s));
     QVERIFY(problem({.kind = Kind::messages, .model = u"m"_s}).contains(u"key is missing"_s));
     QCOMPARE(problem({.kind = Kind::messages, .model = u"m"_s, .key = "k"}), QString());
-    ProviderSlot slot(ProviderSlot::Audience::operatorOfService, {});
+    ProviderSlot slot(ProviderSlot::Audience::operatorOfService, u"/nonexistent"_s);
     QCOMPARE(slot.current().error().text, u"No AI provider is set. Start vantle-service with --ai-provider."_s);
     slot.set({.kind = Kind::chat, .baseUrl = u"https://a"_s});
     QVERIFY(slot.current());
