@@ -20,6 +20,7 @@
 #include "app/tools/boilerplates_kit.h"
 #include "app/tools/feedback_kit.h"
 #include "app/tools/file_drop_kit.h"
+#include "app/tools/generate_image_kit.h"
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
 #include "app/tools/transform_kit.h"
@@ -47,6 +48,7 @@
 #include "tools/frequent_clis/focused_command.h"
 #include "tools/frequent_clis/frequent_clis_settings_view.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
+#include "tools/generate_image/generate_image_tool.h"
 #include "tools/image_to_url/uplink_tool.h"
 #include "tools/inject_md/inject_md_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
@@ -112,6 +114,7 @@ struct Application::Parts {
   OpenProjectKit openProject{context, history.settings(), scanner};
   BoilerplatesKit boilerplates{context, history.settings(), scanner};
   FileDropKit fileDrop{context, defaults};
+  GenerateImageKit generateImage{context, defaults};
   UplinkKit uplink{context};
   CopyingSelectionReader selectionReader{
       {*platform.keyTargets, *platform.selectedText, *platform.pasteboard, keystrokes, clock}};
@@ -212,6 +215,7 @@ bool Application::start() {
     parts_->fileDrop.prepare();
     parts_->transform.prepare();
     parts_->feedback.prepare();
+    parts_->generateImage.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -232,6 +236,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->boilerplates.makeTool());
     else if (info.id == kBulkUploadID)
       tools.push_back(parts_->fileDrop.makeTool());
+    else if (info.id == kGenerateImageID)
+      tools.push_back(parts_->generateImage.makeTool());
     else if (info.id == kUplinkID)
       tools.push_back(parts_->uplink.makeTool());
     else if (info.id == kAITextTransformID)
@@ -307,6 +313,7 @@ void Application::terminate() {
     parts_->delegate.willTerminate();
     return;
   }
+  parts_->generateImage.close();
   const DataRemoval removal(parts_->folders, parts_->defaults.fileName());
   if (const auto removed = removal.putAside(); !removed)
     qCWarning(lcSettings).noquote() << removed.error().description();

@@ -8,8 +8,9 @@
 
 /// The tools that are not built yet. Taking an id off this list without building the tool stops the start.
 inline constexpr std::array kPlaceholderToolIDs = {
-    QLatin1StringView("promptify"), QLatin1StringView("quick-question"),
-    QLatin1StringView("image-ask"), QLatin1StringView("generate-image"),
+    QLatin1StringView("promptify"),
+    QLatin1StringView("quick-question"),
+    QLatin1StringView("image-ask"),
 };
 
 /// Stands in for a tool that is not built yet and says so plainly.

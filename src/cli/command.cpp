@@ -26,6 +26,10 @@ constexpr std::array kCommands = {
     Command{"upload"_L1, "<path>... [--json]"_L1, "upload files and folders and print the one link"_L1, runUpload},
     Command{"transform"_L1, "--mode improve|enhance-prompt|shorten|fix-grammar | --instruction TEXT"_L1,
             "rewrite the text on standard input"_L1, runTransform},
+    Command{"generate"_L1,
+            "<prompt>|- -o FILE [--image FILE]... [--edit] [--size auto|1024x1024|1536x1024|1024x1536] "
+            "[--quality auto|low|medium|high]"_L1,
+            "generate an image, or with --edit change the first one given, and write it as PNG"_L1, runGenerate},
     Command{"quota"_L1, "[--json]"_L1, "show what is left of this month's allowance"_L1, runQuota},
     Command{"config"_L1, "show [--json] | set [<setting> <value>] | service [<what> [<value>]]"_L1,
             "show and change settings, hosts and credential; 'set' and 'service' alone list what there is"_L1,

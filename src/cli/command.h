@@ -60,6 +60,7 @@ int runInject(const QStringList& arguments, CommandContext& context);
 int runOpen(const QStringList& arguments, CommandContext& context);
 int runLink(const QStringList& arguments, CommandContext& context);
 int runTransform(const QStringList& arguments, CommandContext& context);
+int runGenerate(const QStringList& arguments, CommandContext& context);
 int runQuota(const QStringList& arguments, CommandContext& context);
 int runUpload(const QStringList& arguments, CommandContext& context);
 int runConfig(const QStringList& arguments, CommandContext& context);

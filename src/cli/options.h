@@ -19,6 +19,8 @@ class Options {
 
   bool has(QLatin1StringView name) const { return parser_->isSet(name); }
   QString value(QLatin1StringView name) const { return parser_->value(name); }
+  /// Of an option that may be given several times.
+  QStringList values(QLatin1StringView name) const { return parser_->values(name); }
   QStringList words() const { return parser_->positionalArguments(); }
   /// A whole number of at least 1; `otherwise` when the option is not there.
   std::expected<int, QString> count(QLatin1StringView name, int otherwise) const;

@@ -21,7 +21,8 @@ constexpr std::array kLetterKeys = {
     LetterKey{u'e', 14, false, &Controller::editShown},   LetterKey{u'e', 14, true, &Controller::editSnip},
     LetterKey{u'o', 31, false, &Controller::attachFiles}, LetterKey{u'v', 9, false, &Controller::paste},
     LetterKey{u'v', 9, true, &Controller::pasteText},     LetterKey{u'r', 15, false, &Controller::regenerate},
-    LetterKey{u'n', 45, false, &Controller::startNew},
+    LetterKey{u'n', 45, false, &Controller::startNew},    LetterKey{u'1', 18, false, &Controller::nextSize},
+    LetterKey{u'2', 19, false, &Controller::nextQuality},
 };
 constexpr LetterKey kCopy{u'c', 8, false, &Controller::copyShown};
 

@@ -35,6 +35,13 @@ HistoryEntry entryOf(const ImageRequest& request, const QDateTime& time) {
           .bytes = 0};
 }
 
+/// The choice after `value`, after the last the first.
+template <class Value>
+Value following(std::span<const ImageChoice<Value>> choices, Value value) {
+  const auto row = std::ranges::find(choices, value, &ImageChoice<Value>::value);
+  return row + 1 == choices.end() ? choices.front().value : (row + 1)->value;
+}
+
 }  // namespace
 
 GenerateImagePanelController::GenerateImagePanelController(Services services, PanelFactory makePanel)
@@ -181,6 +188,18 @@ void GenerateImagePanelController::startNew() {
 
 void GenerateImagePanelController::setOptions(const ImageOptions& options) {
   services_.settings.update([&](GenerateImageSettings& settings) { settings.options = options; });
+}
+
+void GenerateImagePanelController::nextSize() {
+  ImageOptions options = model_.options();
+  options.size = following(imageSizes(), options.size);
+  setOptions(options);
+}
+
+void GenerateImagePanelController::nextQuality() {
+  ImageOptions options = model_.options();
+  options.quality = following(imageQualities(), options.quality);
+  setOptions(options);
 }
 
 // What is shown

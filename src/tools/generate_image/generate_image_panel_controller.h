@@ -75,6 +75,8 @@ class GenerateImagePanelController final : public QObject {
   void editShown();
   void startNew();
   void setOptions(const ImageOptions& options);
+  void nextSize();
+  void nextQuality();
 
   void addSnip();
   void editSnip();

@@ -16,9 +16,9 @@ constexpr std::array kSizes = {
 
 constexpr std::array kQualities = {
     ImageChoice{ImageQuality::automatic, "auto"_L1, "Any quality"_L1},
-    ImageChoice{ImageQuality::low, "low"_L1, "Low, quick"_L1},
+    ImageChoice{ImageQuality::low, "low"_L1, "Low"_L1},
     ImageChoice{ImageQuality::medium, "medium"_L1, "Medium"_L1},
-    ImageChoice{ImageQuality::high, "high"_L1, "High, slow"_L1},
+    ImageChoice{ImageQuality::high, "high"_L1, "High"_L1},
 };
 
 template <class Value, std::size_t Count>

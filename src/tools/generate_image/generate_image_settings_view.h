@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+#include <expected>
+
+#include "base/job.h"
+#include "tools/generate_image/generate_image_settings.h"
+
+class GenerateImageClient;
+class ImageHistory;
+class SystemInfo;
+class QComboBox;
+class RowRemark;
+
+/// Generate Image's settings page: what it does, how much it keeps, and whether its service answers.
+class GenerateImageSettingsView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    GenerateImageClient& client;
+    GenerateImageStore& settings;
+    ImageHistory& history;
+    const SystemInfo& system;
+  };
+
+  /// `removal` deletes the history when the user means it.
+  GenerateImageSettingsView(Services services, QWidget* removal, QWidget* parent = nullptr);
+
+ private:
+  QWidget* makeConnection();
+  QWidget* makeHistory(QWidget* removal);
+  void test(const JobRef& job, const std::function<void(std::expected<QString, QString>)>& done);
+  void follow();
+
+  Services services_;
+  QComboBox* room_;
+  QWidget* removal_;
+  RowRemark* used_ = nullptr;
+};

@@ -1,0 +1,81 @@
+#include "tools/generate_image/history_strip.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+#include "core/ui/icon.h"
+#include "core/ui/theme.h"
+#include "tools/generate_image/generate_image_panel_controller.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Area = GenerateImageModel::Area;
+
+constexpr int kCell = HistoryStrip::kHeight;
+constexpr int kInset = 4;
+constexpr qreal kRadius = 6;
+constexpr int kSymbol = 20;
+
+class ThumbnailDelegate final : public QStyledItemDelegate {
+ public:
+  ThumbnailDelegate(const GenerateImageModel& model, QObject* parent) : QStyledItemDelegate(parent), model_(model) {}
+
+  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {kCell, kCell}; }
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const Theme& theme = themeOf(*option.widget);
+    const auto picture = index.data(Qt::DecorationRole).value<QImage>();
+    const QRectF place = QRectF(option.rect).adjusted(kInset, kInset, -kInset, -kInset);
+    QPainterPath shape;
+    shape.addRoundedRect(place, kRadius, kRadius);
+    painter->save();
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter->fillPath(shape, theme.raised);
+    painter->setClipPath(shape);
+    if (picture.isNull())
+      paintSymbol(*painter, u"photo"_s,
+                  QRectF(place.center() - QPointF(kSymbol, kSymbol) / 2, QSizeF(kSymbol, kSymbol)), theme.secondary);
+    else
+      painter->drawImage(place, picture);
+    painter->setClipping(false);
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const bool isActive = isSelected && model_.area() == Area::history;
+    painter->setPen(QPen(isActive ? theme.accent : isSelected ? theme.secondary : theme.hairline, isSelected ? 3 : 1));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawPath(shape);
+    painter->restore();
+  }
+
+ private:
+  const GenerateImageModel& model_;
+};
+
+}  // namespace
+
+HistoryStrip::HistoryStrip(GenerateImagePanelController& controller, QWidget* parent)
+    : PaletteList(u"History"_s, parent), controller_(controller) {
+  setFlow(LeftToRight);
+  setWrapping(false);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFixedHeight(kHeight);
+  setModel(&controller.historyList());
+  setItemDelegate(new ThumbnailDelegate(controller.model(), this));
+  connect(this, &QListView::clicked, &controller_,
+          [this](const QModelIndex& index) { controller_.openHistory(index.row()); });
+}
+
+void HistoryStrip::follow() {
+  const QModelIndex index = model()->index(controller_.historyList().rowOf(controller_.model().selectedID()), 0);
+  if (index.isValid()) {
+    setCurrentIndex(index);
+    scrollTo(index);
+  } else {
+    setCurrentIndex({});
+    clearSelection();
+  }
+  viewport()->update();
+}

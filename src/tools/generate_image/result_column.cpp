@@ -1,0 +1,151 @@
+#include "tools/generate_image/result_column.h"
+
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedLayout>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <array>
+
+#include "base/clock.h"
+#include "core/ui/settings_form.h"
+#include "core/ui/symbol_label.h"
+#include "core/ui/theme.h"
+#include "core/ui/toned_label.h"
+#include "tools/generate_image/generate_image_panel_controller.h"
+#include "tools/generate_image/history_strip.h"
+#include "tools/generate_image/picture_view.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Controller = GenerateImagePanelController;
+
+constexpr int kIcon = 40;
+constexpr int kTextWidth = 340;
+
+struct Action {
+  QLatin1StringView text;
+  const char16_t* tip;
+  void (Controller::*run)();
+};
+
+constexpr std::array kActions = {
+    Action{"Copy"_L1, u"Copy the image (⌘C)", &Controller::copyShown},
+    Action{"Save…"_L1, u"Save the image as a file (⇧⌘S)", &Controller::saveShown},
+    Action{"Regenerate"_L1, u"Generate it once more (⌘R)", &Controller::regenerate},
+    Action{"Edit"_L1, u"Say what should change in it (⌘E)", &Controller::editShown},
+};
+
+QLabel* centred(QLabel* label) {
+  label->setAlignment(Qt::AlignCenter);
+  return label;
+}
+
+QString seconds(std::chrono::steady_clock::duration time) {
+  return u"%1 s"_s.arg(std::chrono::duration_cast<std::chrono::seconds>(time).count());
+}
+
+}  // namespace
+
+ResultColumn::ResultColumn(GenerateImagePanelController& controller, QWidget* parent)
+    : QWidget(parent),
+      controller_(controller),
+      error_(new TonedLabel(&Theme::failure)),
+      picture_(new PictureView(controller.model(),
+                               [&controller](const QString& id) {
+                                 const QString path = controller.history().path(id);
+                                 return !id.isEmpty() && QFileInfo(path).isFile() ? path : QString();
+                               })),
+      symbol_(new SymbolLabel(u"sparkles"_s, kIcon)),
+      title_(centred(makeHeading({}))),
+      detail_(centred(makeDetailLabel({}))),
+      pages_(new QStackedLayout),
+      strip_(new HistoryStrip(controller)),
+      ticks_(new QTimer(this)) {
+  error_->setWordWrap(true);
+  error_->setTextFormat(Qt::PlainText);
+  error_->setFont(Theme::detailFont());
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins({});
+  column->setSpacing(Theme::kGrid);
+  column->addWidget(error_);
+  column->addLayout(pages_, 1);
+  column->addWidget(makeActions());
+  column->addWidget(strip_);
+  pages_->addWidget(picture_);
+  pages_->addWidget(makeMessage());
+  ticks_->setInterval(1s);
+  connect(ticks_, &QTimer::timeout, this, &ResultColumn::followMessage);
+}
+
+QWidget* ResultColumn::makeMessage() {
+  message_ = new QWidget;
+  detail_->setFixedWidth(kTextWidth);
+  auto* column = new QVBoxLayout(message_);
+  column->setSpacing(Theme::kGrid);
+  column->addStretch(1);
+  column->addWidget(symbol_, 0, Qt::AlignHCenter);
+  column->addWidget(title_);
+  column->addWidget(detail_, 0, Qt::AlignHCenter);
+  column->addStretch(1);
+  return message_;
+}
+
+QWidget* ResultColumn::makeActions() {
+  actions_ = new QWidget;
+  auto* row = new QHBoxLayout(actions_);
+  row->setContentsMargins({});
+  row->setSpacing(Theme::kGrid);
+  row->addStretch(1);
+  for (const Action& action : kActions) {
+    auto* button = new QPushButton(action.text);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setToolTip(QString::fromUtf16(action.tip));
+    connect(button, &QPushButton::clicked, &controller_, action.run);
+    row->addWidget(button);
+  }
+  row->addStretch(1);
+  return actions_;
+}
+
+void ResultColumn::follow() {
+  const GenerateImageModel& model = controller_.model();
+  const bool hasPicture = model.shown() && !model.showsProgress();
+  error_->setText(model.error());
+  error_->setVisible(!model.error().isEmpty());
+  picture_->follow();
+  actions_->setVisible(hasPicture);
+  strip_->setVisible(controller_.historyList().rowCount() > 0);
+  strip_->follow();
+  pages_->setCurrentWidget(hasPicture ? static_cast<QWidget*>(picture_) : message_);
+  if (model.isGenerating() == ticks_->isActive()) return followMessage();
+  if (model.isGenerating())
+    ticks_->start();
+  else
+    ticks_->stop();
+  followMessage();
+}
+
+void ResultColumn::followMessage() {
+  const GenerateImageModel& model = controller_.model();
+  if (const auto since = model.startedAt()) {
+    symbol_->setSymbol(u"sparkles"_s, &Theme::accent);
+    title_->setText(u"Generating… %1"_s.arg(seconds(controller_.clock().monotonic() - *since)));
+    detail_->setText(
+        u"Esc cancels. Press the shortcut to hide this panel: the image is made all the same, and a toast says when "
+        u"it is done."_s);
+    return;
+  }
+  const bool isFailure = !model.error().isEmpty();
+  symbol_->setSymbol(isFailure ? u"exclamationmark.triangle.fill"_s : u"photo"_s,
+                     isFailure ? &Theme::failure : &Theme::secondary);
+  title_->setText(isFailure ? u"No image"_s : u"Your image appears here"_s);
+  detail_->setText(isFailure ? u"Press ⌘↩ to try again."_s
+                             : u"Describe it, add snips or files as references, and press ⌘↩."_s);
+}
