@@ -13,6 +13,7 @@ from driver.world import World
 from steps import (
     boilerplates,
     file_drop,
+    generate,
     history,
     inject,
     launcher,
@@ -38,6 +39,7 @@ STEPS = [
     *projects.STEPS,
     *boilerplates.STEPS,
     *file_drop.STEPS,
+    *generate.STEPS,
     *menu.STEPS,
     *settings.STEPS,
     *shortcuts.STEPS,

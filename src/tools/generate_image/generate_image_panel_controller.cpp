@@ -173,8 +173,7 @@ void GenerateImagePanelController::editShown() {
   if (!model_.shown()) return;
   const ShownImage shown = *model_.shown();
   if (model_.prompt().trimmed() == shown.request.prompt) model_.setPrompt({});
-  const QByteArray png = shown.image.png;
-  prepareReference([png] { return png; }, Use::edit);
+  prepareReference([png = shown.image.png]() -> QByteArray { return png; }, Use::edit);
 }
 
 void GenerateImagePanelController::startNew() {

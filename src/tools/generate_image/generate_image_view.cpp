@@ -81,7 +81,6 @@ GenerateImageView::GenerateImageView(GenerateImagePanelController& controller, Q
   column->addWidget(footer_);
   connect(&controller_.model(), &GenerateImageModel::changed, this, &GenerateImageView::follow);
   connect(&controller_.historyList(), &QAbstractItemModel::modelReset, this, &GenerateImageView::follow);
-  request_->editor().setFocus();
   follow();
 }
 
@@ -107,6 +106,7 @@ bool GenerateImageView::hasSelection() const { return request_->editor().hasSele
 
 void GenerateImageView::setHasKeyboard(bool hasKeyboard) {
   hasKeyboard_ = hasKeyboard;
+  if (hasKeyboard) request_->editor().setFocus();
   follow();
 }
 

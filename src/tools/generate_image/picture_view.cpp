@@ -69,11 +69,11 @@ void PictureView::mouseMoveEvent(QMouseEvent* event) {
 /// Dragging is the one thing that Qt offers with an event loop inside only. What the model holds may change meanwhile.
 void PictureView::drag() {
   const ShownImage shown = *model_.shown();
-  auto* data = new QMimeData;
-  data->setData(u"image/png"_s, shown.image.png);
-  if (const QString file = fileOf_(shown.historyID); !file.isEmpty()) data->setUrls({QUrl::fromLocalFile(file)});
+  auto* held = new QMimeData;
+  held->setData(u"image/png"_s, shown.image.png);
+  if (const QString file = fileOf_(shown.historyID); !file.isEmpty()) held->setUrls({QUrl::fromLocalFile(file)});
   auto* drag = new QDrag(this);
-  drag->setMimeData(data);
+  drag->setMimeData(held);
   drag->setPixmap(
       QPixmap::fromImage(shown.image.picture.scaled(kDragged, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
   drag->exec(Qt::CopyAction);

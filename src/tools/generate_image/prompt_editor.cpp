@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kInset = 6;
+constexpr int kInset = 10;
 constexpr qreal kRadius = 8;
 
 }  // namespace
@@ -18,7 +18,7 @@ PromptEditor::PromptEditor(QWidget* parent) : QPlainTextEdit(parent) {
   setFont(Theme::rowFont());
   setFrameShape(QFrame::NoFrame);
   viewport()->setAutoFillBackground(false);
-  setViewportMargins(kInset, kInset, kInset, kInset);
+  document()->setDocumentMargin(kInset);
   // A menu would be a window of its own, above a panel that has the keyboard.
   setContextMenuPolicy(Qt::NoContextMenu);
   setAcceptDrops(false);

@@ -30,16 +30,16 @@ constexpr int kIcon = 40;
 constexpr int kTextWidth = 340;
 
 struct Action {
-  QLatin1StringView text;
+  const char16_t* text;
   const char16_t* tip;
   void (Controller::*run)();
 };
 
 constexpr std::array kActions = {
-    Action{"Copy"_L1, u"Copy the image (⌘C)", &Controller::copyShown},
-    Action{"Save…"_L1, u"Save the image as a file (⇧⌘S)", &Controller::saveShown},
-    Action{"Regenerate"_L1, u"Generate it once more (⌘R)", &Controller::regenerate},
-    Action{"Edit"_L1, u"Say what should change in it (⌘E)", &Controller::editShown},
+    Action{u"Copy", u"Copy the image (⌘C)", &Controller::copyShown},
+    Action{u"Save…", u"Save the image as a file (⇧⌘S)", &Controller::saveShown},
+    Action{u"Regenerate", u"Generate it once more (⌘R)", &Controller::regenerate},
+    Action{u"Edit", u"Say what should change in it (⌘E)", &Controller::editShown},
 };
 
 QLabel* centred(QLabel* label) {
@@ -104,7 +104,7 @@ QWidget* ResultColumn::makeActions() {
   row->setSpacing(Theme::kGrid);
   row->addStretch(1);
   for (const Action& action : kActions) {
-    auto* button = new QPushButton(action.text);
+    auto* button = new QPushButton(QString::fromUtf16(action.text));
     button->setFocusPolicy(Qt::NoFocus);
     button->setToolTip(QString::fromUtf16(action.tip));
     connect(button, &QPushButton::clicked, &controller_, action.run);

@@ -4,6 +4,7 @@ from collections import namedtuple
 from pathlib import Path
 
 from driver import clipboard
+from driver.provider import Provider, png
 from driver.waiting import until
 from driver.words import Words
 
@@ -151,6 +152,35 @@ def file_drop(stage):
     stage.close_window(title)
 
 
+def generate_image(stage):
+    """Generate Image from empty to its history, and a failure."""
+    title = "Generate Image"
+    provider = Provider()
+    provider.picture = png(1024, 768)
+    stage.application.write_json("ai-provider.json", provider.settings)
+    stage.summon("generate-image")
+    stage.wait_for(title, "Your image appears here")
+    yield View("generate-empty", title, has_tab=False)
+    clipboard.copy(png(), "image/png")
+    stage.desktop.press("Ctrl+v")
+    stage.wait_for(title, "Reference 1")
+    stage.desktop.type("A fox in the snow")
+    yield View("generate-references", title, has_tab=False)
+    stage.desktop.press("Ctrl+Return")
+    stage.wait_for(title, "Image: A fox")
+    yield View("generate-result", title, has_tab=False)
+    stage.desktop.press("Tab")
+    until("the history's keys are named", lambda: any("use its prompt" in one.name for one in stage.readable(title) or ()))
+    yield View("generate-history", title, has_tab=False)
+    stage.desktop.press("Escape")
+    provider.raw = lambda handler, request: handler.reply(500, {"error": {"message": "tired"}})
+    stage.desktop.press("Ctrl+Return")
+    stage.wait_for(title, "Generation failed")
+    yield View("generate-failed", title, has_tab=False)
+    stage.close_window(title)
+    provider.close()
+
+
 def open_with(stage):
     """The commands that open a project, with the missing ones greyed."""
     title = PANELS["open-project"]
@@ -179,4 +209,7 @@ def text_transform(stage):
     words.close()
 
 
-ALL = [first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, open_with, text_transform]
+ALL = [
+    first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, generate_image, open_with,
+    text_transform,
+]  # fmt: skip

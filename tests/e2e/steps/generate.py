@@ -1,0 +1,174 @@
+"""Generate Image: words and snips become a picture, which is copied, kept and made anew; the same on the command line."""
+
+import struct
+import subprocess
+import time
+from contextlib import contextmanager
+from pathlib import Path
+
+from driver import clipboard
+from driver.provider import png
+from driver.waiting import expect, stays, until
+
+SHORTCUT = "Ctrl+Alt+g"
+TITLE = "Generate Image"
+WIDE = png(1536, 1024, (94, 129, 172))
+SQUARE = png(1024, 1024, (163, 190, 140))
+PROMPT = "A fox in the snow"
+
+
+@contextmanager
+def drawing(world, appearance="light"):
+    """A program whose AI provider answers with `provider.picture`."""
+    with world.ai_provider() as (provider, settings), world.another_application() as application:
+        provider.picture = WIDE
+        application.write_settings()
+        application.write_json("app-settings.json", {"appearance": appearance, "toastDuration": 3})
+        application.write_json("ai-provider.json", settings)
+        application.start()
+        application.wait_until_live()
+        yield provider
+        expect("no prompt is in the log", "fox" not in application.log())
+
+
+def generates_an_image(world):
+    """Ctrl+Alt+G, a prompt and Ctrl+Return: the image stands in the panel, is copied, made anew, and kept over a restart"""
+    with drawing(world) as provider:
+        open_panel(world)
+        world.picture("empty")
+        world.desktop.type(PROMPT)
+        world.desktop.press("Ctrl+Return")
+        world.see(f"Image: {PROMPT}", 20)
+        world.expect_terminal_active("while the panel is up")
+        world.picture("result")
+        clipboard.copy(b"before")
+        world.desktop.press("Ctrl+c")
+        until("a PNG is on the clipboard", lambda: "image/png" in clipboard.offered())
+        expect("it is the picture, byte for byte", pasted() == WIDE)
+        provider.picture = SQUARE
+        world.desktop.press("Ctrl+r")
+        world.see("2 images", 20)
+        until("the history is on the disk", lambda: len(kept(world, "png")) == len(kept(world, "json")) == 2)
+        world.desktop.press("Tab")
+        world.desktop.press("Right")
+        world.see("use its prompt")
+        world.picture("history")
+        world.desktop.press("Ctrl+c")
+        until("the older one is copied", lambda: pasted() == WIDE)
+        world.application.stop()
+        world.application.start()
+        world.application.wait_until_live()
+        open_panel(world)
+        world.see("2 images")
+        world.desktop.press("Tab")
+        world.see(f"Image: {PROMPT}")
+        world.desktop.press("Delete")
+        world.desktop.press("Delete")
+        world.see("1 image")
+        until("its files are gone", lambda: len(kept(world, "png")) == len(kept(world, "json")) == 1)
+        expect("the newer one went", Path(kept(world, "png")[0]).read_bytes() == WIDE)
+        world.desktop.press("Escape")
+        close(world)
+
+
+def edits_a_snip(world):
+    """Ctrl+Shift+E, a dragged region and what should change: the provider gets exactly that region; in the dark"""
+    with drawing(world, "dark") as provider:
+        open_panel(world)
+        world.desktop.press("Ctrl+Shift+e")
+        until("the panel is put away", lambda: not world.titled(TITLE))
+        until("the overlay covers the screen", lambda: covers(world))
+        world.desktop.drag((300, 200), (620, 410))
+        until("the panel is back", lambda: world.titled(TITLE))
+        world.see("The image to be changed")
+        world.desktop.type("Without the fox")
+        world.picture("attached")
+        world.desktop.press("Ctrl+Return")
+        world.see("Image: Without the fox", 20)
+        world.picture("changed")
+        sent = provider.requests[-1].body
+        start = sent.index(b"\x89PNG\r\n\x1a\n")
+        size = struct.unpack(">II", sent[start + 16 : start + 24])
+        expect(f"the provider got the region: {size}", size == (320, 210))
+        close(world)
+
+
+def goes_on_when_hidden(world):
+    """The shortcut hides the panel while an image is made, and a toast says when it is there; Escape cancels at once"""
+    with drawing(world) as provider:
+        provider.raw = slowly(provider, 1.5)
+        open_panel(world)
+        world.desktop.type(PROMPT)
+        world.desktop.press("Ctrl+Return")
+        world.see("Generating…")
+        world.picture("generating")
+        world.desktop.press(SHORTCUT)
+        until("it is hidden", lambda: not world.titled(TITLE))
+        world.see("Your image is ready", 15)
+        world.picture("toast")
+        world.desktop.press(SHORTCUT)
+        world.see(f"Image: {PROMPT}")
+        world.desktop.press("Ctrl+Return")
+        world.see("Generating…")
+        world.desktop.press("Escape")
+        until("the old one is shown again", lambda: world.shows(f"Image: {PROMPT}"), 1)
+        stays("nothing arrives any more", lambda: not world.shows("2 images"), 2.5)
+        close(world)
+
+
+def generates_on_the_command_line(world):
+    """vantle generate: the image is written as PNG; without a place to write it nothing is sent"""
+    with drawing(world) as provider:
+        file = Path(world.application.home.name) / "fox.png"
+        done = command(world, "generate", PROMPT, "--size", "1536x1024", "-o", str(file))
+        expect(f"it succeeds: {done.stderr}", done.returncode == 0 and file.read_bytes() == WIDE)
+        asked = len(provider.requests)
+        refused = command(world, "generate", PROMPT, "-o", "/nowhere/fox.png")
+        expect(f"it is refused: {refused.stderr}", refused.returncode == 1 and len(provider.requests) == asked)
+        open_panel(world)
+        world.picture("panel")
+        close(world)
+
+
+def slowly(provider, seconds):
+    """What the provider says by itself, after a while."""
+    def raw(handler, request):
+        time.sleep(seconds)
+        handler.speak(provider, request)
+
+    return raw
+
+
+def open_panel(world):
+    world.quiet()
+    world.desktop.press(SHORTCUT)
+    until("the panel is shown", lambda: world.titled(TITLE))
+    world.see("Prompt")
+
+
+def close(world):
+    world.desktop.press("Escape")
+    until("the panel is gone", lambda: not world.titled(TITLE))
+
+
+def covers(world):
+    return any(window.width >= 1920 and window.height >= 1080 for window in world.windows())
+
+
+def kept(world, kind):
+    return sorted(str(path) for path in (world.application.folder / "GenerateImage/History").glob(f"*.{kind}"))
+
+
+def pasted():
+    wanted = ["xclip", "-o", "-selection", "clipboard", "-t", "image/png"]
+    return subprocess.run(wanted, capture_output=True, timeout=10).stdout
+
+
+def command(world, *arguments):
+    application = world.application
+    line = [application.binary, *arguments]
+    line = world.network.command(line) if world.network else line
+    return subprocess.run(line, env=application.environment, capture_output=True, text=True, timeout=30)
+
+
+STEPS = [generates_an_image, edits_a_snip, goes_on_when_hidden, generates_on_the_command_line]
