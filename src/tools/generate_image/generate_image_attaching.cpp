@@ -30,8 +30,10 @@ void GenerateImagePanelController::editSnip() { snip(u"Edit this snip"_s, u"wand
 void GenerateImagePanelController::snip(const QString& label, const QString& icon, Use use) {
   if (services_.permissions.state(Permission::screenRecording) != PermissionState::granted) return refuseSnip();
   hide();
+  isSnipping_ = true;
   snipping_ = Job::start();
   const auto selected = [this, use](const std::optional<QByteArray>& png) {
+    isSnipping_ = false;
     reshow();
     if (png) prepareReference([bytes = *png] { return bytes; }, use);
   };

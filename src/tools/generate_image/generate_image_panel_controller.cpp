@@ -76,6 +76,8 @@ void GenerateImagePanelController::prepare() {
 }
 
 void GenerateImagePanelController::show() {
+  // It would stand above what the user is selecting, and comes back by itself.
+  if (isSnipping_) return;
   returnsToLauncher_ = services_.launcher.takeStartedFromLauncher();
   services_.history.load();
   reshow();

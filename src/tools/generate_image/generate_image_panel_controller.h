@@ -127,6 +127,7 @@ class GenerateImagePanelController final : public QObject {
   HistoryListModel historyList_;
   bool isShown_ = false;
   bool returnsToLauncher_ = false;
+  bool isSnipping_ = false;
   int reading_ = 0;
   bool startsWhenRead_ = false;
   ClipboardImages images_;

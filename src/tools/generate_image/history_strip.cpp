@@ -1,9 +1,12 @@
 #include "tools/generate_image/history_strip.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+
+#include <utility>
 
 #include "core/ui/icon.h"
 #include "core/ui/theme.h"
@@ -68,12 +71,22 @@ HistoryStrip::HistoryStrip(GenerateImagePanelController& controller, QWidget* pa
           [this](const QModelIndex& index) { controller_.openHistory(index.row()); });
 }
 
+/// The strip never has the focus, yet a screen reader shall speak the image that is chosen.
+void HistoryStrip::announce(int row) {
+  if (!QAccessible::isActive() || std::exchange(announced_, row) == row) return;
+  QAccessibleEvent event(this, QAccessible::Focus);
+  event.setChild(row);
+  QAccessible::updateAccessibility(&event);
+}
+
 void HistoryStrip::follow() {
   const QModelIndex index = model()->index(controller_.historyList().rowOf(controller_.model().selectedID()), 0);
   if (index.isValid()) {
     setCurrentIndex(index);
     scrollTo(index);
+    if (controller_.model().area() == Area::history) announce(index.row());
   } else {
+    announced_ = -1;
     setCurrentIndex({});
     clearSelection();
   }

@@ -16,5 +16,8 @@ class HistoryStrip final : public PaletteList {
   void follow();
 
  private:
+  void announce(int row);
+
   GenerateImagePanelController& controller_;
+  int announced_ = -1;
 };

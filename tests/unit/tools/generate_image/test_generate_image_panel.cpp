@@ -145,6 +145,7 @@ class TestGenerateImagePanel : public QObject {
 
   void snipsGoWithThePrompt() {
     QVERIFY(stage_->press(u's'));
+    stage_->controller.toggle();
     QVERIFY(!stage_->isPanelUp);
     QCOMPARE(stage_->regions.labels, QStringList(u"Add Snip"_s));
     QCOMPARE(stage_->regions.icons, QStringList(u"plus.viewfinder"_s));
