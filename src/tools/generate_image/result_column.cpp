@@ -27,7 +27,8 @@ namespace {
 using Controller = GenerateImagePanelController;
 
 constexpr int kIcon = 40;
-constexpr int kTextWidth = 340;
+constexpr int kTextWidth = 380;
+constexpr int kTextLines = 3;
 
 struct Action {
   const char16_t* text;
@@ -87,6 +88,9 @@ ResultColumn::ResultColumn(GenerateImagePanelController& controller, QWidget* pa
 QWidget* ResultColumn::makeMessage() {
   message_ = new QWidget;
   detail_->setFixedWidth(kTextWidth);
+  // A text that grows while it is shown must not be cut.
+  detail_->setFixedHeight(kTextLines * detail_->fontMetrics().lineSpacing());
+  detail_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
   auto* column = new QVBoxLayout(message_);
   column->setSpacing(Theme::kGrid);
   column->addStretch(1);

@@ -201,13 +201,14 @@ class TestGenerateImageWindow : public QObject {
     QMimeData text;
     text.setText(u"words"_s);
     QVERIFY(!window.drop(text));
-    auto* chip = named<QPushButton>(window.view(), u"Reference 1: click to remove it"_s);
-    QTest::mouseClick(chip, Qt::LeftButton);
+    const auto chip = [&] { return named<QPushButton>(window.view(), u"Reference 1: click to remove it"_s); };
+    QTRY_VERIFY(chip());
+    QTest::mouseClick(chip(), Qt::LeftButton);
     QCOMPARE(window.controller.model().references().size(), 1U);
     window.make(u"fox"_s, pngPicture({64, 64}));
     window.press(Qt::Key_E, Qt::ControlModifier);
     QTRY_VERIFY(window.button(u"Change the Image"_s));
-    QVERIFY(named<QPushButton>(window.view(), u"The image to be changed"_s));
+    QTRY_VERIFY(named<QPushButton>(window.view(), u"The image to be changed"_s));
     QCOMPARE(window.editor().placeholderText(), u"What should change?"_s);
     shoot(window.panel.panel(), u"generate-edit"_s);
   }
