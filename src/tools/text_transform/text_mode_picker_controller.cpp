@@ -6,7 +6,8 @@ namespace {
 
 std::vector<Choice> choices() {
   std::vector<Choice> rows;
-  for (const TextTransformModeNames& names : textTransformModes()) rows.push_back({names.symbol, names.label});
+  for (const TextTransformModeNames& names : textTransformModes())
+    rows.push_back({names.symbol, names.label.toString()});
   return rows;
 }
 

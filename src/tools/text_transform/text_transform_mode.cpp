@@ -11,11 +11,11 @@ using Mode = TextTransformMode;
 using Names = TextTransformModeNames;
 
 constexpr std::array kModes = {
-    Names{Mode::improve, "improve"_L1, "Write this better"_L1, "wand.and.sparkles"_L1, "improve"_L1},
-    Names{Mode::enhancePrompt, "enhancePrompt"_L1, "Enhance Prompt"_L1, "text.badge.star"_L1, "enhance-prompt"_L1},
-    Names{Mode::shorten, "shorten"_L1, "Shorten Text"_L1, "text.append"_L1, "shorten"_L1},
-    Names{Mode::fixGrammar, "fixGrammar"_L1, "Fix grammar"_L1, "checkmark.seal"_L1, "fix-grammar"_L1},
-    Names{Mode::custom, "custom"_L1, "Custom Prompt…"_L1, "square.and.pencil"_L1, {}},
+    Names{Mode::improve, "improve"_L1, u"Write this better", "wand.and.sparkles"_L1, "improve"_L1},
+    Names{Mode::enhancePrompt, "enhancePrompt"_L1, u"Enhance Prompt", "text.badge.star"_L1, "enhance-prompt"_L1},
+    Names{Mode::shorten, "shorten"_L1, u"Shorten Text", "text.append"_L1, "shorten"_L1},
+    Names{Mode::fixGrammar, "fixGrammar"_L1, u"Fix grammar", "checkmark.seal"_L1, "fix-grammar"_L1},
+    Names{Mode::custom, "custom"_L1, u"Custom Prompt…", "square.and.pencil"_L1, {}},
 };
 
 }  // namespace

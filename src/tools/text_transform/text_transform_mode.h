@@ -14,7 +14,7 @@ struct TextTransformModeNames {
   /// Stable.
   QLatin1StringView id;
   /// What the picker's row says.
-  QLatin1StringView label;
+  QStringView label;
   /// Symbol name.
   QLatin1StringView symbol;
   /// What the service is told to do; empty: what the user's own instruction says.

@@ -59,6 +59,7 @@ def asks_for_an_instruction(world):
     with transforming(world, answer="Ahoy") as (_, provider), words(world):
         world.desktop.press(SHORTCUT)
         until("the picker is shown", lambda: world.titled(PICKER))
+        world.see("Custom Prompt…")
         world.desktop.press("Up")
         world.desktop.press("Return")
         until("the panel is shown", lambda: world.titled(PANEL))

@@ -74,14 +74,22 @@ class TestTextTransformTool : public QObject {
     start(keycode::kReturn);
     QVERIFY(world_->http.answer(200, kAnswer));
     world_->replacer.finish(Outcome::copied);
-    QCOMPARE(world_->toast(),
-             u"Result copied to clipboard|It could not be typed there. I have three cats.|10"_s);
+    QCOMPARE(world_->toast(), u"Result copied to clipboard|It could not be typed there. I have three cats.|10"_s);
     start(keycode::kReturn);
     QVERIFY(world_->http.answer(200, kAnswer));
     world_->replacer.finish(std::unexpected(KeyEventError{u"No key for it."_s}));
     QCOMPARE(world_->toast(),
              u"Result copied to clipboard|It could not be typed: No key for it. I have three cats.|10"_s);
     QCOMPARE(world_->pasteboard.texts, (QStringList{u"I have three cats."_s, u"I have three cats."_s}));
+  }
+
+  void thePickerNamesWhatCanBeDone() {
+    QStringList labels;
+    const TextModePickerModel& model = world_->picker.model();
+    for (int row = 0; row < model.rowCount(); ++row)
+      labels.append(model.data(model.index(row), Qt::DisplayRole).toString());
+    QCOMPARE(labels, (QStringList{u"Write this better"_s, u"Enhance Prompt"_s, u"Shorten Text"_s, u"Fix grammar"_s,
+                                  u"Custom Prompt…"_s}));
   }
 
   void anInstructionOfOnesOwnIsSent() {
