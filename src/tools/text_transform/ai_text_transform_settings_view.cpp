@@ -74,7 +74,7 @@ AITextTransformSettingsView::AITextTransformSettingsView(Services services, QWid
 }
 
 QString AITextTransformSettingsView::privacyNote() const {
-  const QString note = u"Your text only leaves %1 when you trigger a transform."_s.arg(services_.system.thisComputer());
+  QString note = u"Your text only leaves %1 when you trigger a transform."_s.arg(services_.system.thisComputer());
   if (!services_.permissions.hasSettingsPage(Permission::accessibility)) return note;
   return note + u" Requires Accessibility to read the selection."_s;
 }

@@ -11,6 +11,7 @@ from driver.words import Words
 SHORTCUT = "Ctrl+Alt+backslash"
 PICKER = "AI Text Transform"
 PANEL = "Custom transform"
+LAUNCHER = "Vantle Launcher"
 LINE = "a wrod or two"
 
 
@@ -84,6 +85,29 @@ def asks_for_an_instruction(world):
         stays("the clipboard stays", lambda: clipboard.text() == "kept", 0.5)
 
 
+def goes_back_to_the_launcher(world):
+    """Started from the launcher, it reads the window behind it; Escape leads back there, and nothing selected is told"""
+    with transforming(world) as _:
+        with words(world):
+            start_from_launcher(world)
+            until("the picker is shown", lambda: world.titled(PICKER))
+            world.desktop.press("Escape")
+            until("the launcher is back", lambda: world.titled(LAUNCHER) and not world.titled(PICKER))
+            world.desktop.press("Escape")
+            world.quiet()
+        start_from_launcher(world)
+        world.see("Select some text first")
+        world.see("Highlight text in any app, then press ⌃⌥\\")
+        world.picture("nothing-selected")
+
+
+def start_from_launcher(world):
+    world.desktop.press("Ctrl+Alt+Space")
+    until("the launcher is shown", lambda: world.titled(LAUNCHER))
+    world.click_on("AI Text Transform")
+    world.desktop.move_pointer(2, 2)
+
+
 def transforms_standard_input(world):
     """vantle transform: standard input in, the rewritten text out; without Vantle running too"""
     with transforming(world, answer="I have three cats.") as (application, provider):
@@ -131,4 +155,10 @@ def transformed(world, *options):
     return answer.stdout
 
 
-STEPS = [tests_the_transform, copies_a_transform, asks_for_an_instruction, transforms_standard_input]
+STEPS = [
+    tests_the_transform,
+    copies_a_transform,
+    asks_for_an_instruction,
+    goes_back_to_the_launcher,
+    transforms_standard_input,
+]
