@@ -42,7 +42,7 @@ std::expected<QString, QString> readText(QIODevice* input) {
 }
 
 int failed(const QString& reason, CommandContext& context) {
-  context.err << "vantle: " << visibleLine(reason, kShown) << '\n';
+  context.err << "vantle: " << visibleLine(reason.trimmed(), kShown) << '\n';
   return exit_code::kFailure;
 }
 

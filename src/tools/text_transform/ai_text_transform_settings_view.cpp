@@ -102,9 +102,9 @@ QWidget* AITextTransformSettingsView::makeTest() {
 void AITextTransformSettingsView::runTest(const JobRef& job, const Done& done) {
   services_.client.transform({u"i has three cat"_s, TextTransformMode::fixGrammar}, job, [done](const auto& result) {
     if (result)
-      done(visibleLine(*result, kShownResult));
+      done(visibleLine(result->trimmed(), kShownResult));
     else
-      done(std::unexpected(visibleLine(result.error().description(), kShownError)));
+      done(std::unexpected(visibleLine(result.error().description().trimmed(), kShownError)));
   });
 }
 

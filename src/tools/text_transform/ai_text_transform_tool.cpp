@@ -143,7 +143,7 @@ void AITextTransformTool::showFailure(const AITextTransformError& error) {
   services_.toasts.show({.icon = u"xmark.octagon.fill"_s,
                          .tone = ToastTone::failure,
                          .title = u"AI Text Transform failed"_s,
-                         .detail = visibleLine(error.description(), kShown),
+                         .detail = visibleLine(error.description().trimmed(), kShown),
                          .detailLineLimit = kResultLines},
                         kFailureToast);
 }

@@ -169,7 +169,7 @@ class TestTextTransformTool : public QObject {
 
   void failuresAreToldAndTheClipboardIsPutBack() {
     start(keycode::kReturn);
-    QVERIFY(world_->http.answer(500, "a\nb"));
+    QVERIFY(world_->http.answer(500, "a\nb\n"));
     QCOMPARE(world_->toast(), u"AI Text Transform failed|Request failed (HTTP 500) a\\nb|8"_s);
     QCOMPARE(shown().icon, u"xmark.octagon.fill"_s);
     QCOMPARE(shown().tone, ToastTone::failure);
