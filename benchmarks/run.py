@@ -14,7 +14,7 @@ sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
-from figures import capture, histories, links, palette, service, sessions, start, typing, uploads, windows  # noqa: E402
+from figures import capture, histories, links, palette, selections, service, sessions, start, typing, uploads, windows  # noqa: E402
 
 HEADINGS = ["figure", "measured", "target", "peer", "times as good"]
 
@@ -30,6 +30,7 @@ def main():
             for figure in measured.figures(desktop, options.vantle)
         ]
     rows += typing.figures(options.typing)
+    rows += selections.figures(options.selection)
     rows += sessions.figures(options.scan)
     rows += capture.figures(options.capture)
     rows += service.figures(options.service, options.load)
@@ -47,6 +48,7 @@ def arguments():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--vantle", required=True, help="the program")
     parser.add_argument("--typing", required=True, help="the program that types what it reads")
+    parser.add_argument("--selection", required=True, help="the program that reads and replaces selections")
     parser.add_argument("--scan", required=True, help="the program that times the scanner")
     parser.add_argument("--capture", required=True, help="the program that times captures")
     parser.add_argument("--service", required=True, help="the service")

@@ -16,11 +16,11 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "typing"))
 
+from driver import flavours, selecting  # noqa: E402
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.waiting import StepFailed, expect, until  # noqa: E402
 from driver.x import Desktop  # noqa: E402
 
-import flavours  # noqa: E402
 import programs  # noqa: E402
 
 WORDS = "Ein Text, der gemeint ist: naïve façade — “so” 🚀 fin."
@@ -69,11 +69,6 @@ class World:
         wrong = [name for name, data in self.earlier.items() if held.get(name) != data]
         expect(f"the earlier clipboard is back, but for {wrong}", not wrong and list(held) == list(self.earlier))
 
-    def title(self):
-        window = self.desktop.display.create_resource_object("window", self.desktop.active_window())
-        name = window.get_full_text_property(self.desktop.display.intern_atom("_NET_WM_NAME"))
-        return name or ""
-
     def read(self, text):
         answer = self.probe.read()
         expect(f"{text!r} is read: {answer}", answer.get("text") == text)
@@ -90,17 +85,6 @@ class World:
         self.expect_earlier()
 
 
-def editor(world, name, command):
-    """A program whose text can all be selected by Ctrl+A; its own text comes from a file."""
-    file = Path(world.folder) / f"{name}.txt"
-    file.write_text(WORDS)
-    home = tempfile.mkdtemp(prefix="vantle-home-")
-    settings = dict(os.environ, GSETTINGS_BACKEND="memory", HOME=home, XDG_CONFIG_HOME=home)
-    program = programs.Program(world.display, world.desktop, [*command, str(file)], env=settings)
-    program.file = file
-    return program
-
-
 def select_all(world, text):
     """Selects what stands in the editor; until it shows what was typed last, that may be less."""
     deadline = time.monotonic() + 10
@@ -113,9 +97,9 @@ def select_all(world, text):
         expect(f"{text!r} is read: {answer}", time.monotonic() < deadline)
 
 
-def whole_loop(world, name, command):
-    """Read, replaced, and nothing else changed; then many times over."""
-    program = editor(world, name, command)
+def whole_loop(world, editor):
+    """Read, replaced, and nothing else changed."""
+    program = editor(world.display, world.desktop, WORDS)
     select_all(world, WORDS)
     world.expect_typed("Zeile eins ✓\n\tzwei „drei“")
     select_all(world, "Zeile eins ✓\n\tzwei „drei“")
@@ -146,14 +130,14 @@ def nothing_selected(world):
 
 
 def gtk_editor(world):
-    program = whole_loop(world, "mousepad", ["mousepad", "--disable-server"])
+    program = whole_loop(world, selecting.GtkEditor)
     shortcut(world)
     another_window(world, program)
     return many_rounds(world)
 
 
 def qt_editor(world):
-    whole_loop(world, "featherpad", ["featherpad", "--standalone"])
+    whole_loop(world, selecting.QtEditor)
 
 
 def shortcut(world):
@@ -212,81 +196,28 @@ def many_rounds(world):
     return f"{rounds * readings} readings, {rounds} replacements, no miss; a reading takes {median:.0f} ms; {seconds:.0f} s"
 
 
-RECORDS = """
-import signal, sys, os, tty
-record = open(sys.argv[1], "ab", buffering=0)
-signal.signal(signal.SIGINT, lambda *_: record.write(b"<INT>"))
-import termios
-modes = termios.tcgetattr(0)
-modes[3] &= ~(termios.ICANON | termios.ECHO)
-termios.tcsetattr(0, termios.TCSANOW, modes)
-print("Wort" * 30, flush=True)
-while True:
-    try:
-        record.write(os.read(0, 1000))
-    except InterruptedError:
-        pass
-"""
-
-
-def terminal(world, *arguments):
-    """A program runs in it that every Ctrl+C would interrupt, and that keeps every key."""
-    record = Path(world.folder) / "record"
-    record.write_bytes(b"")
-    command = ["xterm", *arguments, "-fa", "DejaVu Sans Mono", "-fs", "14", "-geometry", "80x20+100+100"]
-    program = programs.Program(world.display, world.desktop, [*command, "-e", sys.executable, "-c", RECORDS, str(record)])
+def terminal(world, *options):
+    program = selecting.InterruptibleTerminal(world.display, world.desktop, *options)
     answer = world.probe.read()
     expect(f"nothing is read: {answer}", "text" not in answer and not answer["displaced"])
-    x, y = corner(world, program)
-    world.desktop.drag((x + 10, y + 12), (x + 300, y + 12))
+    program.select_part()
     text = until("a part of the line is read", lambda: world.probe.read().get("text"))
-    expect(f"it is what was dragged over: {text!r}", len(text) > 10 and text in "Wort" * 30)
-    expect(f"the program has noticed nothing: {record.read_bytes()}", record.read_bytes() == b"")
+    expect(f"it is what was dragged over: {text!r}", len(text) > 10 and text in program.LINE)
+    expect(f"the program has noticed nothing: {program.noticed()}", program.noticed() == b"")
     world.expect_earlier()
     expect("several lines are not typed", world.probe.put("eins\nzwei\n") == "copied")
     world.copy_earlier()
     world.expect_typed("rm -rf\n")
-    until("a line is, without a Return", lambda: record.read_bytes() == b"rm -rf")
+    until("a line is, without a Return", lambda: program.noticed() == b"rm -rf")
     program.close()
-
-
-def corner(world, program):
-    window = world.desktop.display.create_resource_object("window", program.window)
-    place = world.desktop.root.translate_coords(window, 0, 0)
-    return place.x, place.y
 
 
 def unknown_terminal(world):
     terminal(world, "-class", "Nobody", "-name", "knowsthis")
 
 
-PAGE = """<!doctype html><meta charset="utf-8"><title>page</title>
-<textarea autofocus style="width: 90vw; height: 80vh" oninput="document.title = 'page ' + value.length">%s</textarea>
-"""
-
-QUIET = {
-    "browser.aboutwelcome.enabled": False,
-    "browser.shell.checkDefaultBrowser": False,
-    "browser.startup.homepage_override.mstone": "ignore",
-    "datareporting.policy.dataSubmissionEnabled": False,
-    "toolkit.telemetry.reportingpolicy.firstRun": False,
-    "network.captive-portal-service.enabled": False,
-    "network.connectivity-service.enabled": False,
-    "browser.safebrowsing.downloads.remote.enabled": False,
-    "app.update.enabled": False,
-}
-
-
 def browser(world):
-    profile = Path(tempfile.mkdtemp(prefix="vantle-browser-"))
-    lines = [f"user_pref({json.dumps(name)}, {json.dumps(value)});" for name, value in QUIET.items()]
-    (profile / "user.js").write_text("\n".join(lines))
-    page = profile / "page.html"
-    page.write_text(PAGE % WORDS)
-    environment = dict(os.environ, HOME=str(profile), MOZ_ENABLE_WAYLAND="0")
-    command = ["firefox-esr", "--no-remote", "--profile", str(profile), page.as_uri()]
-    programs.Program(world.display, world.desktop, command, env=environment)
-    until("the page is shown", lambda: "page" in world.title(), 40)
+    selecting.Browser(world.display, world.desktop, WORDS)
     select_all(world, WORDS)
     world.expect_typed("Zeile eins ✓\nzwei „drei“ 漢字")
     select_all(world, "Zeile eins ✓\nzwei „drei“ 漢字")

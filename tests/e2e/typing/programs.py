@@ -5,23 +5,12 @@ import subprocess
 import time
 from pathlib import Path
 
+from driver.program import Program
 from driver.waiting import until
 
 
-class Program:
-    """A program with a window that has the keyboard; `text()` is what it has taken in so far."""
-
-    def __init__(self, display, desktop, command, **options):
-        before = desktop.active_window()
-        self.display = display
-        self.desktop = desktop
-        self.process = display.start(command, **options)
-        self.window = until(f"{command[0]} is active", lambda: self._new_window(before), 20)
-        time.sleep(0.3)  # until it has drawn itself; nothing says so
-
-    def _new_window(self, before):
-        window = self.desktop.active_window()
-        return window if window not in (0, before) else None
+class Typed(Program):
+    """`text()` is what it has taken in so far."""
 
     def settled(self, length, seconds=60):
         """The text once it has `length` characters, or for half a minute no more: editors on a busy machine lag."""
@@ -35,12 +24,8 @@ class Program:
             text = now
         return self.text()
 
-    def close(self):
-        self.process.terminate()
-        self.process.wait(10)
 
-
-class Terminal(Program):
+class Terminal(Typed):
     """xterm; a Return arrives as the carriage return that a terminal sends."""
 
     def __init__(self, display, desktop, folder):
@@ -60,7 +45,7 @@ class Terminal(Program):
         return data.decode(errors="replace").replace("\r", "\n")
 
 
-class QtEditor(Program):
+class QtEditor(Typed):
     """Our own QPlainTextEdit with a menu bar, asked over a pipe."""
 
     def __init__(self, display, desktop, folder, editor):
@@ -79,7 +64,7 @@ class QtEditor(Program):
         return self.process.stdout.read(length).decode()
 
 
-class GtkEditor(Program):
+class GtkEditor(Typed):
     """mousepad; its text is what it saves on Ctrl+S."""
 
     def __init__(self, display, desktop, folder):
