@@ -22,7 +22,8 @@ KeyTarget X11KeyTargets::current() const {
   const std::vector<xcb_window_t> focused = focusedWindows();
   const QByteArray value = windowProperty(session_, session_.root, activeWindow_);
   xcb_window_t active = XCB_WINDOW_NONE;
-  if (value.size() == sizeof(active))
+  // Some put a zero behind it.
+  if (value.size() >= qsizetype{sizeof(active)})
     std::memcpy(&active, value.constData(), sizeof(active));
   else
     active = outermostApplicationWindow(focused);

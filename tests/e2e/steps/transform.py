@@ -1,0 +1,121 @@
+"""AI Text Transform over programs of other people: the rewrite stands in place of the selection, the clipboard is back."""
+
+from contextlib import contextmanager
+
+from driver import flavours, selecting
+from driver.waiting import expect, until
+from steps.transform_settings import PICKER, SHORTCUT, transforming
+
+WORDS = "i has three cat and they is naïve"
+BETTER = "I have three cats, and they are naïve — “so” 🚀."
+
+
+def rewrites_in_an_editor(world):
+    """Ctrl+Alt+\\ over what is selected in a GTK editor: the rewrite in its place, every byte of the clipboard back"""
+    with replacing(world, BETTER) as clipboard, closing(selecting.GtkEditor(world.display, world.desktop, WORDS)) as editor:
+        choose(world, "Ctrl+a")
+        world.see("Selection transformed", 20)
+        world.picture("replaced")
+        clipboard.expect_back()
+        until("the rewrite stands in the file", lambda: saved(world, editor) == BETTER, 5, 0.3)
+
+
+def rewrites_in_a_terminal(world):
+    """The same in a terminal: the program in it is not interrupted, and gets the rewrite as if typed, without a Return"""
+    with replacing(world, "git status\n") as clipboard:
+        with closing(selecting.InterruptibleTerminal(world.display, world.desktop)) as terminal:
+            terminal.select_part()
+            world.desktop.move_pointer(2, 2)
+            choose(world)
+            expect(f"the program has noticed nothing: {terminal.noticed()}", terminal.noticed() == b"")
+            until("the rewrite is typed", lambda: terminal.noticed() == b"git status", 10)
+            world.see("Selection transformed")
+            world.picture("replaced")
+            clipboard.expect_back()
+            choose_nothing(world)
+            expect(f"nor now: {terminal.noticed()}", terminal.noticed() == b"git status")
+
+
+def rewrites_in_a_browser(world):
+    """The same in a field of a browser's page; with another window in front the result waits on the clipboard"""
+    with replacing(world, BETTER) as clipboard, closing(selecting.Browser(world.display, world.desktop, WORDS)) as browser:
+        choose(world, "Ctrl+a")
+        world.see("Selection transformed", 20)
+        world.picture("replaced")
+        # The page counts UTF-16 units.
+        count = len(BETTER.encode("utf-16-le")) // 2
+        until("the rewrite stands in the field", lambda: browser.title().startswith(f"page {count} "))
+        clipboard.expect_back()
+        clipboard.provider.pause = 3
+        choose(world, "Ctrl+a")
+        world.desktop.activate(world.terminal.window)
+        until("another window is in front", lambda: world.desktop.active_window() == world.terminal.window)
+        world.terminal.forget()
+        world.see("Result copied to clipboard", 20)
+        world.picture("copied")
+        expect("nothing is typed there", world.terminal.typed() == "")
+        expect("the result is on the clipboard", clipboard.text() == BETTER)
+
+
+def choose(world, selecting_keys=None):
+    """Selects, presses the shortcut and takes the first row."""
+    if selecting_keys:
+        world.desktop.press(selecting_keys)
+    world.desktop.press(SHORTCUT)
+    until("the picker is shown", lambda: world.titled(PICKER))
+    world.picture("picker")
+    world.desktop.press("Return")
+    until("the picker is gone", lambda: not world.titled(PICKER))
+
+
+def choose_nothing(world):
+    """A click into a terminal takes its selection away."""
+    world.quiet()
+    world.desktop.click(300, 300)
+    world.desktop.press(SHORTCUT)
+    world.see("Select some text first")
+
+
+def saved(world, editor):
+    world.desktop.press("Ctrl+s")
+    return editor.file.read_text().rstrip("\n")
+
+
+class Clipboard:
+    """Another program's, in many kinds."""
+
+    def __init__(self, provider):
+        self.provider = provider
+        self.earlier = flavours.everything(pixels=200)
+        flavours.Owner(self.earlier)
+        self.reader = flavours.Reader()
+
+    def expect_back(self):
+        held = self.reader.everything()
+        wrong = [name for name, data in self.earlier.items() if held.get(name) != data]
+        expect(f"the earlier clipboard is back, but for {wrong}", not wrong and list(held) == list(self.earlier))
+
+    def text(self):
+        return self.reader.everything()["UTF8_STRING"][2].decode()
+
+
+@contextmanager
+def replacing(world, answer):
+    """A program that types what a scripted provider answers; yields the clipboard of before."""
+    with transforming(world, answer=answer) as (application, provider):
+        application.stop()
+        application.write_json("AITextTransform/settings.json", {"output": "replace"})
+        application.start()
+        application.wait_until_live()
+        yield Clipboard(provider)
+
+
+@contextmanager
+def closing(program):
+    try:
+        yield program
+    finally:
+        program.close()
+
+
+STEPS = [rewrites_in_an_editor, rewrites_in_a_terminal, rewrites_in_a_browser]
