@@ -26,6 +26,7 @@ from steps import (
     service,
     settings,
     shortcuts,
+    transform,
     transform_settings,
     uplink,
 )
@@ -47,6 +48,7 @@ STEPS = [
     *uplink.STEPS,
     *reports.STEPS,
     *transform_settings.STEPS,
+    *transform.STEPS,
     *onboarding.STEPS,
     *privacy.STEPS,
 ]

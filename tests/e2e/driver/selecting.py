@@ -26,6 +26,10 @@ while True:
 """
 
 
+# They have nothing to say to those who look at the tree of widgets, and may keep them waiting.
+UNSEEN = {"NO_AT_BRIDGE": "1", "GNOME_ACCESSIBILITY": "0", "QT_ACCESSIBILITY": "0"}
+
+
 class Editor(Program):
     """Shows a file; what it has is all selected by Ctrl+A and saved by Ctrl+S."""
 
@@ -33,8 +37,8 @@ class Editor(Program):
         self.home = Path(tempfile.mkdtemp(prefix="vantle-editor-"))
         self.file = self.home / "text.txt"
         self.file.write_text(text)
-        settings = dict(os.environ, GSETTINGS_BACKEND="memory", HOME=str(self.home), XDG_CONFIG_HOME=str(self.home))
-        super().__init__(display, desktop, [*command, str(self.file)], env=settings)
+        settings = {"GSETTINGS_BACKEND": "memory", "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home)}
+        super().__init__(display, desktop, [*command, str(self.file)], env=os.environ | UNSEEN | settings)
 
 
 class GtkEditor(Editor):
@@ -95,7 +99,7 @@ class Browser(Program):
         (profile / "user.js").write_text("\n".join(lines))
         page = profile / "page.html"
         page.write_text(PAGE % text)
-        environment = dict(os.environ, HOME=str(profile), MOZ_ENABLE_WAYLAND="0")
+        environment = os.environ | UNSEEN | {"HOME": str(profile), "MOZ_ENABLE_WAYLAND": "0"}
         command = ["firefox-esr", "--no-remote", "--profile", str(profile), page.as_uri()]
         super().__init__(display, desktop, command, env=environment)
         until("the page is shown", lambda: self.title().startswith("page"), 40)
