@@ -53,7 +53,7 @@ std::expected<void, QString> readReferences(const QStringList& paths, ImageReque
 }
 
 int fail(const QString& text, CommandContext& context) {
-  context.err << "vantle: " << visibleLine(text, kShown) << '\n';
+  context.err << "vantle: " << visibleLine(text.trimmed(), kShown) << '\n';
   return exit_code::kFailure;
 }
 

@@ -25,6 +25,9 @@ QDateTime timeOf(const Clock& clock) {
   return QDateTime::fromMSecsSinceEpoch(now.count(), Qt::UTC);
 }
 
+/// Many services end what they say with a line break.
+QString shownText(const GenerateImageError& error) { return visibleLine(error.description().trimmed(), kShown); }
+
 HistoryEntry entryOf(const ImageRequest& request, const QDateTime& time) {
   return {.id = makeHistoryID(time),
           .prompt = request.prompt,
@@ -126,7 +129,7 @@ void GenerateImagePanelController::finish(const ImageRequest& request, const Gen
   if (outcome)
     keep(request, *outcome);
   else
-    model_.fail(visibleLine(outcome.error().description(), kShown));
+    model_.fail(shownText(outcome.error()));
   if (!isShown_) announce(outcome);
 }
 
@@ -142,7 +145,7 @@ void GenerateImagePanelController::announce(const GenerateImageClient::Outcome& 
   if (!outcome) {
     services_.toasts.show({.icon = u"exclamationmark.triangle.fill"_s,
                            .title = u"Image not generated"_s,
-                           .detail = visibleLine(outcome.error().description(), kShown),
+                           .detail = shownText(outcome.error()),
                            .onTap = open},
                           kFailureToast);
     return;

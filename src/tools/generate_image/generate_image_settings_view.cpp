@@ -92,7 +92,7 @@ void GenerateImageSettingsView::test(const JobRef& job,
     if (outcome)
       done(u"An image of %1 × %2 pixels"_s.arg(outcome->size.width()).arg(outcome->size.height()));
     else
-      done(std::unexpected(visibleLine(outcome.error().description(), kShown)));
+      done(std::unexpected(visibleLine(outcome.error().description().trimmed(), kShown)));
   });
 }
 

@@ -29,7 +29,7 @@ constexpr int kHeaderHeight = 48;
 constexpr int kSide = 2 * Theme::kGrid;
 constexpr int kRequestWidth = 300;
 
-std::vector<KeyHint> hints(const GenerateImageModel& model) {
+std::vector<KeyHint> hints(const GenerateImageModel& model, bool hasHistory) {
   if (model.area() == Area::history)
     return {{{u"←"_s, u"→"_s}, u"browse"_s},
             {{u"↩"_s}, u"use its prompt"_s},
@@ -46,7 +46,7 @@ std::vector<KeyHint> hints(const GenerateImageModel& model) {
     hints.push_back({{u"⇧"_s, u"⌘"_s, u"E"_s}, u"edit a snip"_s});
     hints.push_back({{u"⌘"_s, u"V"_s}, u"paste image"_s});
   }
-  hints.push_back({{u"⇥"_s}, u"history"_s});
+  if (hasHistory) hints.push_back({{u"⇥"_s}, u"history"_s});
   hints.push_back({{u"esc"_s}, u"close"_s});
   return hints;
 }
@@ -123,7 +123,7 @@ void GenerateImageView::follow() {
   count_->setText(kept == 0 ? QString() : kept == 1 ? u"1 image"_s : u"%1 images"_s.arg(kept));
   request_->follow();
   result_->follow();
-  footer_->setHints(hints(model));
+  footer_->setHints(hints(model, kept > 0));
   footer_->setNotice(notice());
 }
 

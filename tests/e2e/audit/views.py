@@ -157,7 +157,10 @@ def generate_image(stage):
     title = "Generate Image"
     provider = Provider()
     provider.picture = png(1024, 768)
+    # The provider is read when the program starts.
+    stage.application.stop()
     stage.application.write_json("ai-provider.json", provider.settings)
+    stage.start()
     stage.summon("generate-image")
     stage.wait_for(title, "Your image appears here")
     yield View("generate-empty", title, has_tab=False)

@@ -92,7 +92,7 @@ class TestGenerateImagePanel : public QObject {
 
   void aFailureIsShownAndThePromptStays() {
     stage_->generate(u"a fox"_s);
-    stage_->http.answer(500, "oops");
+    stage_->http.answer(500, "oops\n");
     QCOMPARE(stage_->model().error(), u"Generation failed (HTTP 500) oops"_s);
     QCOMPARE(stage_->model().prompt(), u"a fox"_s);
     stage_->key(keycode::kReturn, true);
