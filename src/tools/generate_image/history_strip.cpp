@@ -19,7 +19,9 @@ namespace {
 using Area = GenerateImageModel::Area;
 
 constexpr int kCell = HistoryStrip::kHeight;
-constexpr int kInset = 4;
+constexpr int kInset = 6;
+constexpr double kRing = 2.5;
+constexpr double kGap = 1.5;
 constexpr qreal kRadius = 6;
 constexpr int kSymbol = 20;
 
@@ -45,14 +47,21 @@ class ThumbnailDelegate final : public QStyledItemDelegate {
       painter->drawImage(place, picture);
     painter->setClipping(false);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-    const bool isActive = isSelected && model_.area() == Area::history;
-    painter->setPen(QPen(isActive ? theme.accent : isSelected ? theme.secondary : theme.hairline, isSelected ? 3 : 1));
     painter->setBrush(Qt::NoBrush);
+    painter->setPen(theme.hairline);
     painter->drawPath(shape);
+    if (isSelected) paintRing(*painter, place, theme);
     painter->restore();
   }
 
  private:
+  /// With a gap, so that it is seen beside a picture of its own colour.
+  void paintRing(QPainter& painter, const QRectF& place, const Theme& theme) const {
+    painter.setPen(QPen(model_.area() == Area::history ? theme.accent : theme.secondary, kRing));
+    const double out = kRing / 2 + kGap;
+    painter.drawRoundedRect(place.adjusted(-out, -out, out, out), kRadius + out, kRadius + out);
+  }
+
   const GenerateImageModel& model_;
 };
 

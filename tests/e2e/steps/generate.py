@@ -6,7 +6,7 @@ import time
 from contextlib import contextmanager
 from pathlib import Path
 
-from driver import clipboard
+from driver import accessibility, clipboard
 from driver.provider import png
 from driver.waiting import expect, stays, until
 
@@ -116,6 +116,31 @@ def goes_on_when_hidden(world):
         close(world)
 
 
+def drags_an_image_out(world):
+    """The picture is dragged out of the panel into another window, which gets it as a file"""
+    with drawing(world):
+        defaults = Path(world.application.home.name) / "config/Vantle/Vantle.ini"
+        world.application.stop()
+        defaults.parent.mkdir(exist_ok=True)
+        defaults.write_text("[General]\nfileDrop.originX=0\nfileDrop.originY=560\n")
+        world.application.start()
+        world.application.wait_until_live()
+        open_panel(world)
+        world.desktop.type(PROMPT)
+        world.desktop.press("Ctrl+Return")
+        world.see(f"Image: {PROMPT}", 20)
+        until("it is on the disk", lambda: kept(world, "png"))
+        world.desktop.press("Ctrl+Alt+l")
+        until("the other window is shown", lambda: world.titled("File Drop"))
+        target = world.titled("File Drop")
+        picture = accessibility.find(world.application.pid, f"Image: {PROMPT}")
+        world.desktop.drag(accessibility.centre(picture), (target.x + target.width // 2, target.y + target.height // 2))
+        world.see(Path(kept(world, "png")[0]).name)
+        world.picture("dropped")
+        world.desktop.press("Escape")
+        until("the other window is gone", lambda: not world.titled("File Drop"))
+
+
 def generates_on_the_command_line(world):
     """vantle generate: the image is written as PNG; without a place to write it nothing is sent"""
     with drawing(world) as provider:
@@ -171,4 +196,4 @@ def command(world, *arguments):
     return subprocess.run(line, env=application.environment, capture_output=True, text=True, timeout=30)
 
 
-STEPS = [generates_an_image, edits_a_snip, goes_on_when_hidden, generates_on_the_command_line]
+STEPS = [generates_an_image, edits_a_snip, goes_on_when_hidden, drags_an_image_out, generates_on_the_command_line]
