@@ -14,7 +14,20 @@ sys.path[:0] = [str(ROOT / folder) for folder in ("tests/e2e", "benchmarks")]
 
 from driver.display import PrivateDisplay  # noqa: E402
 from driver.x import Desktop  # noqa: E402
-from figures import capture, histories, links, palette, selections, service, sessions, start, typing, uploads, windows  # noqa: E402
+from figures import (  # noqa: E402
+    answers,
+    capture,
+    histories,
+    links,
+    palette,
+    selections,
+    service,
+    sessions,
+    start,
+    typing,
+    uploads,
+    windows,
+)
 
 HEADINGS = ["figure", "measured", "target", "peer", "times as good"]
 
@@ -34,6 +47,7 @@ def main():
     rows += sessions.figures(options.scan)
     rows += capture.figures(options.capture)
     rows += service.figures(options.service, options.load)
+    rows += answers.figures(options.service)
     rows += uploads.figures(options.vantle, options.service, options.pack)
     print(table([figure.as_row() for figure in rows]))
     report = {"machine": machine(), "figures": [figure.as_json() for figure in rows]}

@@ -291,6 +291,7 @@ class Faults(AITest):
             return answer
 
         self.fails(stream(), "empty answer", headers=EVENTS)
+        self.fails(stream(chunk(" "), chunk("\n"), "[DONE]"), "empty answer", headers=EVENTS)
         self.fails(stream({"error": {"message": "overloaded"}}), "overloaded", headers=EVENTS)
         self.fails(lambda handler, _: handler.reply(429, {"error": "slow down"}), "slow down", headers=EVENTS)
         for broken, words in (

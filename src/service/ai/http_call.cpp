@@ -77,7 +77,8 @@ void prepare(CURL* handle, Transfer& transfer, std::chrono::milliseconds left) {
   curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
   curl_easy_setopt(handle, CURLOPT_USERAGENT, "vantle-service");
   curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, kConnectMilliseconds);
-  curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(left.count()));
+  // Not before the deadline, which tells this end from others.
+  curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(left.count()) + 1);
   // A proxy named by the environment is for the world outside.
   if (isLoopback(call.url)) curl_easy_setopt(handle, CURLOPT_PROXY, "");
   if (!call.body.isEmpty()) {

@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 
 #include "base/event_stream.h"
+#include "service/ai/thoughts.h"
 #include "service/log.h"
 
 using namespace Qt::StringLiterals;
@@ -35,7 +36,17 @@ class HttpProvider::Reading {
     return !isTooLong() && all_.error.isEmpty();
   }
   bool isTooLong() const { return reader_.hasOverflown() || all_.text.size() > kLongestAnswer; }
-  Fragment& all() { return all_; }
+  /// Nothing follows.
+  Fragment& finish() {
+    say(thoughts_.finish());
+    return all_;
+  }
+  /// All of it came at once.
+  void takeWhole(Fragment whole) {
+    const QString text = std::exchange(whole.text, {});
+    all_ = std::move(whole);
+    say(thoughts_.pass(text));
+  }
 
  private:
   void take(const QByteArray& data) {
@@ -45,16 +56,27 @@ class HttpProvider::Reading {
     }
     const QJsonObject event = QJsonDocument::fromJson(data).object();
     const Fragment piece = provider_.readEvent(event);
-    all_.text += piece.text;
     all_.isEnd |= piece.isEnd;
     all_.isCut |= piece.isCut;
     if (all_.error.isEmpty()) all_.error = piece.error.isEmpty() ? messageIn(event) : piece.error;
-    if (!piece.text.isEmpty() && context_.onPiece && !isTooLong()) context_.onPiece(piece.text);
+    say(thoughts_.pass(piece.text));
+  }
+
+  void say(const QString& text) {
+    all_.text += text;
+    // Blanks alone are no answer yet, and it may stay so.
+    const bool isBlank = said_ == 0 && all_.text.trimmed().isEmpty();
+    if (!context_.onPiece || isTooLong() || isBlank || said_ == all_.text.size()) return;
+    context_.onPiece(all_.text.sliced(said_));
+    said_ = all_.text.size();
   }
 
   const HttpProvider& provider_;
   const AICall& context_;
   Fragment all_;
+  Thoughts thoughts_;
+  /// How much of the text has gone on.
+  qsizetype said_ = 0;
   EventStreamReader reader_{kLongestEvent};
 };
 
@@ -107,12 +129,12 @@ Answered<QString> HttpProvider::ask(const Question& question, const AICall& call
   if (call.onPiece) request.onEvents = [&](QByteArrayView bytes) { return reading.feed(bytes); };
   const auto answer = caller_.send(request, call);
   if (!answer) return std::unexpected(answer.error());
-  Fragment& all = reading.all();
   if (!answer->isStream) {
     const auto object = objectIn(*answer);
     if (!object) return std::unexpected(object.error());
-    all = readWhole(*object);
+    reading.takeWhole(readWhole(*object));
   }
+  const Fragment& all = reading.finish();
   if (!all.error.isEmpty()) return std::unexpected(refusal(all.error, 200));
   if (answer->isBroken || reading.isTooLong())
     return std::unexpected(AIError{.text = u"The AI provider's answer is too long."_s});
@@ -121,6 +143,5 @@ Answered<QString> HttpProvider::ask(const Question& question, const AICall& call
     return std::unexpected(AIError{.text = u"The AI provider's answer was cut off."_s});
   if (all.isCut && !question.mayBeCut)
     return std::unexpected(AIError{.text = u"The text is too long: the AI provider's limit was reached."_s});
-  if (!answer->isStream && call.onPiece) call.onPiece(all.text);
   return all.isCut ? all.text + kCutMark : all.text;
 }

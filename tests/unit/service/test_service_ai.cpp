@@ -4,6 +4,7 @@
 #include "service/ai/prompts.h"
 #include "service/ai/provider_slot.h"
 #include "service/ai/text_exchange.h"
+#include "service/ai/thoughts.h"
 #include "service/http/body_stream.h"
 
 using namespace Qt::StringLiterals;
@@ -75,6 +76,25 @@ class TestServiceAI : public QObject {
     QCOMPARE(prompts::transform({.action = u"improve"_s, .instruction = {}}, u"a"_s)->room, 4096);
     QCOMPARE(prompts::transform({.action = u"improve"_s, .instruction = {}}, QString(20'000, u'a'))->room, 10'000);
     QCOMPARE(prompts::transform({.action = u"improve"_s, .instruction = {}}, QString(200'000, u'a'))->room, 32'000);
+  }
+
+  void thoughtsAreNoPartOfTheAnswer() {
+    const std::vector<std::pair<QString, QString>> cases = {
+        {u"\n<think>\nhm </thin\n</think>\n\nThe answer <think>"_s, u"The answer <think>"_s},
+        {u"<think>never ends"_s, {}},
+        {u" <th"_s, u" <th"_s},
+        {u"<thing>"_s, u"<thing>"_s},
+        {u"  plain"_s, u"  plain"_s},
+        {u"<think></think>x"_s, u"x"_s}};
+    for (const auto& [said, answer] : cases) {
+      Thoughts whole;
+      const QString passed = whole.pass(said);
+      QCOMPARE(passed + whole.finish(), answer);
+      Thoughts letters;
+      QString together;
+      for (const QChar letter : said) together += letters.pass(letter);
+      QCOMPARE((together + letters.finish()).trimmed(), answer.trimmed());
+    }
   }
 
   void thePicturesGoWithTheFirstQuestion() {
