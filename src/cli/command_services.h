@@ -18,7 +18,7 @@ class CommandLineService final : public BuiltInService {
       : own_(ServiceProcess::Places::standard(folders), clock), purpose_(purpose) {}
 
   void locate(const JobRef& job, Answer answer) override;
-  void setBrief(Brief brief) override { own_.setBrief(std::move(brief)); }
+  void setBrief(const Brief& brief) override { own_.setBrief(brief); }
   void briefAnew() override { own_.briefAnew(); }
 
  private:

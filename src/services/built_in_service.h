@@ -23,7 +23,7 @@ class BuiltInService : public QObject {
   /// Gives what the service is to be told before it is first used: one JSON object, at once or later, never after the
   /// end of the job.
   using Brief = std::function<void(const JobRef&, std::function<void(const QJsonObject&)>)>;
-  virtual void setBrief(Brief) {}
+  virtual void setBrief(const Brief& /*brief*/) {}
   /// What it is to be told has changed. A running one is told at once, and goes on.
   virtual void briefAnew() {}
 

@@ -31,7 +31,7 @@ class ServiceProcess final : public BuiltInService {
 
   void locate(const JobRef& job, Answer answer) override;
   bool isRunning() const override { return location_.has_value(); }
-  void setBrief(Brief brief) override { brief_ = std::move(brief); }
+  void setBrief(const Brief& brief) override { brief_ = brief; }
   void briefAnew() override;
   /// 0 when it does not run.
   qint64 processId() const { return process_ ? process_->processId() : 0; }

@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr long kConnectMilliseconds = 10'000;
+/// The library's own clock may be a little ahead.
+constexpr auto kClockSlack = std::chrono::milliseconds(200);
 
 struct EndList {
   void operator()(curl_slist* list) const { curl_slist_free_all(list); }
@@ -77,8 +79,7 @@ void prepare(CURL* handle, Transfer& transfer, std::chrono::milliseconds left) {
   curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
   curl_easy_setopt(handle, CURLOPT_USERAGENT, "vantle-service");
   curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, kConnectMilliseconds);
-  // Not before the deadline, which tells this end from others.
-  curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(left.count()) + 1);
+  curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(left.count()));
   // A proxy named by the environment is for the world outside.
   if (isLoopback(call.url)) curl_easy_setopt(handle, CURLOPT_PROXY, "");
   if (!call.body.isEmpty()) {
@@ -101,8 +102,9 @@ AIError late(const AICall& context) {
 AIError failure(CURLcode code, const Transfer& transfer) {
   if (transfer.context.gone.stop_requested()) return {AIError::Reason::abandoned, {}};
   if (transfer.isTooLong) return {.text = u"The AI provider's answer is too long."_s};
-  if (code == CURLE_OPERATION_TIMEDOUT && std::chrono::steady_clock::now() >= transfer.context.deadline)
-    return late(transfer.context);
+  const bool isConnecting = transfer.answer.status == 0;
+  const auto left = transfer.context.deadline - std::chrono::steady_clock::now();
+  if (code == CURLE_OPERATION_TIMEDOUT && (!isConnecting || left < kClockSlack)) return late(transfer.context);
   if (transfer.answer.status != 0) return {.text = u"The AI provider's answer was cut off."_s};
   return {.text = u"The AI provider cannot be reached: %1."_s.arg(QString::fromUtf8(curl_easy_strerror(code)))};
 }

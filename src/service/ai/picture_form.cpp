@@ -56,7 +56,7 @@ void PictureForm::takePart(std::string_view bytes) {
     return failure_->add("Retry-After", "5");
   }
   taken_ += size;
-  target_->append(bytes.data(), size);
+  target_->append(QByteArrayView(bytes.data(), size));
 }
 
 void PictureForm::endPart() { target_ = nullptr; }
