@@ -17,7 +17,7 @@ on_macos() { [ "$(uname -s)" = Darwin ]; }
 python=/usr/bin/python3
 on_macos && python=python3
 
-# packages <purpose>: the package names for this system, one a line, each once.
+# packages <purpose>: the package names for this system, one a line, each once; those that a system may lack end in "?".
 packages() {
   local column=1
   on_macos && column=2
@@ -49,7 +49,17 @@ missing_packages() {
   else
     installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' | sed -n 's/^installed //p')
   fi
-  packages "$1" | grep -vxF -f <(printf '%s\n' "$installed") || true
+  packages "$1" | sed 's/?$//' | grep -vxF -f <(printf '%s\n' "$installed") || true
+}
+
+# offered <purpose> <name…>: the names without those that this system may lack and does.
+offered() {
+  local name optional
+  optional=$(packages "$1" | sed -n 's/?$//p')
+  shift
+  for name in "$@"; do
+    grep -qxF -- "$name" <<<"$optional" && ! apt-cache show "$name" >/dev/null 2>&1 || echo "$name"
+  done
 }
 
 # as_root <command>: through sudo only when this is not root already.
@@ -84,6 +94,8 @@ install_packages() {
     brew install $names
   else
     as_root env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+    # shellcheck disable=SC2086
+    names=$(offered "$1" $names | tr '\n' ' ')
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $names >/dev/null
   fi
 }

@@ -2,6 +2,7 @@
 
 import json
 import os
+import shutil
 import sys
 import tempfile
 from pathlib import Path
@@ -92,6 +93,10 @@ QUIET = {
 
 class Browser(Program):
     """A page with a field that has the focus."""
+
+    @staticmethod
+    def is_installed():
+        return shutil.which("firefox-esr") is not None
 
     def __init__(self, display, desktop, text):
         profile = Path(tempfile.mkdtemp(prefix="vantle-browser-"))

@@ -227,12 +227,25 @@ def browser(world):
     nothing_selected(world)
 
 
+def the_end(world):
+    """What has been put back outlives the program where there is a clipboard manager, and does not hold it up."""
+    manager = flavours.Manager()
+    selecting.GtkEditor(world.display, world.desktop, WORDS)
+    select_all(world, WORDS)
+    world.probe.order("restore")
+    world.expect_earlier()
+    world.probe.process.stdin.close()
+    world.probe.process.wait(3)
+    expect("the manager has everything", manager.saved == world.earlier)
+
+
 CASES = {
     "GTK editor": gtk_editor,
     "Qt editor": qt_editor,
     "terminal": terminal,
     "unknown terminal": unknown_terminal,
     "browser": browser,
+    "end of the program": the_end,
 }
 
 
@@ -242,14 +255,18 @@ def main():
     parser.add_argument("--rounds", type=int, default=100)
     parser.add_argument("--readings", type=int, default=10)
     parser.add_argument("--only", default="", help="cases with this in their name")
+    parser.add_argument("--wm", default="openbox", help="the window manager")
     options = parser.parse_args()
     os.environ.update(LANG="C.UTF-8", LC_ALL="C.UTF-8")
     failures = 0
     for name, case in CASES.items():
         if options.only not in name:
             continue
+        if case is browser and not selecting.Browser.is_installed():
+            print(f"skip {name}: none is installed")
+            continue
         started = time.monotonic()
-        with PrivateDisplay() as display:
+        with PrivateDisplay(window_manager=options.wm) as display:
             try:
                 note = case(World(options, display)) or ""
                 print(f"ok   {name} ({time.monotonic() - started:.1f} s) {note}", flush=True)

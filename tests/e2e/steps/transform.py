@@ -4,6 +4,7 @@ from contextlib import contextmanager
 
 from driver import flavours, selecting
 from driver.waiting import expect, until
+from steps.launcher import Skipped
 from steps.transform_settings import PICKER, SHORTCUT, transforming
 
 WORDS = "i has three cat and they is naïve"
@@ -40,6 +41,8 @@ def rewrites_in_a_terminal(world):
 
 def rewrites_in_a_browser(world):
     """The same in a field of a browser's page; with another window in front the result waits on the clipboard"""
+    if not selecting.Browser.is_installed():
+        raise Skipped("there is no browser")
     with replacing(world, BETTER) as clipboard, closing(selecting.Browser(world.display, world.desktop, WORDS)) as browser:
         choose(world, "Ctrl+a")
         world.see("Selection transformed", 20)
