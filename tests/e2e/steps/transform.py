@@ -4,7 +4,7 @@ from contextlib import contextmanager
 
 from driver import flavours, selecting
 from driver.waiting import expect, until
-from steps.launcher import Skipped
+from steps.launcher import Skipped, open_launcher
 from steps.transform_settings import PICKER, SHORTCUT, transforming
 
 WORDS = "i has three cat and they is naïve"
@@ -19,6 +19,14 @@ def rewrites_in_an_editor(world):
         world.picture("replaced")
         clipboard.expect_back()
         until("the rewrite stands in the file", lambda: saved(world, editor) == BETTER, 5, 0.3)
+        clipboard.provider.answer = "Again"
+        world.desktop.press("Ctrl+a")
+        open_launcher(world)
+        world.desktop.type("AI Text")
+        until("only one tool is left", lambda: not world.shows("Ask AI"), interval=0.05)
+        pick(world, "Return")
+        until("it stands there from the launcher too", lambda: saved(world, editor) == "Again", 10, 0.3)
+        clipboard.expect_back()
 
 
 def rewrites_in_a_terminal(world):
@@ -66,7 +74,12 @@ def choose(world, selecting_keys=None):
     """Selects, presses the shortcut and takes the first row."""
     if selecting_keys:
         world.desktop.press(selecting_keys)
-    world.desktop.press(SHORTCUT)
+    pick(world, SHORTCUT)
+
+
+def pick(world, keys):
+    """What opens the picker, and the first row."""
+    world.desktop.press(keys)
     until("the picker is shown", lambda: world.titled(PICKER))
     world.picture("picker")
     world.desktop.press("Return")
