@@ -2,7 +2,7 @@
 
 #include "app/data_eraser.h"
 #include "base/clock.h"
-#include "capture/region_selector.h"
+#include "capture/region_picker.h"
 #include "core/hotkeys/hotkey_center.h"
 #include "core/net/analytics.h"
 #include "core/net/network_monitor.h"
@@ -37,5 +37,8 @@ struct AppContext {
   DataEraser& eraser;
   RegionSelector& regions;
 
+  RegionPicker regionPicker() const {
+    return RegionPicker({regions, *platform.permissions, *platform.systemInfo, toasts});
+  }
   ShortcutSources shortcutSources() const { return {registry, hotkeys, network, *platform.systemInfo}; }
 };

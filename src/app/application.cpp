@@ -23,6 +23,7 @@
 #include "app/tools/generate_image_kit.h"
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
+#include "app/tools/promptify_kit.h"
 #include "app/tools/transform_kit.h"
 #include "app/tools/uplink_kit.h"
 #include "app/tools/vibe_history_kit.h"
@@ -121,6 +122,7 @@ struct Application::Parts {
   TypingSelectionReplacer selectionReplacer{
       {*platform.keyTargets, *platform.selectedText, *platform.pasteboard, keystrokes, clock}};
   TransformKit transform{context, selectionReader, selectionReplacer};
+  PromptifyKit promptify{context};
   FeedbackKit feedback{context, defaults};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
@@ -216,6 +218,7 @@ bool Application::start() {
     parts_->transform.prepare();
     parts_->feedback.prepare();
     parts_->generateImage.prepare();
+    parts_->promptify.prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -242,6 +245,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(parts_->uplink.makeTool());
     else if (info.id == kAITextTransformID)
       tools.push_back(parts_->transform.makeTool());
+    else if (info.id == kPromptifyID)
+      tools.push_back(parts_->promptify.makeTool());
     else if (info.id == kFeedbackID)
       tools.push_back(parts_->feedback.makeTool());
     else if (info.id == kSuggestID)
@@ -362,6 +367,7 @@ void Application::reload() {
   parts_->services.credential.forget();
   parts_->uplink.settings().reload();
   parts_->transform.settings().reload();
+  parts_->promptify.settings().reload();
 }
 
 QJsonObject Application::done(const QJsonObject& request) {

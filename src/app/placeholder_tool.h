@@ -8,7 +8,6 @@
 
 /// The tools that are not built yet. Taking an id off this list without building the tool stops the start.
 inline constexpr std::array kPlaceholderToolIDs = {
-    QLatin1StringView("promptify"),
     QLatin1StringView("quick-question"),
     QLatin1StringView("image-ask"),
 };

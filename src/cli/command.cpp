@@ -30,6 +30,11 @@ constexpr std::array kCommands = {
             "<prompt>|- -o FILE [--image FILE]... [--edit] [--size auto|1024x1024|1536x1024|1024x1536] "
             "[--quality auto|low|medium|high]"_L1,
             "generate an image, or with --edit change the first one given, and write it as PNG"_L1, runGenerate},
+    Command{"prompt"_L1, "<image>|- [--mode ui|general|image]"_L1, "print the prompt that would recreate an image"_L1,
+            runPrompt},
+    Command{"feedback"_L1, "--category bug|feedback|question <text>|- [--image FILE]..."_L1,
+            "send a bug report, feedback or a question"_L1, runFeedback},
+    Command{"suggest"_L1, "<text>|- [--image FILE]..."_L1, "send an idea for the next tool"_L1, runSuggest},
     Command{"quota"_L1, "[--json]"_L1, "show what is left of this month's allowance"_L1, runQuota},
     Command{"config"_L1, "show [--json] | set [<setting> <value>] | service [<what> [<value>]]"_L1,
             "show and change settings, hosts and credential; 'set' and 'service' alone list what there is"_L1,

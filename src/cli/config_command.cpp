@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kShown = 300;
-constexpr int kNameColumn = 22;
+constexpr int kNameColumn = 24;
 
 struct ModeName {
   ServiceMode mode;

@@ -46,11 +46,23 @@ bool writeDuration(ConfigStores& stores, const QString& text) {
   return true;
 }
 
-QString readSource(const ConfigStores& stores) { return rawValue(stores.uplink.value().source); }
+template <auto Store>
+QString readSource(const ConfigStores& stores) {
+  return rawValue((stores.*Store).value().source);
+}
 
+template <auto Store>
 bool writeSource(ConfigStores& stores, const QString& text) {
   const auto value = imageSource(text);
-  if (value) stores.uplink.update([value](UplinkSettings& settings) { settings.source = *value; });
+  if (value) (stores.*Store).update([value](auto& settings) { settings.source = *value; });
+  return value.has_value();
+}
+
+QString readStyle(const ConfigStores& stores) { return rawValue(stores.promptify.value().style); }
+
+bool writeStyle(ConfigStores& stores, const QString& text) {
+  const auto value = promptStyle(text);
+  if (value) stores.promptify.update([value](PromptifySettings& settings) { settings.style = *value; });
   return value.has_value();
 }
 
@@ -71,7 +83,11 @@ constexpr std::array kSettings = {
                   writeFlag<&Preferences::soundOnComplete>},
     ConfigSetting{"share-usage-stats"_L1, "on or off"_L1, readFlag<&Preferences::shareUsageStats>,
                   writeFlag<&Preferences::shareUsageStats>},
-    ConfigSetting{"image-to-url-source"_L1, "clipboard or liveSelection"_L1, readSource, writeSource},
+    ConfigSetting{"image-to-url-source"_L1, "clipboard or liveSelection"_L1, readSource<&ConfigStores::uplink>,
+                  writeSource<&ConfigStores::uplink>},
+    ConfigSetting{"image-to-prompt-source"_L1, "clipboard or liveSelection"_L1, readSource<&ConfigStores::promptify>,
+                  writeSource<&ConfigStores::promptify>},
+    ConfigSetting{"image-to-prompt-style"_L1, "ui, general, image or ask"_L1, readStyle, writeStyle},
     ConfigSetting{"text-transform-output"_L1, "replace or clipboard"_L1, readOutput, writeOutput},
 };
 

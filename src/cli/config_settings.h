@@ -8,6 +8,7 @@
 
 #include "core/settings/app_preferences.h"
 #include "core/settings/folders.h"
+#include "tools/image_to_prompt/promptify_settings.h"
 #include "tools/image_to_url/uplink_settings.h"
 #include "tools/text_transform/ai_text_transform_settings.h"
 
@@ -16,11 +17,13 @@ struct ConfigStores {
   explicit ConfigStores(const Folders& folders)
       : preferences(folders.file(QStringLiteral("app-settings.json"))),
         uplink(folders.file(QStringLiteral("Uplink/settings.json"))),
-        textTransform(folders.file(QStringLiteral("AITextTransform/settings.json"))) {}
+        textTransform(folders.file(QStringLiteral("AITextTransform/settings.json"))),
+        promptify(folders.file(QStringLiteral("Promptify/settings.json"))) {}
 
   AppPreferences preferences;
   UplinkStore uplink;
   AITextTransformStore textTransform;
+  PromptifyStore promptify;
 };
 
 /// One setting by the name it has on the command line.

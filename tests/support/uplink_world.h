@@ -22,8 +22,13 @@ struct UplinkWorld : ServiceWorld {
   std::unique_ptr<UplinkTool> makeTool(Permissions& chosen) {
     const auto display = [this] { return shortcut; };
     return std::make_unique<UplinkTool>(
-        UplinkTool::Services{settings, uploader, pasteboard, regions, chosen, system, toasts, preferences, display},
+        UplinkTool::Services{settings, uploader, images(chosen, display), pasteboard, toasts, preferences},
         SettingsViewFactory());
+  }
+  ImageSourcePicker images(Permissions& chosen, std::function<QString()> display) {
+    const ToolInfo& info = toolInfo(kUplinkID);
+    return {{pasteboard, RegionPicker({regions, chosen, system, toasts}), toasts, std::move(display)},
+            {info.name, info.icon, {.icon = info.icon}}};
   }
   /// "title|detail|seconds" of the toast that is up.
   QString toast() const {

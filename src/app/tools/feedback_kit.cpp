@@ -21,8 +21,7 @@ FeedbackKit::FeedbackKit(AppContext& context, QSettings& defaults)
 
 ReportPanelController::Services FeedbackKit::services(AppContext& context) const {
   const Platform& platform = context.platform;
-  return {RegionPicker({context.regions, *platform.permissions, *platform.systemInfo, context.toasts}),
-          *platform.pasteboard, context.toasts, context.launcher, *platform.systemInfo};
+  return {context.regionPicker(), *platform.pasteboard, context.toasts, context.launcher, *platform.systemInfo};
 }
 
 std::unique_ptr<Tool> FeedbackKit::makeTool() { return std::make_unique<FeedbackTool>(feedback_); }

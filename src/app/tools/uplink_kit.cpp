@@ -13,9 +13,12 @@ UplinkKit::UplinkKit(AppContext& context)
 std::unique_ptr<Tool> UplinkKit::makeTool() {
   const Platform& platform = context_.platform;
   const auto shortcut = [this] { return context_.registry.shortcutDisplay(*context_.registry.tool(kUplinkID)); };
+  const ToolInfo& info = toolInfo(kUplinkID);
+  ImageSourcePicker images({*platform.pasteboard, context_.regionPicker(), context_.toasts, shortcut},
+                           {info.name, info.icon, {.icon = info.icon}});
   return std::make_unique<UplinkTool>(
-      UplinkTool::Services{settings_, uploader_, *platform.pasteboard, context_.regions, *platform.permissions,
-                           *platform.systemInfo, context_.toasts, context_.preferences, shortcut},
+      UplinkTool::Services{settings_, uploader_, std::move(images), *platform.pasteboard, context_.toasts,
+                           context_.preferences},
       [this, &platform](QWidget* parent) {
         return new UplinkSettingsView({settings_, uploader_, *platform.permissions, *platform.systemInfo}, parent);
       });

@@ -2,11 +2,14 @@
 
 #include <QPainter>
 
+#include "core/ui/icon.h"
 #include "core/ui/theme.h"
 
 namespace {
 
 constexpr qreal kRadius = 6;
+constexpr int kSymbol = 16;
+constexpr int kGap = 6;
 
 }  // namespace
 
@@ -17,6 +20,11 @@ PrimaryButton::PrimaryButton(const QString& text, QWidget* parent) : QPushButton
 
 void PrimaryButton::setProminent(bool prominent) {
   isProminent_ = prominent;
+  update();
+}
+
+void PrimaryButton::setSymbol(const QString& symbol) {
+  symbol_ = symbol;
   update();
 }
 
@@ -36,7 +44,20 @@ void PrimaryButton::paintEvent(QPaintEvent* event) {
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), kRadius - 2, kRadius - 2);
   }
-  painter.setPen(theme.onAccent);
+  paintLabel(painter);
+}
+
+void PrimaryButton::paintLabel(QPainter& painter) {
+  const QColor& ink = themeOf(*this).onAccent;
+  painter.setPen(ink);
   painter.setFont(font());
-  painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+  QRect label = rect();
+  if (!symbol_.isEmpty()) {
+    const int wanted = kSymbol + kGap + fontMetrics().horizontalAdvance(text());
+    label.setLeft((width() - wanted) / 2);
+    paintSymbol(painter, symbol_, QRectF(label.left(), (height() - kSymbol) / 2.0, kSymbol, kSymbol), ink);
+    label.setLeft(label.left() + kSymbol + kGap);
+  }
+  const auto side = symbol_.isEmpty() ? Qt::AlignHCenter : Qt::AlignLeft;
+  painter.drawText(label, int(side | Qt::AlignVCenter) | Qt::TextShowMnemonic, text());
 }

@@ -11,10 +11,15 @@ class PrimaryButton : public QPushButton {
 
   /// Without, it is drawn like any other button: something else matters more just now.
   void setProminent(bool prominent);
+  /// Drawn before the text; empty: none.
+  void setSymbol(const QString& symbol);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void paintLabel(QPainter& painter);
+
   bool isProminent_ = true;
+  QString symbol_;
 };

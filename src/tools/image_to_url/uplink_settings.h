@@ -1,21 +1,7 @@
 #pragma once
 
-#include <optional>
-
 #include "core/settings/store.h"
-
-/// Where the image comes from.
-enum class ImageSource {
-  /// The image now on the clipboard.
-  clipboard,
-  /// A region that the user drags on the screen.
-  liveSelection,
-};
-
-QString rawValue(ImageSource source);
-/// None for a text that names no source.
-std::optional<ImageSource> imageSource(const QString& rawValue);
-bool decode(const QJsonValue& value, ImageSource& out);
+#include "services/image_source.h"
 
 /// What Image to URL uploads, "Uplink/settings.json".
 struct UplinkSettings {

@@ -7,7 +7,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto kNoImageToast = 4s;
 constexpr auto kFailureToast = 8s;
 /// The outcome takes its place long before.
 constexpr auto kUploadToast = 120s;
@@ -18,39 +17,20 @@ constexpr qsizetype kShown = 300;
 }  // namespace
 
 UplinkTool::UplinkTool(Services services, SettingsViewFactory settingsView)
-    : Tool(toolInfo(kUplinkID), std::move(settingsView)),
-      services_(std::move(services)),
-      images_(services_.pasteboard) {}
+    : Tool(toolInfo(kUplinkID), std::move(settingsView)), services_(std::move(services)) {}
 
 void UplinkTool::activate() {
-  if (services_.settings.value().source == ImageSource::clipboard)
-    uploadFromClipboard();
-  else
-    selectRegion();
+  const Activation activation = begin();
+  services_.images.pick(services_.settings.value().source, activations_[activation],
+                        [this, activation](const auto& image) {
+                          if (image) return upload(*image, activation);
+                          activations_.erase(activation);
+                        });
 }
 
 UplinkTool::Activation UplinkTool::begin() {
   activations_[++lastActivation_] = Job::start();
   return lastActivation_;
-}
-
-void UplinkTool::uploadFromClipboard() {
-  const Activation activation = begin();
-  images_.read(activations_[activation], [this, activation](const auto& image) {
-    if (image) return upload(*image, activation);
-    activations_.erase(activation);
-    showNoImage();
-  });
-}
-
-void UplinkTool::selectRegion() {
-  if (services_.permissions.state(Permission::screenRecording) != PermissionState::granted) return showNoPermission();
-  const Activation activation = begin();
-  const auto selected = [this, activation](const std::optional<QByteArray>& png) {
-    if (png) return upload({*png, u"selection.png"_s, u"image/png"_s}, activation);
-    activations_.erase(activation);
-  };
-  services_.regions.begin(name(), icon(), activations_[activation].bind(selected));
 }
 
 void UplinkTool::upload(const ClipboardImage& image) { upload(image, begin()); }
@@ -77,25 +57,4 @@ void UplinkTool::finish(Activation activation, const std::expected<QUrl, UplinkE
   services_.toasts.show(
       {.icon = u"checkmark.circle.fill"_s, .title = u"Link copied to clipboard"_s, .detail = text, .completes = true},
       toastDuration(services_.preferences.value()));
-}
-
-void UplinkTool::showNoImage() {
-  const QString shortcut = services_.shortcut();
-  const QString again = shortcut.isEmpty() ? u"start Image to URL again"_s : u"press "_s + shortcut;
-  services_.toasts.show({.icon = u"photo.badge.exclamationmark"_s,
-                         .iconColor = QColorConstants::White,
-                         .title = u"No image on the clipboard"_s,
-                         .detail = u"Copy an image first, then "_s + again},
-                        kNoImageToast);
-}
-
-/// Where the system has no page of settings for it, what to do instead is the system's own sentence.
-void UplinkTool::showNoPermission() {
-  const bool hasPage = services_.permissions.hasSettingsPage(Permission::screenRecording);
-  const QString page = u"Enable Vantle in %1 → Privacy, then relaunch"_s.arg(services_.system.systemSettings());
-  services_.toasts.show({.icon = icon(),
-                         .title = u"Screen Recording permission needed"_s,
-                         .detail = hasPage ? page : services_.permissions.remedy(Permission::screenRecording)},
-                        kFailureToast);
-  if (hasPage) services_.permissions.openSettingsPage(Permission::screenRecording);
 }

@@ -2,13 +2,9 @@
 
 #include <map>
 
-#include "capture/region_selector.h"
-#include "core/presenters/toast_presenter.h"
 #include "core/settings/app_preferences.h"
 #include "core/tools/tool.h"
-#include "platform/permissions.h"
-#include "platform/system_info.h"
-#include "services/clipboard_images.h"
+#include "services/image_source_picker.h"
 #include "tools/image_to_url/uplink_settings.h"
 #include "tools/image_to_url/uplink_uploader.h"
 
@@ -21,14 +17,10 @@ class UplinkTool final : public Tool {
   struct Services {
     const UplinkStore& settings;
     UplinkUploader& uploader;
+    ImageSourcePicker images;
     Pasteboard& pasteboard;
-    RegionSelector& regions;
-    Permissions& permissions;
-    const SystemInfo& system;
     ToastPresenter& toasts;
     const AppPreferences& preferences;
-    /// The shortcut as it is displayed; empty without one.
-    std::function<QString()> shortcut;
   };
 
   UplinkTool(Services services, SettingsViewFactory settingsView);
@@ -41,15 +33,10 @@ class UplinkTool final : public Tool {
   using Activation = int;
 
   Activation begin();
-  void uploadFromClipboard();
-  void selectRegion();
   void upload(const ClipboardImage& image, Activation activation);
   void finish(Activation activation, const std::expected<QUrl, UplinkError>& link);
-  void showNoImage();
-  void showNoPermission();
 
   Services services_;
-  ClipboardImages images_;
   /// Those that are under way.
   std::map<Activation, Job> activations_;
   Activation lastActivation_ = 0;

@@ -136,7 +136,7 @@ class TestServiceCommands : public QObject {
     const Preferences preferences = AppPreferences(world.folders.file(u"app-settings.json"_s)).value();
     QCOMPARE(preferences.toastDuration, 7.5);
     QVERIFY(!preferences.soundOnComplete);
-    QVERIFY(world.run({u"config"_s, u"show"_s}).out.contains(u"\nimage-to-url-source   liveSelection\n"_s));
+    QVERIFY(world.run({u"config"_s, u"show"_s}).out.contains(u"\nimage-to-url-source     liveSelection\n"_s));
     QCOMPARE(world.run({u"config"_s, u"set"_s, u"appearance"_s}).code, exit_code::kUsage);
     for (const auto& [name, value] : {std::pair{u"toast-duration"_s, u"nan"_s},
                                       {u"toast-duration"_s, u"61"_s},

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QTextEdit>
+
+/// A prompt to be read, selected and scrolled. Its width is that of the card.
+class PromptText final : public QTextEdit {
+  Q_OBJECT
+
+ public:
+  explicit PromptText(const QString& prompt, QWidget* parent = nullptr);
+
+  /// How high the words are when laid out as here, in logical pixels.
+  static double heightOf(const QString& prompt);
+};

@@ -1,0 +1,179 @@
+#include <QAccessible>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include "core/ui/choice_picker_window.h"
+#include "core/ui/palette_list.h"
+#include "core/ui/settings_form.h"
+#include "support/controls.h"
+#include "support/fake_panel_window.h"
+#include "support/pictures.h"
+#include "support/prompt_world.h"
+#include "tools/image_to_prompt/prompt_text.h"
+#include "tools/image_to_prompt/promptify_result_panel.h"
+#include "tools/image_to_prompt/promptify_settings_view.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kSentence =
+    u"A quiet settings window in a light appearance: a sidebar with six entries at the left, the first of them "
+    "selected in blue; a column of rounded sections at the right. "_s;
+
+QImage picture() {
+  QImage image(320, 200, QImage::Format_RGB32);
+  image.fill(Qt::darkCyan);
+  return image;
+}
+
+/// The card over fakes, measured as in the program.
+struct Card : PromptWorld {
+  PalettePanel& show(const QString& prompt, const QImage& image = {}, const QString& style = {}) {
+    card.show(prompt, image, style);
+    panel->activateWindow();
+    if (!QTest::qWaitForWindowActive(panel)) qFatal("the card is not active");
+    return *panel;
+  }
+  void press(Qt::Key key, Qt::KeyboardModifiers held = {}) { QTest::keyClick(panel->windowHandle(), key, held); }
+  PromptText& text() { return *panel->findChild<PromptText*>(); }
+
+  FakePanelWindow native;
+  PalettePanel* panel = nullptr;
+  PromptifyResultController card{{pasteboard, clock, &PromptText::heightOf, [this] {
+                                    auto made = std::make_unique<PromptifyResultPanel>(native, card);
+                                    panel = &made->panel();
+                                    return made;
+                                  }}};
+};
+
+QStringList textsOf(QWidget& window) {
+  QStringList texts;
+  for (const QLabel* label : window.findChildren<QLabel*>())
+    if (label->isVisible() && !label->text().isEmpty()) texts.append(label->text());
+  return texts;
+}
+
+}  // namespace
+
+class TestPromptifyWindows : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() { wearTheme(); }
+
+  void theCardGrowsWithItsPromptAndScrollsALongOne() {
+    Card card;
+    PalettePanel& small = card.show(u"A red square."_s, picture(), u"UI Focused"_s);
+    QCOMPARE(small.size(), QSize(616, 72 + 102 + 40 + 96));
+    QVERIFY(textsOf(small).contains(u"UI Focused · copied to your clipboard"_s));
+    QCOMPARE(unnamedControls(small), QStringList());
+    QVERIFY(!card.text().verticalScrollBar()->isVisible());
+    QCOMPARE(card.text().height(), 72);
+    shoot(small, u"prompt-short"_s);
+
+    PalettePanel& medium = card.show(kSentence.repeated(4), picture(), u"Image Focused"_s);
+    QVERIFY(medium.height() > 320 && medium.height() < 618);
+    QVERIFY(!card.text().verticalScrollBar()->isVisible());
+    shoot(medium, u"prompt-medium"_s);
+
+    PalettePanel& large = card.show(kSentence.repeated(40));
+    QCOMPARE(large.height(), 380 + 102 + 40 + 96);
+    QVERIFY(textsOf(large).contains(u"Copied to your clipboard"_s));
+    QCOMPARE(card.text().verticalScrollBar()->value(), 0);
+    card.press(Qt::Key_PageDown);
+    QVERIFY(card.text().verticalScrollBar()->value() > 0);
+    shoot(large, u"prompt-long"_s);
+  }
+
+  void theButtonSaysThatItHasCopied() {
+    Card card;
+    PalettePanel& panel = card.show(u"A red square."_s, picture(), u"General Purpose"_s);
+    const auto button = [&panel](const QString& text) {
+      for (auto* each : panel.findChildren<QPushButton*>())
+        if (each->text() == text) return each;
+      return static_cast<QPushButton*>(nullptr);
+    };
+    QVERIFY(button(u"Copied!"_s));
+    card.clock.advance(std::chrono::milliseconds(1500));
+    QVERIFY(button(u"Copy Prompt"_s));
+    shoot(panel, u"prompt-copy"_s);
+    // The whole prompt, whatever is selected.
+    card.press(Qt::Key_A, Qt::ControlModifier);
+    card.press(Qt::Key_C, Qt::ControlModifier);
+    QTest::mouseClick(button(u"Copied!"_s), Qt::LeftButton);
+    QCOMPARE(card.pasteboard.texts, QStringList(3, u"A red square."_s));
+    card.native.loseKeyboard();
+    QVERIFY(panel.isVisible());
+    QVERIFY(textsOf(panel).contains(u"close, after a click on this card"_s));
+    auto* close = named<QPushButton>(panel, u"Close"_s);
+    QCOMPARE(close->toolTip(), u"Close (esc)"_s);
+    QTest::mouseClick(close, Qt::LeftButton);
+    QVERIFY(!panel.isVisible());
+    card.show(u"Another"_s);
+    card.press(Qt::Key_Escape);
+    QVERIFY(!card.panel->isVisible());
+  }
+
+  void theStyleIsPicked() {
+    PromptWorld at;
+    FakePanelWindow native;
+    ChoicePickerWindow* window = nullptr;
+    PromptModePickerController modes(at.launcher, [&] {
+      auto made = std::make_unique<ChoicePickerWindow>(
+          native, modes, ChoicePickerView::Texts{u"Image to Prompt"_s, u"wand.and.stars"_s, u"Choose a prompt style"_s},
+          QSize(556, 336));
+      window = made.get();
+      return made;
+    });
+    std::optional<PromptMode> chosen;
+    modes.chooseMode([&chosen](std::optional<PromptMode> mode) { chosen = mode; });
+    shoot(window->panel(), u"prompt-styles"_s);
+    const auto& list = *window->panel().findChild<PaletteList*>();
+    QVERIFY(list.viewport()->rect().contains(list.visualRect(list.model()->index(2, 0))));
+    QTest::keyClick(window->panel().windowHandle(), Qt::Key_Up);
+    QTest::keyClick(window->panel().windowHandle(), Qt::Key_Enter);
+    QCOMPARE(chosen, std::optional(PromptMode::image));
+  }
+
+  void thePageSetsSourceAndStyleAndTestsTheConnection() {
+    PromptWorld at;
+    SettingsPage page;
+    page.resize(560, 720);
+    page.addWidget(new PromptifySettingsView({at.settings, at.client, at.permissions, at.system}));
+    page.show();
+    QCOMPARE(unnamedControls(page), QStringList());
+    auto* source = named<QComboBox>(page, u"When I press the shortcut"_s);
+    auto* style = named<QComboBox>(page, u"Style"_s);
+    const QString ask =
+        u"A quick-pick appears in the center of the screen each time so you can choose the style for that image."_s;
+    QVERIFY(!textsOf(page).contains(ask));
+    shoot(page, u"promptify-settings"_s);
+    source->setFocus();
+    QTest::keyClick(source, Qt::Key_Down);
+    QTest::keyClick(style, Qt::Key_Down);
+    QTest::keyClick(style, Qt::Key_Down);
+    QVERIFY(at.settings.value() == PromptifySettings(PromptStyleSetting::ask, ImageSource::liveSelection));
+    QVERIFY(textsOf(page).contains(ask));
+    QVERIFY(
+        textsOf(page).contains(u"Drag a region on screen; it's captured and turned into a prompt. Requires Screen "
+                               "Recording permission."_s));
+    auto* test = named<QPushButton>(page, u"Image to Prompt: "_s);
+    test->click();
+    QTRY_COMPARE(at.http.sent.size(), 1U);
+    QVERIFY(at.http.sent.front().body.contains("filename=\"promptify-test.png\"\r\nContent-Type: image/png\r\n"));
+    QVERIFY(at.http.answer(200, "a dot"));
+    QVERIFY(textsOf(page).contains(u"✓ Connected"_s));
+    shoot(page, u"promptify-settings-asked"_s);
+    test->click();
+    QTRY_COMPARE(at.http.sent.size(), 2U);
+    QVERIFY(at.http.answer(502, "no provider"));
+    QVERIFY(textsOf(page).contains(u"Processing failed (HTTP 502) no provider"_s));
+    QVERIFY(at.pasteboard.texts.isEmpty() && at.toasts.shown.empty());
+  }
+};
+
+QTEST_MAIN(TestPromptifyWindows)
+#include "test_promptify_windows.moc"
