@@ -16,8 +16,6 @@ PromptModePickerController::PromptModePickerController(LauncherOpener& launcher,
     : ChoicePickerController(choices(), launcher, kPromptifyID, std::move(makePanel)) {}
 
 void PromptModePickerController::chooseMode(Chosen chosen) {
-  // Whoever opened it before is not answered any more; it begins anew.
-  cancel();
   choose([chosen = std::move(chosen)](std::optional<int> row) {
     chosen(row ? std::optional(promptModes()[static_cast<std::size_t>(*row)].mode) : std::nullopt);
   });

@@ -31,6 +31,8 @@ PromptifyTool::PromptifyTool(Services services, SettingsViewFactory settingsView
     : Tool(toolInfo(kPromptifyID), std::move(settingsView)), services_(std::move(services)) {}
 
 void PromptifyTool::activate() {
+  // The question before is about another image.
+  services_.modes.cancel();
   services_.modes.setReturnsToLauncher(services_.launcher.takeStartedFromLauncher());
   // Its toast would tell of work that nobody does any more.
   if (task_.isRunning()) services_.toasts.dismiss(true);

@@ -212,7 +212,52 @@ def text_transform(stage):
     words.close()
 
 
+def reports(stage):
+    """Feedback and Suggest a Tool: what is typed, and what became of it."""
+    for tool, title, words in (("feedback", "Feedback", "It works"), ("suggest-tool", "Suggest a Tool", "A kettle")):
+        stage.summon(tool)
+        stage.wait_for(title, "Send")
+        yield View(f"{tool}-empty", title, has_tab=False)
+        # A service that nobody is.
+        folder = "Feedback" if tool == "feedback" else "SuggestTool"
+        stage.application.write_json(f"{folder}/config.json", {"endpoint": "http://127.0.0.1:9/", "token": ""})
+        clipboard.copy(png(320, 200, (30, 90, 200)), "image/png")
+        stage.desktop.type(words)
+        stage.desktop.press("Ctrl+v")
+        stage.wait_for(title, "Snip 1")
+        stage.desktop.press("Ctrl+Return")
+        until("it fails", lambda: any("to retry" in control.name for control in stage.readable(title) or ()), 20)
+        yield View(f"{tool}-failed", title, has_tab=False)
+        (stage.application.folder / folder / "config.json").unlink()
+        stage.desktop.press("Ctrl+Return")
+        until("it is sent", lambda: any("Thanks" in control.name for control in stage.readable(title) or ()), 20)
+        yield View(f"{tool}-sent", title, has_tab=False)
+        stage.desktop.press("Escape")
+        until(f"Escape closes “{title}”", lambda: not stage.shape(title))
+
+
+def image_to_prompt(stage):
+    """The choice of a style, and the card with the prompt."""
+    title = "Image to Prompt"
+    provider = Provider()
+    provider.raw = lambda handler, request: handler.reply(200, {"prompt": "A flat square in deep blue. " * 12})
+    stage.application.write_json(
+        "Promptify/config.json", {"endpoint": f"http://127.0.0.1:{provider.port}/", "token": ""}
+    )
+    stage.application.command("config", "set", "image-to-prompt-style", "ask")
+    clipboard.copy(png(320, 200, (30, 90, 200)), "image/png")
+    stage.summon("promptify")
+    stage.wait_for(title, "UI Focused", "list item")
+    yield View("image-to-prompt-styles", title, has_tab=False)
+    stage.desktop.press("Return")
+    stage.wait_for(title, "Copy Prompt")
+    yield View("image-to-prompt-card", title, has_tab=False)
+    stage.desktop.press("Escape")
+    until("Escape closes it", lambda: not stage.shape(title))
+    provider.close()
+
+
 ALL = [
-    first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, generate_image, open_with,
-    text_transform,
+    first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, generate_image, reports,
+    image_to_prompt, open_with, text_transform,
 ]  # fmt: skip

@@ -62,6 +62,66 @@ class TestServiceCommands : public QObject {
     QCOMPARE(QImage::fromData(parts->front().content, "png").size(), QSize(3, 2));
   }
 
+  void reportsAreSentWithTheirImages() {
+    World world;
+    StrictServer server;
+    server.answer = [](const auto&) { return StrictServer::Answer{StrictServer::response(200, "{}")}; };
+    world.useServer(server);
+    const QString file = world.image(u"seen.gif"_s);
+    const Run feedback =
+        world.run({u"feedback"_s, u"--category"_s, u"bug"_s, u"-"_s, u"--image"_s, file, u"--image"_s, file}, "It ü");
+    QCOMPARE(feedback.err, QString());
+    QCOMPARE(feedback.out, u"Thanks — feedback sent!\n"_s);
+    QCOMPARE(server.requests.back().line, "POST /v1/feedback HTTP/1.1");
+    const auto parts = StrictForm::parse(server.requests.back().headers["content-type"], server.requests.back().body);
+    QVERIFY(parts && parts->size() >= 5);
+    QCOMPARE(parts->end()[-1].filename, "snip-2.png");
+    QCOMPARE(QImage::fromData(parts->end()[-2].content, "png").size(), QSize(1, 1));
+    QVERIFY(server.requests.back().body.contains("name=\"message\"\r\n\r\nIt ü\r\n"));
+    QCOMPARE(world.run({u"suggest"_s, u"A kettle"_s}).out, u"Thanks — suggestion sent!\n"_s);
+    QCOMPARE(server.requests.back().line, "POST /v1/tool-suggestions HTTP/1.1");
+    QVERIFY(server.requests.back().body.contains("name=\"suggestion\"\r\n\r\nA kettle\r\n"));
+
+    const std::size_t sent = server.requests.size();
+    for (const QStringList& arguments : {QStringList{u"suggest"_s},
+                                         {u"suggest"_s, u"a"_s, u"b"_s},
+                                         {u"feedback"_s, u"a"_s},
+                                         {u"feedback"_s, u"--category"_s, u"praise"_s, u"a"_s},
+                                         {u"suggest"_s, u"-"_s, u"--image"_s, u"-"_s}})
+      QCOMPARE(world.run(arguments).code, exit_code::kUsage);
+    QVERIFY(world.run({u"suggest"_s, u"-"_s}, " \n").err.contains(u"the text is empty"_s));
+    const QString text = world.image(u"notes.txt"_s, "words");
+    QCOMPARE(world.run({u"suggest"_s, u"a"_s, u"--image"_s, text}).err,
+             u"vantle: %1: this is not an image\n"_s.arg(text));
+    QCOMPARE(server.requests.size(), sent);
+  }
+
+  void promptsArePrinted() {
+    World world;
+    StrictServer server;
+    QByteArray answer = "{\"prompt\": \"A dot.\"}";
+    server.answer = [&answer](const auto&) { return StrictServer::Answer{StrictServer::response(200, answer)}; };
+    world.useServer(server);
+    const QString file = world.image(u"dot.gif"_s);
+    const auto sentMode = [&server] {
+      const QByteArray& body = server.requests.back().body;
+      return body.mid(body.indexOf("name=\"mode\"\r\n\r\n") + 15).left(2);
+    };
+    QCOMPARE(world.run({u"prompt"_s, file}).out, u"A dot.\n"_s);
+    QCOMPARE(server.requests.back().line, "POST /ai-prompt HTTP/1.1");
+    QCOMPARE(sentMode(), "ge");
+    QCOMPARE(world.run({u"config"_s, u"set"_s, u"image-to-prompt-style"_s, u"image"_s}).code, exit_code::kSuccess);
+    world.run({u"prompt"_s, u"-"_s}, kPixel);
+    QCOMPARE(sentMode(), "im");
+    world.run({u"prompt"_s, file, u"--mode"_s, u"ui"_s});
+    QCOMPARE(sentMode(), "ui");
+    QCOMPARE(world.run({u"prompt"_s, file, u"--mode"_s, u"ask"_s}).code, exit_code::kUsage);
+    answer = "[]";
+    const Run none = world.run({u"prompt"_s, file});
+    QCOMPARE(none.err, u"vantle: No prompt in response: []\n"_s);
+    QCOMPARE(none.code, exit_code::kFailure);
+  }
+
   void linkNamesWhatIsWrong() {
     World world;
     StrictServer server;
