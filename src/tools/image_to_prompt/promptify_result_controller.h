@@ -16,7 +16,7 @@ class PromptifyResultController final {
  public:
   struct Services {
     Pasteboard& pasteboard;
-    const Clock& clock;
+    Clock& clock;
     /// How high a prompt is when it is `promptcard::kTextWidth` wide.
     std::function<double(const QString&)> textHeight;
     /// Makes the card for what the model holds then.
