@@ -62,6 +62,6 @@ std::optional<QString> PromptifyClient::extractPrompt(const QByteArray& body) {
 
 ClipboardImage promptifyTestImage() {
   static constexpr char kPixel[] =
-      "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR4nGP4z8DwHwAFAAH/q842iQAAAABJRU5ErkJggg==";
+      "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR4nGP4z8DwHwAFAAH/iZk9HQAAAABJRU5ErkJggg==";
   return {QByteArray::fromBase64(kPixel), u"promptify-test.png"_s, u"image/png"_s};
 }

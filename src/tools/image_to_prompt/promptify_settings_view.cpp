@@ -21,7 +21,7 @@ constexpr int kSymbol = 18;
 
 struct Step {
   QLatin1StringView symbol;
-  const char16_t* text;
+  QStringView text;
 };
 
 constexpr std::array kSteps = {
@@ -38,7 +38,7 @@ QWidget* makeStep(const Step& step) {
   row->setContentsMargins(0, Theme::kGrid, 0, Theme::kGrid);
   row->setSpacing(Theme::kGrid + Theme::kGrid / 2);
   row->addWidget(new SymbolLabel(step.symbol, kSymbol));
-  auto* text = makeDetailLabel(QString(step.text));
+  auto* text = makeDetailLabel(step.text.toString());
   text->setForegroundRole(QPalette::WindowText);
   row->addWidget(text, 1);
   return widget;

@@ -204,7 +204,7 @@ class TestServiceCommands : public QObject {
                                       {u"no-such"_s, u"on"_s}}) {
       const Run run = world.run({u"config"_s, u"set"_s, name, value});
       QCOMPARE(run.code, exit_code::kUsage);
-      QVERIFY2(run.err.contains(u"toast-duration        2 to 60, in seconds"_s), qPrintable(run.err));
+      QVERIFY2(run.err.contains(u"toast-duration          2 to 60, in seconds"_s), qPrintable(run.err));
     }
   }
 
