@@ -1,4 +1,4 @@
-"""Image to Prompt: what was copied in another program, or drawn on the screen, becomes a prompt on a card and on the clipboard."""
+"""Image to Prompt: what was copied elsewhere, or drawn on the screen, becomes a prompt on a card and on the clipboard."""
 
 import subprocess
 import tempfile
@@ -65,7 +65,7 @@ def asks_for_the_style_of_a_region(world):
 
 
 def says_why_there_is_no_prompt(world):
-    """A provider that is out of order: a toast says so, and the clipboard stays; then the command line, with and without"""
+    """vantle prompt prints it; a provider that is out of order: a toast says so, and the command line too"""
     image = png(64, 40, (0, 120, 0))
     with describing(world, answer=PROMPT) as (application, provider), tempfile.TemporaryDirectory() as folder:
         file = Path(folder) / "picture.png"

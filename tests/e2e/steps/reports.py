@@ -1,4 +1,4 @@
-"""Feedback and Suggest a Tool: words and snips of the screen reach the service, with the panels and on the command line."""
+"""Feedback and Suggest a Tool: words and snips of the screen reach the service, by panel and by command line."""
 
 import json
 import subprocess
@@ -15,7 +15,7 @@ SUGGEST = "Suggest a Tool"
 
 
 def sends_feedback_with_a_snip(world):
-    """Ctrl+Alt+B, words, a region of the screen, Ctrl+Return: the panel steps aside, comes back, thanks; the export has it"""
+    """Ctrl+Alt+B, words, a region of the screen, Ctrl+Return: the panel steps aside, comes back, thanks"""
     world.terminal.focus()
     world.desktop.press("Ctrl+Alt+b")
     until("the panel is shown", lambda: world.titled(FEEDBACK))
