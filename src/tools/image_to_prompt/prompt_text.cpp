@@ -42,6 +42,8 @@ PromptText::PromptText(const QString& prompt, QWidget* parent) : QTextEdit(paren
   constexpr int kInset = promptcard::kTextInset;
   setViewportMargins(kInset, kInset, kInset, kInset);
   lay(*document(), prompt);
+  // It would scroll to the end otherwise.
+  moveCursor(QTextCursor::Start);
 }
 
 double PromptText::heightOf(const QString& prompt) {
