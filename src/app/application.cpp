@@ -6,6 +6,7 @@
 #include <QSettings>
 
 #include <algorithm>
+#include <map>
 
 #include "app/app_context.h"
 #include "app/app_windows.h"
@@ -225,35 +226,30 @@ bool Application::start() {
 }
 
 std::vector<std::unique_ptr<Tool>> Application::makeTools() {
+  Parts& parts = *parts_;
+  const std::map<QLatin1StringView, ToolKit*> kits = {
+      {kVibeHistoryID, &parts.history},
+      {kInjectMDID, &parts.injectMD},
+      {kOpenProjectID, &parts.openProject},
+      {kBoilerplatesID, &parts.boilerplates},
+      {kBulkUploadID, &parts.fileDrop},
+      {kGenerateImageID, &parts.generateImage},
+      {kUplinkID, &parts.uplink},
+      {kPromptifyID, &parts.promptify},
+      {kAITextTransformID, &parts.transform},
+      {kFeedbackID, &parts.feedback},
+  };
   std::vector<std::unique_ptr<Tool>> tools;
   for (const ToolInfo& info : toolTable()) {
-    if (info.id == kFrequentCLIsID)
-      tools.push_back(std::make_unique<FrequentCLIsTool>(parts_->cliPalette, frequentCLIsSettings()));
-    else if (info.id == kVibeHistoryID)
-      tools.push_back(parts_->history.makeTool());
-    else if (info.id == kInjectMDID)
-      tools.push_back(parts_->injectMD.makeTool());
-    else if (info.id == kOpenProjectID)
-      tools.push_back(parts_->openProject.makeTool());
-    else if (info.id == kBoilerplatesID)
-      tools.push_back(parts_->boilerplates.makeTool());
-    else if (info.id == kBulkUploadID)
-      tools.push_back(parts_->fileDrop.makeTool());
-    else if (info.id == kGenerateImageID)
-      tools.push_back(parts_->generateImage.makeTool());
-    else if (info.id == kUplinkID)
-      tools.push_back(parts_->uplink.makeTool());
-    else if (info.id == kAITextTransformID)
-      tools.push_back(parts_->transform.makeTool());
-    else if (info.id == kPromptifyID)
-      tools.push_back(parts_->promptify.makeTool());
-    else if (info.id == kFeedbackID)
-      tools.push_back(parts_->feedback.makeTool());
+    const auto kit = kits.find(info.id);
+    if (kit != kits.end())
+      tools.push_back(kit->second->makeTool());
+    else if (info.id == kFrequentCLIsID)
+      tools.push_back(std::make_unique<FrequentCLIsTool>(parts.cliPalette, frequentCLIsSettings()));
     else if (info.id == kSuggestID)
-      tools.push_back(parts_->feedback.makeSuggestTool());
+      tools.push_back(parts.feedback.makeSuggestTool());
     else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
-      tools.push_back(
-          std::make_unique<PlaceholderTool>(info, parts_->toasts, parts_->preferences, makePlaceholderView));
+      tools.push_back(std::make_unique<PlaceholderTool>(info, parts.toasts, parts.preferences, makePlaceholderView));
     else
       qFatal("The tool %s is neither built nor a placeholder", info.id.data());
   }
