@@ -272,9 +272,9 @@ void GenerateImagePanelController::removeSelected() {
 }
 
 void GenerateImagePanelController::escape() {
-  if (model_.isGenerating() || startsWhenRead_) return cancel();
   if (model_.isDeletionAsked()) return model_.setDeletionAsked(false);
   if (model_.area() == Area::history) return model_.setArea(Area::prompt);
+  if (model_.isGenerating() || startsWhenRead_) return cancel();
   hide();
   if (returnsToLauncher_) services_.launcher.showLauncher(kGenerateImageID);
 }

@@ -278,6 +278,19 @@ class TestGenerateImagePanel : public QObject {
     QCOMPARE(stage_->model().area(), Area::prompt);
   }
 
+  void theHistoryIsLookedThroughWhileAnImageIsMade() {
+    stage_->make(u"first"_s);
+    stage_->generate(u"second"_s);
+    stage_->key(keycode::kTab);
+    QVERIFY(!stage_->model().showsProgress());
+    stage_->key(keycode::kEscape);
+    QVERIFY(stage_->model().isGenerating() && stage_->model().showsProgress());
+    stage_->key(keycode::kTab);
+    stage_->answer(pngPicture({10, 10}));
+    QCOMPARE(stage_->model().shown()->request.prompt, u"second"_s);
+    QCOMPARE(stage_->model().area(), Area::prompt);
+  }
+
   void deletingIsAskedTwice() {
     stage_->make(u"first"_s, pngPicture({10, 10}));
     stage_->make(u"second"_s);
