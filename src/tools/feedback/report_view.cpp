@@ -62,6 +62,7 @@ ReportView::ReportView(ReportPanelController& controller, const QString& name, Q
       footer_(new FooterHints({})) {
   setWindowTitle(name);
   setAcceptDrops(true);
+  message_->installEventFilter(this);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
   column->setSpacing(0);
@@ -152,6 +153,12 @@ void ReportView::followState() {
   state_->setText(isFailed                          ? model.error() + ReportTexts::retryHint()
                   : model.phase() == Phase::sending ? controller_.texts().sending
                                                     : controller_.privacyLine());
+}
+
+/// The ring around the field is this widget's to paint.
+bool ReportView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+  return QWidget::eventFilter(watched, event);
 }
 
 void ReportView::dragEnterEvent(QDragEnterEvent* event) {
