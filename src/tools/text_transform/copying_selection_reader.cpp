@@ -62,6 +62,7 @@ void CopyingSelectionReader::look() {
 void CopyingSelectionReader::takeCopy() {
   Reading& reading = readings_.front();
   reading.selection.previousClipboard = std::move(reading.earlier);
+  reading.selection.copyCount = services_.pasteboard.changeCount();
   services_.pasteboard.readText(run_, [this](std::optional<QString> text) {
     readings_.front().selection.text = std::move(text);
     finish();

@@ -16,6 +16,8 @@ struct Selection {
   std::optional<PasteboardContents> previousClipboard;
   /// Where it was selected.
   KeyTarget owner = KeyTarget::none;
+  /// The pasteboard's change count with the copy on it.
+  std::int64_t copyCount = 0;
 };
 
 /// Reads the selection. Main thread only.
@@ -44,6 +46,6 @@ class SelectionReplacer {
 
   /// Types `result` over `selection`, without a Return at its end, and puts the earlier clipboard back.
   virtual void replace(const Selection& selection, const QString& result, const JobRef& job, Done done) = 0;
-  /// Puts the earlier clipboard back, if copying has displaced it.
+  /// Puts the earlier clipboard back, if copying has displaced it and nobody has copied anything else since.
   virtual void restore(const Selection& selection) = 0;
 };

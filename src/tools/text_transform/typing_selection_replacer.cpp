@@ -80,5 +80,12 @@ void TypingSelectionReplacer::finish(Place place, std::expected<Outcome, KeyEven
 }
 
 void TypingSelectionReplacer::restore(const Selection& selection) {
-  if (selection.previousClipboard) services_.pasteboard.restore(*selection.previousClipboard);
+  if (!selection.previousClipboard) return;
+  if (services_.pasteboard.changeCount() == selection.copyCount)
+    return services_.pasteboard.restore(*selection.previousClipboard);
+  // Clipboard managers take over what others copy, and it is still the copy; anything else is the user's.
+  restoring_ = Job::start();
+  services_.pasteboard.readText(restoring_, [this, selection](const std::optional<QString>& text) {
+    if (text == selection.text) services_.pasteboard.restore(*selection.previousClipboard);
+  });
 }

@@ -45,4 +45,5 @@ class TypingSelectionReplacer final : public SelectionReplacer {
 
   Services services_;
   std::list<Replacement> replacements_;
+  Job restoring_;
 };

@@ -110,6 +110,27 @@ class SelectionTest : public QObject {
     QVERIFY(world.pasteboard.contents == holding("earlier"));
   }
 
+  void whatTheUserCopiesMeanwhileStays() {
+    World world;
+    world.select("selected");
+    world.startReading();
+    world.pass(100ms);
+    // A clipboard manager takes the copy over: that is nobody's new copy.
+    world.pasteboard.copy(holding("selected"));
+    world.replacer.restore(world.answers.at(0));
+    world.pass(20ms);
+    QVERIFY(world.pasteboard.contents == holding("earlier"));
+
+    world.startReading();
+    world.pass(100ms);
+    world.events.performed = nullptr;
+    world.pasteboard.copy(holding("the user's"));
+    world.replace(u"result"_s, world.answers.at(1));
+    world.pass(300ms);
+    QCOMPARE(world.outcomes.at(0).value(), Outcome::typed);
+    QVERIFY(world.pasteboard.contents == holding("the user's"));
+  }
+
   void whatIsHandedOverTouchesNothing() {
     World world;
     world.selectedText.text = u"marked"_s;
