@@ -18,6 +18,7 @@
 #include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
+#include "app/tools/ask_ai_kit.h"
 #include "app/tools/boilerplates_kit.h"
 #include "app/tools/feedback_kit.h"
 #include "app/tools/file_drop_kit.h"
@@ -25,6 +26,7 @@
 #include "app/tools/inject_md_kit.h"
 #include "app/tools/open_project_kit.h"
 #include "app/tools/promptify_kit.h"
+#include "app/tools/screen_ask_kit.h"
 #include "app/tools/transform_kit.h"
 #include "app/tools/uplink_kit.h"
 #include "app/tools/vibe_history_kit.h"
@@ -42,6 +44,7 @@
 #include "core/ui/toast/toast_controller.h"
 #include "core/ui/toast/toast_panel.h"
 #include "services/service_process.h"
+#include "tools/ask_ai/quick_question_tool.h"
 #include "tools/boilerplates/boilerplates_tool.h"
 #include "tools/file_drop/file_drop_tool.h"
 #include "tools/frequent_clis/cli_palette_controller.h"
@@ -55,6 +58,7 @@
 #include "tools/inject_md/inject_md_tool.h"
 #include "tools/keystrokes/keystroke_sender.h"
 #include "tools/open_project/open_project_tool.h"
+#include "tools/screen_ask/image_ask_tool.h"
 #include "tools/session_history/vibe_history_tool.h"
 #include "tools/text_transform/copying_selection_reader.h"
 #include "tools/text_transform/typing_selection_replacer.h"
@@ -125,6 +129,8 @@ struct Application::Parts {
   TransformKit transform{context, selectionReader, selectionReplacer};
   PromptifyKit promptify{context};
   FeedbackKit feedback{context, defaults};
+  AskAIKit askAI{context};
+  ScreenAskKit screenAsk{context};
   SettingsSelection selection;
   UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
   FocusedCommand focusedCommand;
@@ -211,15 +217,11 @@ bool Application::start() {
   // The first press of a shortcut should not have to make the window: that is done when the start is over.
   parts_->clock.after(kWarmUpDelay, parts_->warmUp, [this] {
     parts_->cliPalette.prepare();
-    parts_->history.prepare();
-    parts_->injectMD.prepare();
-    parts_->openProject.prepare();
-    parts_->boilerplates.prepare();
-    parts_->fileDrop.prepare();
-    parts_->transform.prepare();
-    parts_->feedback.prepare();
-    parts_->generateImage.prepare();
-    parts_->promptify.prepare();
+    Parts& parts = *parts_;
+    for (ToolKit* kit : std::initializer_list<ToolKit*>{
+             &parts.history, &parts.injectMD, &parts.openProject, &parts.boilerplates, &parts.fileDrop,
+             &parts.transform, &parts.feedback, &parts.generateImage, &parts.promptify, &parts.askAI})
+      kit->prepare();
     parts_->launcher.prepare();
   });
   return true;
@@ -227,18 +229,18 @@ bool Application::start() {
 
 std::vector<std::unique_ptr<Tool>> Application::makeTools() {
   Parts& parts = *parts_;
-  const std::map<QLatin1StringView, ToolKit*> kits = {
-      {kVibeHistoryID, &parts.history},
-      {kInjectMDID, &parts.injectMD},
-      {kOpenProjectID, &parts.openProject},
-      {kBoilerplatesID, &parts.boilerplates},
-      {kBulkUploadID, &parts.fileDrop},
-      {kGenerateImageID, &parts.generateImage},
-      {kUplinkID, &parts.uplink},
-      {kPromptifyID, &parts.promptify},
-      {kAITextTransformID, &parts.transform},
-      {kFeedbackID, &parts.feedback},
-  };
+  const std::map<QLatin1StringView, ToolKit*> kits = {{kVibeHistoryID, &parts.history},
+                                                      {kInjectMDID, &parts.injectMD},
+                                                      {kOpenProjectID, &parts.openProject},
+                                                      {kBoilerplatesID, &parts.boilerplates},
+                                                      {kBulkUploadID, &parts.fileDrop},
+                                                      {kGenerateImageID, &parts.generateImage},
+                                                      {kUplinkID, &parts.uplink},
+                                                      {kPromptifyID, &parts.promptify},
+                                                      {kAITextTransformID, &parts.transform},
+                                                      {kFeedbackID, &parts.feedback},
+                                                      {kQuickQuestionID, &parts.askAI},
+                                                      {kImageAskID, &parts.screenAsk}};
   std::vector<std::unique_ptr<Tool>> tools;
   for (const ToolInfo& info : toolTable()) {
     const auto kit = kits.find(info.id);

@@ -7,10 +7,7 @@
 #include "core/tools/tool.h"
 
 /// The tools that are not built yet. Taking an id off this list without building the tool stops the start.
-inline constexpr std::array kPlaceholderToolIDs = {
-    QLatin1StringView("quick-question"),
-    QLatin1StringView("image-ask"),
-};
+inline constexpr std::array<QLatin1StringView, 0> kPlaceholderToolIDs = {};
 
 /// Stands in for a tool that is not built yet and says so plainly.
 class PlaceholderTool final : public Tool {

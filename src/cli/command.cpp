@@ -35,6 +35,8 @@ constexpr std::array kCommands = {
     Command{"feedback"_L1, "--category bug|feedback|question <text>|- [--image FILE]..."_L1,
             "send a bug report, feedback or a question"_L1, runFeedback},
     Command{"suggest"_L1, "<text>|- [--image FILE]..."_L1, "send an idea for the next tool"_L1, runSuggest},
+    Command{"ask"_L1, "<question>|- [--image FILE]... [--history FILE.json]"_L1, "ask the AI and print its answer"_L1,
+            runAsk},
     Command{"quota"_L1, "[--json]"_L1, "show what is left of this month's allowance"_L1, runQuota},
     Command{"config"_L1, "show [--json] | set [<setting> <value>] | service [<what> [<value>]]"_L1,
             "show and change settings, hosts and credential; 'set' and 'service' alone list what there is"_L1,

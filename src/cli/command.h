@@ -64,6 +64,7 @@ int runGenerate(const QStringList& arguments, CommandContext& context);
 int runPrompt(const QStringList& arguments, CommandContext& context);
 int runFeedback(const QStringList& arguments, CommandContext& context);
 int runSuggest(const QStringList& arguments, CommandContext& context);
+int runAsk(const QStringList& arguments, CommandContext& context);
 int runQuota(const QStringList& arguments, CommandContext& context);
 int runUpload(const QStringList& arguments, CommandContext& context);
 int runConfig(const QStringList& arguments, CommandContext& context);

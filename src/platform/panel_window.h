@@ -36,6 +36,8 @@ class PanelWindow {
   /// window loses the keyboard otherwise.
   virtual void watchKeyboardLoss(QWindow& window, const QRect& card, std::function<void()> lost) = 0;
   virtual void stopWatching(QWindow& window) = 0;
+  /// Whether a button of the pointer is held down, in whichever window.
+  virtual bool isPointerPressed() const { return false; }
   /// Whether the user has turned the direction of scrolling round ("natural" scrolling), for systems whose scroll
   /// events do not say so themselves.
   virtual bool isScrollingInverted(ScrollSource source) const {

@@ -11,6 +11,7 @@ from driver.pictures import emptied
 from driver.waiting import StepFailed
 from driver.world import World
 from steps import (
+    ask,
     boilerplates,
     file_drop,
     generate,
@@ -48,6 +49,7 @@ STEPS = [
     *service.STEPS,
     *uplink.STEPS,
     *prompt.STEPS,
+    *ask.STEPS,
     *reports.STEPS,
     *transform_settings.STEPS,
     *transform.STEPS,

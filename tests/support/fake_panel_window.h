@@ -23,6 +23,7 @@ class FakePanelWindow final : public PanelWindow {
   }
   void stopWatching(QWindow&) override { lost_ = nullptr; }
   bool isTranslucencyAvailable() const override { return translucent; }
+  bool isPointerPressed() const override { return pointerPressed; }
   void setInputRegion(QWindow&, const QRegion& region) override { inputRegion = region; }
 
   bool isWatched() const { return lost_ != nullptr; }
@@ -32,6 +33,7 @@ class FakePanelWindow final : public PanelWindow {
   }
 
   bool translucent = true;
+  bool pointerPressed = false;
   int preparations = 0;
   QWindow* keyboardOwner = nullptr;
   QRect watchedCard;

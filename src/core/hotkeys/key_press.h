@@ -21,6 +21,10 @@ struct KeyPress {
 
   static constexpr std::uint32_t kUnknownKey = 0xFFFF;
 
+  /// Whether this is that letter's key with Command, by what it says or, on layouts without the letter, by its place.
+  bool isCommand(QChar letter, std::uint32_t code) const {
+    return command && (charactersIgnoringModifiers == letter || keyCode == code);
+  }
   /// Whether `characters` is text to be added to a query: something, and nothing of it a control character.
   bool isText() const {
     if (characters.isEmpty()) return false;
@@ -45,8 +49,11 @@ inline constexpr std::uint32_t kLeft = 123;
 inline constexpr std::uint32_t kRight = 124;
 inline constexpr std::uint32_t kDown = 125;
 inline constexpr std::uint32_t kUp = 126;
+inline constexpr std::uint32_t kS = 1;
+inline constexpr std::uint32_t kC = 8;
 inline constexpr std::uint32_t kE = 14;
 inline constexpr std::uint32_t kO = 31;
 inline constexpr std::uint32_t kP = 35;
 inline constexpr std::uint32_t kV = 9;
+inline constexpr std::uint32_t kN = 45;
 }  // namespace keycode

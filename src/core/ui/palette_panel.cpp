@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 #include <cmath>
@@ -15,6 +16,15 @@
 #include "core/ui/panel_position.h"
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kReleaseInterval = 30ms;
+constexpr auto kDropDelay = 150ms;
+
+}  // namespace
 
 QScreen* activeScreen() {
   const QPoint pointer = QCursor::pos();
@@ -94,6 +104,7 @@ void PalettePanel::dismiss() {
     native_.releaseKeyboard(*window);
   }
   watching_ = false;
+  release_.cancel();
   grip_.reset();
   // An unfinished composition belongs to no later query.
   if (auto* field = findChild<SearchField*>()) field->setPreedit({});
@@ -166,9 +177,28 @@ void PalettePanel::watchForLoss() {
   watching_ = true;
   native_.watchKeyboardLoss(*windowHandle(), card_->cardRect(), [this] {
     watching_ = false;
-    if (staysUp_) native_.releaseKeyboard(*windowHandle());
-    Q_EMIT resignedKey();
+    loseKeyboard();
   });
 }
 
-bool PalettePanel::focusNextPrevChild(bool) { return false; }
+void PalettePanel::loseKeyboard() {
+  if (takesDrags_ && native_.isPointerPressed()) return awaitRelease();
+  if (staysUp_) native_.releaseKeyboard(*windowHandle());
+  Q_EMIT resignedKey();
+}
+
+/// A drop comes a moment after the button was let go, and takes the keyboard by then.
+void PalettePanel::awaitRelease() {
+  release_ = Job::start();
+  auto* timer = new QTimer(release_.scope());
+  connect(timer, &QTimer::timeout, this, [this] {
+    if (native_.isPointerPressed()) return;
+    release_ = Job::start();
+    QTimer::singleShot(kDropDelay, release_.scope(), release_.bind([this] {
+      if (isVisible() && !watching_) Q_EMIT resignedKey();
+    }));
+  });
+  timer->start(kReleaseInterval);
+}
+
+bool PalettePanel::focusNextPrevChild(bool next) { return tabMovesFocus_ && QWidget::focusNextPrevChild(next); }

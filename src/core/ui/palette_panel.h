@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 
+#include "base/job.h"
 #include "core/hotkeys/key_press.h"
 #include "platform/panel_window.h"
 
@@ -39,6 +40,12 @@ class PalettePanel : public QWidget {
   /// Whether the panel is one that stays where it is when the user turns elsewhere: a click elsewhere then gives the
   /// keyboard back, and a click on the panel takes it again. Its controller does not hide it.
   void setStaysUp(bool staysUp) { staysUp_ = staysUp; }
+
+  /// Whether Tab goes from control to control; without, it is a key like any other.
+  void setTabMovesFocus(bool tabMovesFocus) { tabMovesFocus_ = tabMovesFocus; }
+  /// Whether something may be dragged here out of other windows: a press there is then a click elsewhere only once the
+  /// button has been let go, and a drop on the panel takes the keyboard again.
+  void setTakesDrags(bool takesDrags) { takesDrags_ = takesDrags; }
 
   /// Centres the panel on the active screen's vertical centre line, its own centre at 62 % of the available height
   /// measured from the bottom. Does nothing when there is no screen.
@@ -75,6 +82,8 @@ class PalettePanel : public QWidget {
   bool offer(const KeyPress& press);
   void cutToCard();
   void watchForLoss();
+  void loseKeyboard();
+  void awaitRelease();
 
   PanelWindow& native_;
   /// Asked anew at each show: a compositor may start after we did.
@@ -84,6 +93,9 @@ class PalettePanel : public QWidget {
   bool movable_ = false;
   bool staysUp_ = false;
   bool watching_ = false;
+  bool tabMovesFocus_ = false;
+  bool takesDrags_ = false;
+  Job release_;
   struct Grip {
     /// Where the card was taken hold of, in panel coordinates.
     QPoint point;

@@ -93,6 +93,13 @@ bool X11PanelWindow::isTranslucencyAvailable() const {
   return selectionOwner(session_, compositorSelection_) != XCB_WINDOW_NONE;
 }
 
+bool X11PanelWindow::isPointerPressed() const {
+  constexpr std::uint16_t kButtons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+  const auto cookie = xcb_query_pointer(session_.connection, session_.root);
+  const XcbReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(session_.connection, cookie, nullptr));
+  return reply && (reply->mask & kButtons) != 0;
+}
+
 bool X11PanelWindow::isScrollingInverted(ScrollSource source) const {
   return isNaturalScrollingEnabled(session_, source);
 }

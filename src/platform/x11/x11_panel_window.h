@@ -32,6 +32,7 @@ class X11PanelWindow final : public PanelWindow, public QAbstractNativeEventFilt
   void watchKeyboardLoss(QWindow& window, const QRect& card, std::function<void()> lost) override;
   void stopWatching(QWindow& window) override;
   bool isTranslucencyAvailable() const override;
+  bool isPointerPressed() const override;
   bool isScrollingInverted(ScrollSource source) const override;
   void setInputRegion(QWindow& window, const QRegion& region) override;
 

@@ -43,7 +43,7 @@ class AskModel : public QObject {
   /// What is typed becomes the question to be answered, and the field empty.
   virtual void begin();
   void grow(const QString& answerSoFar);
-  void finish(const QString& answer);
+  virtual void finish(const QString& answer);
   /// The question goes back into the field, unless something else has been typed there.
   virtual void fail(const QString& message);
   /// Nobody waits for the answer any more; the question goes back as well.

@@ -13,6 +13,13 @@ from .stage import PROJECTS
 # What to call the picture, and the title of the window that is in it. A panel has the keyboard as a whole: no Tab.
 View = namedtuple("View", "name title has_tab", defaults=[True])
 
+ANSWER = """Use `sort` with a **projection**:
+
+```cpp
+std::ranges::sort(tools, {}, &Tool::name);
+```
+
+- see [the reference](https://example.com/sort)"""
 WELCOME = "Welcome"
 STEPS = {
     "welcome": "Welcome to Vantle",
@@ -184,6 +191,32 @@ def generate_image(stage):
     provider.close()
 
 
+def ask_ai(stage):
+    """Ask AI before, during and after a question, and Screen ask about a region."""
+    title = "Ask AI"
+    provider = Provider(ANSWER, pause=0.05)
+    stage.application.write_json("ai-provider.json", provider.settings)
+    stage.summon("quick-question")
+    stage.wait_for(title, "Short answers, right here.")
+    yield View("ask-empty", title)
+    clipboard.copy(png(), "image/png")
+    stage.desktop.press("Ctrl+v")
+    stage.wait_for(title, "Remove attached image 1")
+    yield View("ask-attached", title)
+    stage.desktop.type("How do I sort by name?")
+    stage.desktop.press("Return")
+    stage.wait_for(title, "Copy code block 1")
+    until("it is whole", lambda: stage.control(title, "Copy Answer"), 20)
+    yield View("ask-answered", title)
+    provider.raw = lambda handler, request: handler.reply(500, {"error": {"message": "tired"}})
+    stage.desktop.type("And in a stable way?")
+    stage.desktop.press("Return")
+    stage.wait_for(title, "Request failed")
+    yield View("ask-failed", title)
+    stage.close_window(title)
+    provider.close()
+
+
 def open_with(stage):
     """The commands that open a project, with the missing ones greyed."""
     title = PANELS["open-project"]
@@ -259,5 +292,5 @@ def image_to_prompt(stage):
 
 ALL = [
     first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, generate_image, reports,
-    image_to_prompt, open_with, text_transform,
+    image_to_prompt, ask_ai, open_with, text_transform,
 ]  # fmt: skip

@@ -1,4 +1,4 @@
-"""The grid, placeholders, the offline toast and the second screen."""
+"""The grid, what it starts, the offline toast and the second screen."""
 
 import time
 
@@ -35,16 +35,19 @@ def toggles_the_launcher(world):
     world.quiet()
 
 
-def says_what_is_not_built(world):
-    """Arrows and Return start Ask AI, which says plainly that it is not built yet"""
+def starts_a_tool(world):
+    """Arrows and Return start Ask AI, and Escape in its panel leads back to the launcher"""
     open_launcher(world)
     for key in ("Right", "Right", "Left", "Left", "Down"):
         world.desktop.press(key)
     world.desktop.press("Return")
-    world.see("Ask AI")
-    until("a toast is shown", world.toast)
-    world.picture("toast")
+    until("its panel is shown", lambda: world.titled("Ask AI"))
+    world.see("Press ↩ to ask")
+    world.picture("started")
     until("the use is recorded", lambda: uses(world, "quick-question") == 1)
+    world.desktop.press("Escape")
+    until("the launcher is back", lambda: world.titled("Vantle Launcher"))
+    world.desktop.press("Escape")
     world.quiet()
 
 
@@ -123,7 +126,7 @@ def uses_after_summon(world):
 STEPS = [
     toggles_the_launcher,
     starts_a_tool_from_the_launcher,
-    says_what_is_not_built,
+    starts_a_tool,
     refuses_network_tools_offline,
     follows_the_pointer,
 ]

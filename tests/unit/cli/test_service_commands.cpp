@@ -1,3 +1,4 @@
+#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
@@ -180,6 +181,47 @@ class TestServiceCommands : public QObject {
     QCOMPARE(server.requests.back().headers["authorization"], "Bearer secret");
     const auto json = QJsonDocument::fromJson(world.run({u"quota"_s, u"--json"_s}).out.toUtf8());
     QCOMPARE(json["usage"_L1]["text"_L1]["used"_L1].toInt(), 3);
+  }
+
+  void askPrintsTheAnswer() {
+    World world;
+    StrictServer server;
+    server.answer = [](const auto&) {
+      return StrictServer::Answer{StrictServer::response(
+          200, "event: delta\ndata: {\"text\":\"Tw\"}\n\nevent: done\ndata: {\"answer\":\"Two.\"}\n\n",
+          "Content-Type: text/event-stream\r\n")};
+    };
+    world.useServer(server);
+    const Run plain = world.run({u"ask"_s, u"What is 1+1?"_s});
+    QCOMPARE(plain.out, u"Two.\n"_s);
+    QCOMPARE(plain.code, exit_code::kSuccess);
+    QVERIFY(server.requests.back().line.startsWith("POST /v1/answers"));
+
+    const QString image = world.directory.filePath(u"a.bmp"_s);
+    QVERIFY(QImage(4, 3, QImage::Format_RGB32).save(image));
+    const QString history = world.directory.filePath(u"history.json"_s);
+    QVERIFY(writeFile(history, "[{\"question\":\"q\",\"answer\":\"a\"}]"));
+    QCOMPARE(world.run({u"ask"_s, u"And?"_s, u"--image"_s, image, u"--image"_s, image, u"--history"_s, history}).out,
+             u"Two.\n"_s);
+    QVERIFY(server.requests.back().line.startsWith("POST /v1/image-answers"));
+    const auto parts =
+        StrictForm::parse(server.requests.back().headers["content-type"], server.requests.back().body).value();
+    QCOMPARE(parts.size(), 4U);
+    QCOMPARE(parts[0].content, "[{\"answer\":\"a\",\"question\":\"q\"}]");
+    QVERIFY(parts[2].content.startsWith("\x89PNG") && parts[3].filename == "attachment-2.png");
+
+    const std::size_t before = server.requests.size();
+    QVERIFY(writeFile(history, "{}"));
+    QVERIFY(world.run({u"ask"_s, u"And?"_s, u"--history"_s, history})
+                .err.endsWith(u"this is not a JSON array of questions and answers\n"_s));
+    QVERIFY(world.run({u"ask"_s, u"And?"_s, u"--image"_s, history}).err.contains(u"history.json cannot be attached"_s));
+    QCOMPARE(world.run({u"ask"_s, u" "_s}).code, exit_code::kUsage);
+    QCOMPARE(world.run({u"ask"_s}).code, exit_code::kUsage);
+    QCOMPARE(server.requests.size(), before);
+    server.answer = [](const auto&) { return StrictServer::Answer{StrictServer::response(500, "oops")}; };
+    const Run failed = world.run({u"ask"_s, u"What?"_s});
+    QCOMPARE(failed.err, u"vantle: Request failed (HTTP 500) oops\n"_s);
+    QCOMPARE(failed.code, exit_code::kFailure);
   }
 
   void configSetsSettings() {

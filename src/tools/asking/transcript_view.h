@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QScrollArea>
+#include <QTimer>
+#include <QUrl>
+
+#include "tools/asking/ask_model.h"
+
+class AnswerTextView;
+class ExchangeView;
+class QLabel;
+class QVBoxLayout;
+class TonedLabel;
+
+/// The questions and answers of a conversation, oldest first, the newest in sight; an answer that is still arriving
+/// grows at its end, and what went wrong stands below it.
+class TranscriptView : public QScrollArea {
+  Q_OBJECT
+
+ public:
+  /// `emptyText`: what stands here before the first question.
+  TranscriptView(AskModel& model, const QString& emptyText, QWidget* parent = nullptr);
+
+  /// What the user has marked anywhere in it; empty: nothing.
+  QString selectedText() const;
+  /// By this share of what is in sight.
+  void scroll(double pages);
+
+ Q_SIGNALS:
+  void copyWanted(const QString& text);
+  void linkChosen(const QUrl& url);
+
+ private:
+  void follow();
+  void followExchanges();
+  void followOpen();
+  void grow();
+  void showPartial();
+  void clearOtherSelections(const AnswerTextView* chosen);
+  ExchangeView* add(const QString& question);
+  void keepEndInSight();
+
+  AskModel& model_;
+  QVBoxLayout* column_;
+  std::vector<ExchangeView*> exchanges_;
+  /// Of the question that is being answered, or whose answer broke off.
+  ExchangeView* open_ = nullptr;
+  TonedLabel* error_;
+  QLabel* empty_;
+  /// Until what has arrived is drawn.
+  QTimer growth_;
+  bool isBroken_ = false;
+  bool isAtEnd_ = true;
+};

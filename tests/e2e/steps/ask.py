@@ -1,0 +1,201 @@
+"""Ask AI and Screen ask: questions in a panel, about words, images and parts of the screen, answered as one looks on."""
+
+import struct
+import subprocess
+import time
+from contextlib import contextmanager
+
+from driver import clipboard
+from driver.provider import Provider
+from driver.waiting import expect, stays, until
+
+ASK = "Ctrl+Alt+k"
+SCREEN_ASK = "Ctrl+Alt+i"
+CODE = "std::ranges::sort(tools, {}, &Tool::name);"
+ANSWER = f"""Use `std::ranges::sort` with a **projection**:
+
+```cpp
+{CODE}
+```
+
+- it compares the names alone
+- equal ones lose their order: `stable_sort` keeps it"""
+
+
+@contextmanager
+def asking(world, answer, pause=0.02, appearance="light"):
+    """A program whose AI provider says `answer`, a word every `pause` seconds."""
+
+    def make():
+        return Provider(answer, pause)
+
+    provider = world.network.inside(make) if world.network else make()
+    try:
+        with world.another_application() as application:
+            application.write_settings()
+            application.write_json("app-settings.json", {"appearance": appearance})
+            application.write_json("ai-provider.json", provider.settings)
+            application.start()
+            application.wait_until_live()
+            yield provider
+            logged = application.log()
+            expect(f"no question is in the log: {logged[-300:]}", "sort" not in logged)
+    finally:
+        provider.close()
+
+
+def answers_a_question(world):
+    """Ctrl+Alt+K, a question and Return: the answer grows in the panel, its code is copied, and a follow-up knows it"""
+    with asking(world, ANSWER, pause=0.08) as provider:
+        open_panel(world)
+        world.desktop.type("How do I sort by name?")
+        world.see("Press ↩ to ask")
+        world.desktop.press("Return")
+        world.see("with a projection")
+        world.picture("growing")
+        expect("it has not come to its end yet", not world.shows("keeps it"))
+        world.see("keeps it", 10)
+        world.expect_terminal_active("while the panel answers")
+        world.picture("answered")
+        world.click_on("Copy code block 1")
+        until("the code is on the clipboard", lambda: clipboard.text() == CODE)
+        world.desktop.press("Ctrl+c")
+        until("Ctrl+C copies the whole answer", lambda: clipboard.text() == ANSWER)
+        provider.answer = "Yes, with `stable_sort`."
+        world.desktop.type("And in a stable way?")
+        world.desktop.press("Return")
+        world.see("Yes, with stable_sort")
+        texts = "\n".join(provider.requests[-1].texts)
+        expect(f"the provider was told what was said before: {texts}", "How do I sort by name?" in texts and CODE in texts)
+        close(world, "Ask AI")
+        open_panel(world)
+        world.see("Yes, with stable_sort")
+        world.desktop.press("Ctrl+n")
+        world.see("Short answers, right here.")
+        close(world, "Ask AI")
+
+
+def attaches_a_snip(world):
+    """Ctrl+S in Ask AI: a dragged region goes along with the question, in the dark"""
+    with asking(world, "It is a terminal.", appearance="dark") as provider:
+        open_panel(world)
+        world.desktop.press("Ctrl+s")
+        drag_region(world)
+        world.see("Remove attached image 1")
+        world.see("Press ↩ to ask about your image")
+        world.desktop.type("What do you see?")
+        world.picture("attached")
+        world.desktop.press("Return")
+        world.see("It is a terminal.")
+        world.picture("answered")
+        size = struct.unpack(">II", provider.requests[-1].images[0][16:24])
+        expect(f"the provider got the picture: {size}", size == (320, 210))
+        close(world, "Ask AI")
+
+
+def breaks_an_answer_off(world):
+    """Escape while an answer arrives: the panel is gone at once, nothing comes later, and the question waits in the field"""
+    with asking(world, " ".join(f"word{number}" for number in range(200)), pause=0.1) as provider:
+        open_panel(world)
+        world.desktop.type("Count for me")
+        world.desktop.press("Return")
+        world.see("word3")
+        started = time.monotonic()
+        world.desktop.press("Escape")
+        until("the panel is gone", lambda: not world.titled("Ask AI"), 1, 0.005)
+        took = time.monotonic() - started
+        expect(f"within a tenth of a second: {took:.3f} s", took < 0.1)
+        until("the provider notices", lambda: provider.cut == 1, 5)
+        open_panel(world)
+        world.see("Count for me")
+        stays("nothing arrives any more", lambda: not world.shows("word"), 0.5)
+        world.picture("back")
+        close(world, "Ask AI")
+
+
+def says_what_went_wrong(world):
+    """A provider that refuses: its reason stands in the panel, and the question is back in the field"""
+    with asking(world, "") as provider:
+        provider.raw = lambda handler, request: handler.reply(500, {"error": {"message": "tired"}})
+        open_panel(world)
+        world.desktop.type("Are you there?")
+        world.desktop.press("Return")
+        world.see("Request failed (HTTP ")
+        world.see("Are you there?")
+        world.picture("refused")
+        close(world, "Ask AI")
+
+
+def asks_about_a_region(world):
+    """Ctrl+Alt+I and a dragged region: questions about it are answered beside it, until the shortcut closes the panel"""
+    with asking(world, "A terminal with a prompt.") as provider:
+        world.quiet()
+        world.desktop.press(SCREEN_ASK)
+        drag_region(world)
+        until("the panel is shown", lambda: world.titled("Image Ask"))
+        world.see("Captured area, 320 × 210")
+        world.desktop.type("What is this?", pause=0.01)
+        world.desktop.press("Return")
+        world.see("A terminal with a prompt.")
+        world.see("Ask a follow-up…")
+        world.picture("answered")
+        world.desktop.type("And its colour?", pause=0.01)
+        world.desktop.press("Return")
+        until("it is asked", lambda: len(provider.requests) == 2)
+        sizes = [struct.unpack(">II", image[16:24]) for image in provider.requests[-1].images]
+        expect(f"with the same picture: {sizes}", sizes == [(320, 210)])
+        said = "\n".join(provider.requests[-1].texts)
+        expect(f"and what was said: {said}", "What is this?" in said)
+        world.desktop.press(SCREEN_ASK)
+        until("the shortcut closes the panel", lambda: not world.titled("Image Ask"))
+        world.desktop.press(SCREEN_ASK)
+        until("and begins anew", lambda: covers(world))
+        world.desktop.press("Escape")
+        until("Escape leaves it", lambda: not covers(world))
+        expect("without a panel", not world.titled("Image Ask"))
+
+
+def answers_on_the_command_line(world):
+    """vantle ask prints the answer of the running application's service"""
+    with asking(world, ANSWER) as provider:
+        words = [world.application.binary, "ask", "How do I sort by name?"]
+        answer = run_inside(world, words)
+        expect(f"the answer is printed: {answer}", answer.stdout == ANSWER + "\n" and answer.returncode == 0)
+        expect("it was asked once", len(provider.requests) == 1)
+
+
+def run_inside(world, words):
+    command = world.network.command(words) if world.network else words
+    return subprocess.run(command, env=world.application.environment, capture_output=True, text=True, timeout=30)
+
+
+def open_panel(world):
+    world.quiet()
+    world.desktop.press(ASK)
+    until("the panel is shown", lambda: world.titled("Ask AI"))
+
+
+def close(world, title):
+    world.desktop.press("Escape")
+    until(f"{title} is closed", lambda: not world.titled(title))
+
+
+def drag_region(world):
+    until("the overlay covers the screen", lambda: covers(world))
+    world.desktop.drag((300, 200), (620, 410))
+    until("the overlay is gone", lambda: not covers(world))
+
+
+def covers(world):
+    """Our window over the whole left screen."""
+    return any((window.width, window.height) == (1920, 1080) for window in world.windows())
+
+
+STEPS = [
+    answers_a_question,
+    attaches_a_snip,
+    breaks_an_answer_off,
+    says_what_went_wrong,
+    asks_about_a_region,
+    answers_on_the_command_line,
+]

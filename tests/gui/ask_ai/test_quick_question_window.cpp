@@ -1,0 +1,267 @@
+#include <QApplication>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+
+#include "core/ui/check_control.h"
+#include "support/fake_panel_window.h"
+#include "support/pictures.h"
+#include "support/quick_question_world.h"
+#include "tools/ask_ai/quick_question_panel.h"
+#include "tools/ask_ai/quick_question_settings_view.h"
+#include "tools/ask_ai/quick_question_view.h"
+#include "tools/asking/answer_text_view.h"
+#include "tools/asking/question_field.h"
+#include "tools/asking/transcript_view.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kAnswer =
+    u"Use `std::ranges::sort` with a **projection**:\n\n"
+    "```cpp\nstruct Tool { QString name; int uses; };\n\nstd::ranges::sort(tools, {}, &Tool::name);\n```\n\n"
+    "- it compares the names alone\n- the order of equal ones is *not* kept: use `stable_sort` for that\n\n"
+    "See [the reference](https://example.com/sort) for more."_s;
+
+struct Window {
+  QuickQuestionView& view() { return *panel.panel().findChild<QuickQuestionView*>(); }
+  QuestionField& field() { return *view().findChild<QuestionField*>(); }
+  TranscriptView& transcript() { return *view().findChild<TranscriptView*>(); }
+  QList<AnswerTextView*> texts(const QString& name) {
+    QList<AnswerTextView*> found;
+    for (auto* text : view().findChildren<AnswerTextView*>())
+      if (text->accessibleName() == name && text->isVisible()) found.append(text);
+    return found;
+  }
+  QAbstractButton* button(const QString& name) {
+    for (auto* button : view().findChildren<QAbstractButton*>())
+      if (button->isVisible() && (button->accessibleName() == name || button->text() == name)) return button;
+    return nullptr;
+  }
+  void type(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(panel.panel().windowHandle(), key, modifiers);
+  }
+  void show() {
+    world.controller.show();
+    QApplication::setActiveWindow(&panel.panel());
+  }
+  bool says(const QString& text) {
+    for (const auto* label : view().findChildren<QLabel*>())
+      if (label->isVisible() && label->text() == text) return true;
+    return false;
+  }
+
+  QList<QUrl> opened;
+  FakePanelWindow native;
+  QuickQuestionWorld world{[this] { return std::make_unique<Borrowed>(panel); }};
+  QuickQuestionPanel panel{native, world.controller, [this](const QUrl& url) { opened.append(url); }};
+
+ private:
+  /// The controller owns its panel; this one is the test's.
+  struct Borrowed final : PalettePresenter {
+    explicit Borrowed(QuickQuestionPanel& target) : panel(target) {}
+    void present() override { panel.present(); }
+    void warmUp() override { panel.warmUp(); }
+    void dismiss() override { panel.dismiss(); }
+    QuickQuestionPanel& panel;
+  };
+};
+
+}  // namespace
+
+class TestQuickQuestionWindow : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void initTestCase() { wearTheme(); }
+
+  void aQuestionIsTypedAskedAndAnswered() {
+    Window window;
+    window.show();
+    QCOMPARE(window.panel.panel().size(), QSize(676, 496));
+    QCOMPARE(window.field().accessibleName(), u"Ask AI anything…"_s);
+    QVERIFY(window.field().hasFocus() && window.says(u"Press ↩ to ask"_s));
+    shoot(window.panel.panel(), u"ask-empty"_s);
+    QTest::keyClicks(&window.field(), u"How do I sort"_s);
+    const int oneLine = window.field().height();
+    window.type(Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClicks(&window.field(), u"by name?"_s);
+    QVERIFY(window.field().height() > oneLine);
+    QCOMPARE(window.world.model().question(), u"How do I sort\nby name?"_s);
+    window.type(Qt::Key_Return);
+    QVERIFY(window.world.isWaiting());
+    QCOMPARE(window.field().toPlainText(), QString());
+    QVERIFY(window.says(u"Thinking…"_s));
+    shoot(window.panel.panel(), u"ask-pending"_s);
+
+    window.world.http.deliver(AskWorld::delta(kAnswer.left(150)));
+    QTRY_COMPARE(window.texts(u"Answer"_s).size(), 1);
+    QVERIFY(!window.says(u"Thinking…"_s));
+    shoot(window.panel.panel(), u"ask-streaming"_s);
+    window.world.stream(AskWorld::delta(kAnswer.mid(150)) + AskWorld::done(kAnswer));
+    QCOMPARE(window.texts(u"Question"_s).size(), 1);
+    QCOMPARE(window.texts(u"Answer"_s)[0]->toPlainText().left(20), u"Use std::ranges::sort"_s.left(20));
+    shoot(window.panel.panel(), u"ask-answered"_s);
+    window.type(Qt::Key_Up);
+    QCOMPARE(window.field().toPlainText(), u"How do I sort\nby name?"_s);
+  }
+
+  void codeIsCopiedByItsButton() {
+    Window window;
+    window.show();
+    QVERIFY(window.world.converse(u"How?"_s, kAnswer + u"\n\n```\nsecond\n```"_s));
+    auto* copy = window.button(u"Copy code block 1"_s);
+    QVERIFY(copy && window.button(u"Copy code block 2"_s) && !window.button(u"Copy code block 3"_s));
+    copy->click();
+    QCOMPARE(window.world.pasteboard.texts.back(),
+             u"struct Tool { QString name; int uses; };\n\nstd::ranges::sort(tools, {}, &Tool::name);"_s);
+    QVERIFY(window.says(u"✓ Copied"_s));
+    // What is marked goes before the latest answer.
+    window.texts(u"Question"_s)[0]->selectAll();
+    window.type(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(window.world.pasteboard.texts.back(), u"How?"_s);
+    window.texts(u"Answer"_s)[0]->moveCursor(QTextCursor::Start);
+    window.texts(u"Answer"_s)[0]->moveCursor(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+    window.type(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(window.world.pasteboard.texts.back(), u"Use"_s);
+    window.texts(u"Answer"_s)[0]->moveCursor(QTextCursor::Start);
+    window.type(Qt::Key_C, Qt::ControlModifier);
+    QVERIFY(window.world.pasteboard.texts.back().startsWith(u"Use `std"));
+  }
+
+  void anAnswerLoadsNothingAndRunsNothing() {
+    AnswerTextView view(u"Answer"_s);
+    view.resize(400, 100);
+    QSignalSpy links(&view, &AnswerTextView::linkChosen);
+    view.showMarkdown(
+        u"<b>bold</b> ![a chart](file:///etc/passwd) <img src='http://127.0.0.1:1/x.png'> [a](javascript:alert) "
+        "[b](https://example.com)"_s);
+    QCOMPARE(view.toPlainText(), u"<b>bold</b> [a chart] <img src='http://127.0.0.1:1/x.png'> a b"_s);
+    QVERIFY(!view.document()->resource(QTextDocument::ImageResource, QUrl(u"file:///etc/passwd"_s)).isValid());
+    for (const char* address : {"javascript:alert", "file:///etc/passwd", "https://example.com"})
+      Q_EMIT view.anchorClicked(QUrl(QString::fromLatin1(address)));
+    QCOMPARE(links.size(), 1);
+    // However odd, it is shown, and soon.
+    QElapsedTimer time;
+    time.start();
+    for (const QString& odd : {QString(50'000, u'>'), u"- "_s.repeated(3000), QString(50'000, u'['), u"```"_s,
+                               QString(2'000'000, u'x'), QString(QChar(0xD800)) + u"\n\0"_s})
+      view.showMarkdown(odd);
+    QVERIFY2(time.elapsed() < 5000, qPrintable(QString::number(time.elapsed())));
+  }
+
+  void theTranscriptFollowsItsEndUnlessTheUserReadsAbove() {
+    Window window;
+    window.show();
+    for (int i = 0; i < 3; ++i) QVERIFY(window.world.converse(u"Question %1"_s.arg(i), kAnswer));
+    QScrollBar& bar = *window.transcript().verticalScrollBar();
+    QTRY_VERIFY(bar.maximum() > 0 && bar.value() == bar.maximum());
+    window.type(Qt::Key_PageUp);
+    QVERIFY(bar.value() < bar.maximum());
+    const int read = bar.value();
+    window.world.ask(u"And now?"_s);
+    QVERIFY(window.world.isWaiting());
+    QTRY_COMPARE(bar.value(), bar.maximum());
+    bar.setValue(read);
+    window.world.http.deliver(AskWorld::delta(kAnswer));
+    QTRY_COMPARE(window.texts(u"Answer"_s).size(), 4);
+    QCOMPARE(bar.value(), read);
+    window.world.http.answer(500, "oops");
+    QVERIFY(window.says(u"Request failed (HTTP 500) oops"_s));
+    shoot(window.panel.panel(), u"ask-error"_s);
+    QCOMPARE(window.field().toPlainText(), u"And now?"_s);
+    window.type(Qt::Key_N, Qt::ControlModifier);
+    QVERIFY(window.texts(u"Answer"_s).isEmpty() && window.says(u"Short answers, right here."_s));
+  }
+
+  void imagesComeByDropAndGoByKeyOrClick() {
+    Window window;
+    window.show();
+    QMimeData data;
+    data.setImageData(QImage::fromData(QuickQuestionWorld::png(400, 200)));
+    QDragEnterEvent enter({200, 200}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&window.view(), &enter);
+    QVERIFY(enter.isAccepted());
+    // The press that began the drag was elsewhere.
+    window.native.pointerPressed = true;
+    window.native.loseKeyboard();
+    QVERIFY(window.panel.panel().isVisible());
+    QDropEvent drop({200, 200}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&window.view(), &drop);
+    window.native.pointerPressed = false;
+    QTRY_VERIFY(window.button(u"Remove attached image 1"_s));
+    QVERIFY(window.says(u"Press ↩ to ask about your image"_s));
+    QVERIFY(window.world.attach(6));
+    QVERIFY(!window.button(u"Attach image files"_s)->isEnabled());
+    shoot(window.panel.panel(), u"ask-attached"_s);
+    QTRY_VERIFY(window.button(u"Remove attached image 6"_s));
+    auto* second = window.button(u"Remove attached image 2"_s);
+    second->setFocus();
+    window.type(Qt::Key_Delete);
+    QCOMPARE(window.world.model().attachments().size(), 5U);
+    QTRY_VERIFY(window.button(u"Remove attached image 1"_s) && window.button(u"Remove attached image 5"_s));
+    window.button(u"Remove attached image 1"_s)->click();
+    QCOMPARE(window.world.model().attachments().size(), 4U);
+    QVERIFY(window.panel.panel().isVisible());
+    QMimeData text;
+    text.setText(u"words"_s);
+    QDragEnterEvent other({200, 200}, Qt::CopyAction, &text, Qt::LeftButton, {});
+    other.ignore();
+    QApplication::sendEvent(&window.view(), &other);
+    QVERIFY(!other.isAccepted());
+  }
+
+  void aClickElsewhereHidesItOnceTheButtonIsUp() {
+    Window window;
+    window.show();
+    window.native.pointerPressed = true;
+    window.native.loseKeyboard();
+    QTest::qWait(100);
+    QVERIFY(window.world.controller.isShown());
+    window.native.pointerPressed = false;
+    QTRY_VERIFY(!window.world.controller.isShown());
+  }
+
+  void theKeyboardReachesEverything() {
+    Window window;
+    window.show();
+    QVERIFY(window.world.converse(u"How?"_s, kAnswer));
+    QVERIFY(window.world.attach(1));
+    QSet<QString> names;
+    for (int i = 0; i < 20; ++i) {
+      window.type(Qt::Key_Tab);
+      const QWidget* focus = window.panel.panel().focusWidget();
+      const auto* button = qobject_cast<const QAbstractButton*>(focus);
+      names.insert(button && focus->accessibleName().isEmpty() ? button->text() : focus->accessibleName());
+    }
+    for (const QString& name : {u"Ask AI anything…"_s, u"Copy code block 1"_s, u"Remove attached image 1"_s, u"New"_s,
+                                u"Attach image files"_s, u"Attach a region of the screen"_s, u"Copy Answer"_s})
+      QVERIFY2(names.contains(name), qPrintable(name));
+  }
+
+  void thePageTestsTheConnection() {
+    Window window;
+    QuickQuestionSettingsView page(window.world.client, window.world.system);
+    page.resize(520, 420);
+    page.show();
+    auto* check = page.findChild<CheckControl*>();
+    check->click();
+    QVERIFY(window.world.isWaiting());
+    QCOMPARE(QJsonDocument::fromJson(window.world.request().body).object(),
+             (QJsonObject{{u"question"_s, u"Reply with the single word: pong"_s}}));
+    window.world.http.answer(200, "pong");
+    QTRY_VERIFY(!check->isTesting());
+    const auto labels = page.findChildren<QLabel*>();
+    QVERIFY(std::ranges::any_of(labels, [](const QLabel* label) { return label->text() == u"✓ pong"; }));
+    shoot(page, u"ask-settings"_s);
+  }
+};
+
+QTEST_MAIN(TestQuickQuestionWindow)
+#include "test_quick_question_window.moc"
