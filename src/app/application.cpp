@@ -14,8 +14,6 @@
 #include "app/menu/menu_window.h"
 #include "app/onboarding/onboarding_window.h"
 #include "app/permissions/permissions_window.h"
-#include "app/placeholder_tool.h"
-#include "app/settings/placeholder_view.h"
 #include "app/settings/settings_window.h"
 #include "app/shortcuts/shortcuts_window.h"
 #include "app/tools/ask_ai_kit.h"
@@ -250,10 +248,8 @@ std::vector<std::unique_ptr<Tool>> Application::makeTools() {
       tools.push_back(std::make_unique<FrequentCLIsTool>(parts.cliPalette, frequentCLIsSettings()));
     else if (info.id == kSuggestID)
       tools.push_back(parts.feedback.makeSuggestTool());
-    else if (std::ranges::find(kPlaceholderToolIDs, info.id) != kPlaceholderToolIDs.end())
-      tools.push_back(std::make_unique<PlaceholderTool>(info, parts.toasts, parts.preferences, makePlaceholderView));
     else
-      qFatal("The tool %s is neither built nor a placeholder", info.id.data());
+      qFatal("The tool %s is in the table and nowhere else", info.id.data());
   }
   return tools;
 }

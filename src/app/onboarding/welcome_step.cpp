@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "app/onboarding/onboarding_steps.h"
-#include "app/placeholder_tool.h"
 #include "app/settings/icon_row.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/ui/key_caps.h"
@@ -35,10 +34,6 @@ constexpr std::array kTools = {
     ToolSentence{QLatin1StringView("uplink"), u"Turns the image you copied into a link for any chat."},
 };
 
-bool isBuilt(const QString& toolID) {
-  return std::ranges::find(kPlaceholderToolIDs, toolID) == kPlaceholderToolIDs.end();
-}
-
 Introduction introduction(AppAction action, const QString& symbol, const QString& detail) {
   const auto shortcut = std::ranges::find(kAppShortcuts, action, &AppShortcut::action);
   return {symbol, shortcut->name, detail, shortcut->hotkey};
@@ -50,7 +45,7 @@ std::vector<Introduction> introductions(const AppContext& context) {
   all.push_back(introduction(AppAction::toggleLauncher, u"square.grid.3x3"_s, u"All tools in one grid, a key away."_s));
   for (const auto& [toolID, text] : kTools) {
     const Tool* tool = context.registry.tool(toolID);
-    if (tool && isBuilt(toolID) && all.size() < kIntroduced)
+    if (tool && all.size() < kIntroduced)
       all.push_back({tool->icon(), tool->name(), QString::fromUtf16(text), context.registry.shortcut(*tool)});
   }
   if (all.size() < kIntroduced)

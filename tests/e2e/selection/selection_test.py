@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Reads and replaces the selection of real programs: the right text, and every byte of the earlier clipboard back.
 
---rounds replacements in the GTK editor, 100 by default, and before each --readings of them, ten by default.
+--rounds replacements in the GTK editor, 40 by default, and before each --readings of them, ten by default.
 """
 
 import argparse
@@ -252,7 +252,7 @@ CASES = {
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--probe", required=True)
-    parser.add_argument("--rounds", type=int, default=100)
+    parser.add_argument("--rounds", type=int, default=40)
     parser.add_argument("--readings", type=int, default=10)
     parser.add_argument("--only", default="", help="cases with this in their name")
     parser.add_argument("--wm", default="openbox", help="the window manager")

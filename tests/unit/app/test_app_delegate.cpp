@@ -1,7 +1,6 @@
 #include <QTest>
 
 #include "app/app_delegate.h"
-#include "app/placeholder_tool.h"
 #include "support/files.h"
 #include "support/world.h"
 #include "tools/frequent_clis/command_store.h"
@@ -57,15 +56,6 @@ class TestAppDelegate : public QObject {
     settings.onboardingCompleted = true;
     QCOMPARE(AppDelegate::firstRun(settings, true), FirstRun::nothing);
     QCOMPARE(AppDelegate::firstRun(settings, false), FirstRun::permissions);
-  }
-
-  void placeholdersSaySoPlainly() {
-    World world;
-    PlaceholderTool tool(toolInfo("vibe-history"_L1), world.toasts, world.preferences, {});
-    tool.activate();
-    const auto& [toast, duration] = world.toasts.shown.at(0);
-    QCOMPARE(toast.title, u"Vibe History is not built yet"_s);
-    QCOMPARE(duration, 10s);
   }
 };
 
