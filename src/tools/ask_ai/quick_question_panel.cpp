@@ -17,6 +17,8 @@ QuickQuestionPanel::QuickQuestionPanel(PanelWindow& native, QuickQuestionPanelCo
   panel_.setWindowTitle(view_->windowTitle());
   panel_.setContent(view_);
   panel_.setTabMovesFocus(true);
+  // Tab goes round among the controls, none of which is the panel.
+  panel_.setFocusPolicy(Qt::NoFocus);
   panel_.setTakesDrags(true);
   panel_.setKeyHandler([this](const KeyPress& key) { return handleKey(key); });
   connect(&panel_, &PalettePanel::resignedKey, &controller, &QuickQuestionPanelController::lostKeyboard);

@@ -51,6 +51,8 @@ AnswerTextView::AnswerTextView(const QString& name, QWidget* parent) : QTextBrow
   setFrameShape(QFrame::NoFrame);
   setAcceptDrops(false);
   setFont(Theme::rowFont());
+  // The keyboard stays where one types; what is marked by the pointer is copied all the same.
+  setFocusPolicy(Qt::NoFocus);
   setOpenLinks(false);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -34,6 +34,8 @@ class AnswerTextView : public QTextBrowser {
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void changeEvent(QEvent* event) override;
+  /// Past its buttons to whatever comes next, and not round among its links.
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 
  private:
   /// Consecutive blocks of the document.

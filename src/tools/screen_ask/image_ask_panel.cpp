@@ -16,6 +16,8 @@ ImageAskPanel::ImageAskPanel(PanelWindow& native, ImageAskPanelController& contr
   panel_.setWindowTitle(view_->windowTitle());
   panel_.setContent(view_);
   panel_.setTabMovesFocus(true);
+  // Tab goes round among the controls, none of which is the panel.
+  panel_.setFocusPolicy(Qt::NoFocus);
   panel_.setStaysUp(true);
   panel_.setMovable(true);
   panel_.setKeyHandler([this](const KeyPress& key) { return handleKey(key); });

@@ -192,27 +192,30 @@ def generate_image(stage):
 
 
 def ask_ai(stage):
-    """Ask AI before, during and after a question, and Screen ask about a region."""
+    """Ask AI before and after a question, and a failure."""
     title = "Ask AI"
     provider = Provider(ANSWER, pause=0.05)
+    # The provider is read when the program starts.
+    stage.application.stop()
     stage.application.write_json("ai-provider.json", provider.settings)
+    stage.start()
     stage.summon("quick-question")
     stage.wait_for(title, "Short answers, right here.")
-    yield View("ask-empty", title)
+    yield View("ask-empty", title, has_tab=False)
     clipboard.copy(png(), "image/png")
     stage.desktop.press("Ctrl+v")
     stage.wait_for(title, "Remove attached image 1")
-    yield View("ask-attached", title)
+    yield View("ask-attached", title, has_tab=False)
     stage.desktop.type("How do I sort by name?")
     stage.desktop.press("Return")
     stage.wait_for(title, "Copy code block 1")
     until("it is whole", lambda: stage.control(title, "Copy Answer"), 20)
-    yield View("ask-answered", title)
+    yield View("ask-answered", title, has_tab=False)
     provider.raw = lambda handler, request: handler.reply(500, {"error": {"message": "tired"}})
     stage.desktop.type("And in a stable way?")
     stage.desktop.press("Return")
     stage.wait_for(title, "Request failed")
-    yield View("ask-failed", title)
+    yield View("ask-failed", title, has_tab=False)
     stage.close_window(title)
     provider.close()
 
