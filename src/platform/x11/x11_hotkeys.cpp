@@ -129,6 +129,10 @@ bool X11Hotkeys::handlePress(const xcb_key_press_event_t& press) {
   if (isRepetition || found == grabs_.end()) {
     // What reaches the root window came through a grab, perhaps one that was given back meanwhile.
     if (press.event == session_.root) thaw();
+    if (isRepetition)
+      release_.reset();
+    else if (release_)
+      forgetHeld();
     return isRepetition;
   }
   const auto deliver = [this, id = found->id] {
@@ -153,6 +157,11 @@ void X11Hotkeys::hold(xcb_keycode_t code) {
   held_ = code;
   release_.reset();
   awaitRawRelease(true);
+}
+
+/// It was released and something else has been pressed since: its next press is one, however soon it comes.
+void X11Hotkeys::forgetHeld() {
+  if (std::exchange(held_, 0) != 0) awaitRawRelease(false);
 }
 
 /// A repetition comes as a release and a press of one and the same time, so a release alone says nothing yet.

@@ -48,6 +48,7 @@ class X11Hotkeys final : public HotkeyBackend, public QAbstractNativeEventFilter
   bool handlePress(const xcb_key_press_event_t& press);
   void thaw();
   void hold(xcb_keycode_t code);
+  void forgetHeld();
   void seeRelease(const xcb_key_release_event_t& release);
   void awaitRawRelease(bool wanted);
   void queueKeyMapReading();

@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <thread>
 
 #include "platform/mac/mac_api.h"
@@ -60,6 +61,10 @@ struct FakeSystem {
   /// What is on the pasteboard, by its uniform type.
   std::map<QByteArray, QByteArray> held;
   QByteArrayList copiedFiles;
+  /// All kinds of all things on it, and how often they were replaced.
+  std::vector<PasteboardFlavour> pieces;
+  int pasteboardChanges = 0;
+  std::int32_t activeProcess = 0;
   /// Pages of the privacy settings on which this program is switched on.
   QStringList allowed;
   /// Prompts and pages that were asked for.
@@ -140,6 +145,25 @@ void readPasteboard(const char* type, void (*take)(void*, const void*, unsigned 
 void readPasteboardFiles(void (*take)(void*, const char*), void* context) {
   for (const QByteArray& url : fake->copiedFiles) take(context, url.constData());
 }
+long long pasteboardChangeCount() { return fake->pasteboardChanges; }
+void readPasteboardPieces(void (*take)(void*, const PasteboardPiece*), void* context) {
+  for (const PasteboardFlavour& flavour : fake->pieces) {
+    const QByteArray name = flavour.name.toUtf8();
+    const PasteboardPiece piece{static_cast<std::uint32_t>(flavour.item), name.constData(), flavour.bytes.constData(),
+                                static_cast<unsigned long>(flavour.bytes.size())};
+    take(context, &piece);
+  }
+}
+bool writePasteboardPieces(const PasteboardPiece* pieces, std::uint32_t count) {
+  ++fake->pasteboardChanges;
+  fake->pieces.clear();
+  for (const PasteboardPiece& piece : std::span(pieces, count))
+    fake->pieces.push_back({QString::fromUtf8(piece.type),
+                            QByteArray(static_cast<const char*>(piece.bytes), static_cast<qsizetype>(piece.length)),
+                            static_cast<int>(piece.item)});
+  return true;
+}
+std::int32_t activeProcess() { return fake->activeProcess; }
 bool playSound(const char*) { return true; }
 void beep() {}
 LoginItem loginItemState() { return fake->loginItem; }
@@ -383,6 +407,34 @@ class MacPlatformTest : public QObject {
     };
     QCOMPARE(read({PasteboardFormat::png, PasteboardFormat::tiff, PasteboardFormat::bmp}), "II*");
     QCOMPARE(read({PasteboardFormat::png, PasteboardFormat::fileURLs}), "file:///a.png\r\nfile:///b.png\r\n");
+  }
+
+  void theWholePasteboardComesBack() {
+    const std::vector<PasteboardFlavour> before = {{u"public.utf8-plain-text"_s, "größe", 0},
+                                                   {u"public.html"_s, QByteArray("<b>\0</b>", 8), 0},
+                                                   {u"public.file-url"_s, "file:///b.png", 1}};
+    fake->pieces = before;
+    std::optional<PasteboardContents> kept;
+    const Job job = Job::start();
+    platform_->pasteboard->keep(job, [&kept](const PasteboardContents& contents) { kept = contents; });
+    QTRY_VERIFY(kept);
+    const auto count = platform_->pasteboard->changeCount();
+    platform_->pasteboard->writeText(u"naïve"_s);
+    QVERIFY(platform_->pasteboard->changeCount() != count);
+    QVERIFY(fake->pieces == std::vector<PasteboardFlavour>({{u"public.utf8-plain-text"_s, "naïve", 0}}));
+    platform_->pasteboard->restore(*kept);
+    QVERIFY(fake->pieces == before);
+    platform_->pasteboard->restore({});
+    QVERIFY(fake->pieces.empty());
+  }
+
+  void keysGoToTheApplicationInFront() {
+    QCOMPARE(platform_->keyTargets->current(), KeyTarget::none);
+    fake->activeProcess = 4711;
+    const KeyTarget first = platform_->keyTargets->current();
+    QVERIFY(first != KeyTarget::none);
+    fake->activeProcess = 4712;
+    QVERIFY(platform_->keyTargets->current() != first);
   }
 
   void versionText() {
