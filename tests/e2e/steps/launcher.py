@@ -80,7 +80,7 @@ def follows_the_pointer(world):
     expect(f"the palette is centred on the second screen: {palette}", abs(middle(palette) - 2560) <= 1)
     expect(f"its middle stands at 62 % of the height: {palette}", abs(palette.y + palette.height / 2 - 410) <= 12)
     world.close_palette()
-    world.desktop.press("Ctrl+Alt+K")
+    world.desktop.press("Ctrl+Alt+U")
     toast = until("a toast is shown", world.toast)
     expect(f"the toast is centred on the second screen: {toast}", abs(middle(toast) - 2560) <= 1)
     world.picture("toast", screens="both")
