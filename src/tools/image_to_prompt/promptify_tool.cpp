@@ -56,9 +56,10 @@ void PromptifyTool::chooseMode(const ClipboardImage& image) {
 }
 
 void PromptifyTool::process(const ClipboardImage& image, PromptMode mode) {
-  services_.toasts.show(
-      {.icon = u"wand.and.stars"_s, .title = u"Generating %1 prompt…"_s.arg(QString(info(mode).label).toLower())},
-      kWorkToast);
+  services_.toasts.show({.icon = u"wand.and.stars"_s,
+                         .tone = ToastTone::accent,
+                         .title = u"Generating %1 prompt…"_s.arg(QString(info(mode).label).toLower())},
+                        kWorkToast);
   task_ = Job::start();
   services_.client.reverseEngineer(image, mode, task_, [this, image, mode](const auto& prompt) {
     if (!prompt) return fail(prompt.error());
@@ -78,7 +79,7 @@ void PromptifyTool::finish(const QImage& source, const QString& prompt, PromptMo
 void PromptifyTool::fail(const PromptifyError& error) {
   task_.cancel();
   services_.toasts.show({.icon = u"xmark.octagon.fill"_s,
-                         .iconColor = QColorConstants::Red,
+                         .tone = ToastTone::failure,
                          .title = u"Image to Prompt failed"_s,
                          .detail = visibleLine(error.description(), kShown)},
                         kFailureToast);
