@@ -220,6 +220,27 @@ def ask_ai(stage):
     provider.close()
 
 
+def image_ask(stage):
+    """Image Ask beside its capture, before and after a question."""
+    title = "Image Ask"
+    provider = Provider("It is **one** colour.", pause=0.02)
+    stage.application.stop()
+    stage.application.write_json("ai-provider.json", provider.settings)
+    stage.start()
+    stage.summon("image-ask")
+    whole = stage.desktop.screen_size
+    until("the overlay is there", lambda: any((shape.width, shape.height) == whole for shape in stage.shapes()))
+    stage.desktop.drag((300, 200), (900, 600))
+    stage.wait_for(title, "Captured area")
+    yield View("image-ask-empty", title, has_tab=False)
+    stage.desktop.type("What is it?")
+    stage.desktop.press("Return")
+    stage.wait_for(title, "Ask a follow-up…")
+    yield View("image-ask-answered", title, has_tab=False)
+    stage.close_window(title)
+    provider.close()
+
+
 def open_with(stage):
     """The commands that open a project, with the missing ones greyed."""
     title = PANELS["open-project"]
@@ -295,5 +316,5 @@ def image_to_prompt(stage):
 
 ALL = [
     first_run, settings, unfolded_privacy, windows, panels, boilerplates, file_drop, generate_image, reports,
-    image_to_prompt, ask_ai, open_with, text_transform,
+    image_to_prompt, ask_ai, image_ask, open_with, text_transform,
 ]  # fmt: skip
