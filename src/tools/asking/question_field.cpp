@@ -43,8 +43,11 @@ QuestionField::QuestionField(AskModel& model, QWidget* parent) : QPlainTextEdit(
   fitHeight();
 }
 
+/// Qt draws it anew only when it comes or goes, not when it becomes another one.
 void QuestionField::setPlaceholder(const QString& text) {
+  if (text == placeholderText()) return;
   setPlaceholderText(text);
+  viewport()->update();
   setAccessibleName(text);
 }
 
