@@ -84,7 +84,8 @@ void TypingSelectionReplacer::restore(const Selection& selection) {
   if (services_.pasteboard.changeCount() == selection.copyCount)
     return services_.pasteboard.restore(*selection.previousClipboard);
   // Clipboard managers take over what others copy, and it is still the copy; anything else is the user's.
-  restoring_ = Job::start();
+  // One that is still looked into goes on beside this one.
+  if (!restoring_.isRunning()) restoring_ = Job::start();
   services_.pasteboard.readText(restoring_, [this, selection](const std::optional<QString>& text) {
     if (text == selection.text) services_.pasteboard.restore(*selection.previousClipboard);
   });
