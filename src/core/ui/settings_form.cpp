@@ -169,3 +169,10 @@ void SettingsPage::addNote(const QString& text) { addWidget(makeDetailLabel(text
 void SettingsPage::addWidget(QWidget* widget) { column_->insertWidget(column_->count() - 1, widget); }
 
 void SettingsPage::scrollToTop() { verticalScrollBar()->setValue(0); }
+
+void addHowItWorks(QVBoxLayout& column, const QStringList& notes) {
+  column.addWidget(makeHeading(QStringLiteral("How it works")));
+  auto* section = new SettingsSection;
+  for (const QString& note : notes) section->addWide(makeDetailLabel(note));
+  column.addWidget(section);
+}

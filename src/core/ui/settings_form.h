@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QScrollArea>
 #include <QString>
+#include <QStringList>
 
 class QVBoxLayout;
 
@@ -71,5 +72,7 @@ class SettingsPage : public QScrollArea {
 
 /// A wrapped label in the secondary colour and the size of details.
 QLabel* makeDetailLabel(const QString& text, QWidget* parent = nullptr);
+/// Adds the heading "How it works" and below it what is to be known of a tool, a paragraph each.
+void addHowItWorks(QVBoxLayout& column, const QStringList& notes);
 /// A label in the weight of headings.
 QLabel* makeHeading(const QString& text, QWidget* parent = nullptr);

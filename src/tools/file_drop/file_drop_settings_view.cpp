@@ -33,10 +33,7 @@ FileDropSettingsView::FileDropSettingsView(BulkUploadClient& client, const Syste
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
   column->setSpacing(Theme::kGrid);
-  column->addWidget(makeHeading(u"How it works"_s));
-  auto* section = new SettingsSection;
-  for (const QString& note : notes(system)) section->addWide(makeDetailLabel(note));
-  column->addWidget(section);
+  addHowItWorks(*column, notes(system));
   QLabel* heading = makeHeading(u"Link"_s);
   heading->setContentsMargins(0, Theme::kGrid, 0, 0);
   column->addWidget(heading);
