@@ -6,7 +6,8 @@ namespace mac {
 
 void readPasteboard(const char* type, void (*take)(void* context, const void* bytes, unsigned long length),
                     void* context) {
-  NSData* data = [NSPasteboard.generalPasteboard dataForType:@(type)];
+  NSString* name = [NSString stringWithUTF8String:type];
+  NSData* data = name ? [NSPasteboard.generalPasteboard dataForType:name] : nil;
   if (data.length > 0) take(context, data.bytes, data.length);
 }
 

@@ -5,7 +5,8 @@
 namespace mac {
 
 bool playSound(const char* name) {
-  NSSound* sound = [NSSound soundNamed:@(name)];
+  NSString* soundName = [NSString stringWithUTF8String:name];
+  NSSound* sound = soundName ? [NSSound soundNamed:soundName] : nil;
   // A sound that still plays would refuse to play again.
   [sound stop];
   return [sound play];

@@ -136,7 +136,7 @@ EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 typedef NSString* NSPasteboardType;
 EXTERN NSPasteboardType const NSPasteboardTypeFileURL SINCE(10.13);
 
-@protocol NSPasteboardWriting
+@protocol NSPasteboardWriting <NSObject>
 @end
 
 @interface NSPasteboardItem : NSObject <NSPasteboardWriting>

@@ -5,8 +5,11 @@
 
 #include "declare.h"
 
-// bool on arm64; a signed char on x86_64.
+#ifdef __x86_64__
+typedef signed char BOOL;
+#else
 typedef bool BOOL;
+#endif
 
 #define YES __objc_yes
 #define NO __objc_no
