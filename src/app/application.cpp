@@ -326,11 +326,13 @@ void Application::announceUpdate() {
 }
 
 void Application::summon(const QString& target) {
+  // As their shortcuts do: the launcher goes when it is there.
+  const auto own = std::ranges::find(kAppShortcuts, target, &AppShortcut::target);
   const auto named = std::ranges::find(kAppWindowNames, target, &AppWindowName::name);
-  if (named != kAppWindowNames.end())
+  if (own != kAppShortcuts.end())
+    run(own->action);
+  else if (named != kAppWindowNames.end())
     parts_->windows.openWindow(named->window);
-  else if (target == "launcher"_L1)
-    parts_->launcher.show();
   else if (target == "menu"_L1)
     parts_->menu.toggle();
   else

@@ -42,7 +42,8 @@ constexpr std::array kCommands = {
             "show and change settings, hosts and credential; 'set' and 'service' alone list what there is"_L1,
             runConfig},
     Command{"completions"_L1, "bash|zsh|fish"_L1, "print the completions of a shell"_L1, runCompletions},
-    Command{"doctor"_L1, "[--json]"_L1, "check display, shortcuts, permissions, network and data"_L1, runDoctor},
+    Command{"doctor"_L1, "[--json] [--bindings gnome|kde|sway|hyprland|session|all]"_L1,
+            "check display, shortcuts, permissions, network and data"_L1, runDoctor},
     Command{"help"_L1, "[command]"_L1, "explain a command"_L1, runHelp},
     Command{"version"_L1, ""_L1, "print the version"_L1, runVersion},
 };

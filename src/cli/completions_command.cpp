@@ -4,6 +4,7 @@
 #include <array>
 
 #include "cli/command.h"
+#include "core/hotkeys/app_shortcuts.h"
 #include "core/presenters/window_opener.h"
 #include "core/tools/tool.h"
 #include "tools/text_transform/text_transform_mode.h"
@@ -25,8 +26,10 @@ struct Completion {
 };
 
 QStringList summonTargets() {
-  QStringList targets{u"launcher"_s, u"menu"_s};
-  for (const AppWindowName& window : kAppWindowNames) targets.append(window.name);
+  QStringList targets{u"menu"_s};
+  for (const AppShortcut& shortcut : kAppShortcuts) targets.append(shortcut.target);
+  for (const AppWindowName& window : kAppWindowNames)
+    if (!targets.contains(window.name)) targets.append(window.name);
   for (const ToolInfo& tool : toolTable()) targets.append(tool.id);
   return targets;
 }

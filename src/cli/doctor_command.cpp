@@ -9,13 +9,14 @@
 #include <semaphore>
 
 #include "base/clock.h"
+#include "cli/binding_output.h"
 #include "cli/command.h"
+#include "cli/options.h"
 #include "cli/service_findings.h"
-#include "core/hotkeys/app_shortcuts.h"
 #include "core/hotkeys/hotkey_center.h"
 #include "core/hotkeys/refused_shortcuts.h"
 #include "core/net/app_channel.h"
-#include "core/tools/tool.h"
+#include "core/tools/compositor_bindings.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -28,28 +29,10 @@ bool isDisplayThere(const Platform& platform) {
   return platform.permissions->state(Permission::accessibility) != PermissionState::unavailable;
 }
 
-/// What the application would register now, tools first.
-struct Wanted {
-  QString owner;
-  Hotkey hotkey;
-};
-
-std::vector<Wanted> wantedShortcuts(const AppSettings& settings) {
-  std::vector<Wanted> wanted;
-  for (const ToolInfo& info : toolTable()) {
-    if (settings.disabledTools.contains(info.id)) continue;
-    const auto own = settings.hotkeys.find(info.id);
-    const std::optional<Hotkey> hotkey = own == settings.hotkeys.end() ? info.defaultHotkey : own->second;
-    if (hotkey) wanted.push_back({info.name, *hotkey});
-  }
-  for (const AppShortcut& shortcut : kAppShortcuts) wanted.push_back({shortcut.name, shortcut.hotkey});
-  return wanted;
-}
-
 /// Asks the system for each combination and gives it back; for when the application is not running.
-std::vector<RefusedShortcut> tryOut(HotkeyBackend& backend, const std::vector<Wanted>& wanted) {
+std::vector<RefusedShortcut> tryOut(HotkeyBackend& backend, const std::vector<BoundCommand>& wanted) {
   std::vector<RefusedShortcut> refused;
-  for (const auto& [owner, hotkey] : wanted) {
+  for (const auto& [owner, hotkey, target] : wanted) {
     const auto taken = backend.registerHotkey(kProbeHotkeyID, hotkey.keyCode, hotkey.carbonModifiers);
     if (taken)
       backend.unregisterHotkey(kProbeHotkeyID);
@@ -71,14 +54,13 @@ std::vector<RefusedShortcut> decodeRefused(const QJsonObject& answer) {
   return refused;
 }
 
-void reportShortcuts(const std::vector<Wanted>& wanted, const std::vector<RefusedShortcut>& refused,
+void reportShortcuts(const std::vector<BoundCommand>& wanted, const std::vector<RefusedShortcut>& refused,
                      const Platform& platform, std::vector<Finding>& findings) {
-  if (refused.empty()) {
-    findings.push_back({u"Shortcuts"_s, true, u"all %1 are ours"_s.arg(wanted.size())});
-    return;
-  }
+  // Where the desktop has them, those of other programs are not reached by ours.
+  const bool reachAll = platform.permissions->shortcutsRemedy().isEmpty();
+  if (refused.empty() && reachAll) findings.push_back({u"Shortcuts"_s, true, u"all %1 are ours"_s.arg(wanted.size())});
   std::vector<Hotkey> used;
-  for (const Wanted& entry : wanted) used.push_back(entry.hotkey);
+  for (const BoundCommand& entry : wanted) used.push_back(entry.hotkey);
   const QString hint = platform.systemInfo->shortcutOwnerHint();
   for (const RefusedShortcut& shortcut : refused) {
     QString text = u"%1 %2: %3"_s.arg(shortcut.hotkey.display(), shortcut.owner, shortcut.reason);
@@ -145,20 +127,13 @@ void printJson(const std::vector<Finding>& findings, QTextStream& out) {
   out << QJsonDocument(rows).toJson(QJsonDocument::Indented);
 }
 
-}  // namespace
-
-int runDoctor(const QStringList& arguments, CommandContext& context) {
-  const bool json = arguments == QStringList{u"--json"_s};
-  if (!arguments.isEmpty() && !json) return usageError(commandNamed("doctor"_L1), u"it takes only --json"_s, context);
-
-  const Platform platform = context.makePlatform();
-  const SettingsStore settings(context.folders.file(u"settings.json"_s));
+std::vector<Finding> examine(const Platform& platform, const Folders& folders,
+                             const std::vector<BoundCommand>& wanted) {
   const auto running = AppClient::request({{u"do"_s, u"doctor"_s}});
   std::vector<Finding> findings;
   findings.push_back({u"Application"_s, true, running ? u"running"_s : u"not running"_s});
   if (isDisplayThere(platform)) {
     platform.hotkeys->install([](std::uint32_t) {});
-    const auto wanted = wantedShortcuts(settings.value());
     findings.push_back({u"Display"_s, true, qEnvironmentVariable("DISPLAY", platform.systemInfo->systemName())});
     reportShortcuts(wanted, running ? decodeRefused(*running) : tryOut(*platform.hotkeys, wanted), platform, findings);
     reportPermissions(*platform.permissions, findings);
@@ -166,15 +141,34 @@ int runDoctor(const QStringList& arguments, CommandContext& context) {
     findings.push_back({u"Display"_s, false, u"none: shortcuts, panels and typing need one"_s});
   }
   findings.push_back(networkFinding(*platform.networkPath));
-  findings.push_back(serviceFinding(context.folders));
-  findings.push_back(keychainFinding(context.folders, *platform.credentials));
-  findings.push_back(dataFinding(context.folders));
+  findings.push_back(serviceFinding(folders));
+  findings.push_back(keychainFinding(folders, *platform.credentials));
+  findings.push_back(dataFinding(folders));
   findings.push_back(agentFinding(u"Claude Code"_s, u".claude/projects"_s));
   findings.push_back(agentFinding(u"Codex"_s, u".codex/sessions"_s));
+  return findings;
+}
 
-  if (json)
+}  // namespace
+
+int runDoctor(const QStringList& arguments, CommandContext& context) {
+  const auto options = Options::parse(arguments, {{"json"_L1, {}}, {"bindings"_L1, "desktop"_L1}});
+  if (!options) return usageError(commandNamed("doctor"_L1), options.error(), context);
+  if (!options->words().isEmpty()) return usageError(commandNamed("doctor"_L1), u"it takes only options"_s, context);
+  const bool json = options->has("json"_L1);
+
+  const Platform platform = context.makePlatform();
+  const SettingsStore settings(context.folders.file(u"settings.json"_s));
+  const Bindings bindings{boundCommands(settings.value()), platform.systemInfo->desktops()};
+  if (options->has("bindings"_L1)) return printBindings(bindings, options->value("bindings"_L1), json, context);
+
+  const auto findings = examine(platform, context.folders, bindings.commands);
+  const bool isLeftToDesktop = !platform.permissions->shortcutsRemedy().isEmpty();
+  if (json) {
     printJson(findings, context.out);
-  else
+  } else {
     print(findings, context.out);
+    if (isLeftToDesktop) printBindings(bindings, u"session"_s, false, context);
+  }
   return std::ranges::all_of(findings, &Finding::isFine) ? exit_code::kSuccess : exit_code::kFailure;
 }

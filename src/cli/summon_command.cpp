@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "cli/command.h"
+#include "core/hotkeys/app_shortcuts.h"
 #include "core/net/app_channel.h"
 #include "core/presenters/window_opener.h"
 #include "core/tools/tool.h"
@@ -18,7 +19,8 @@ constexpr auto kStartPatience = 5s;
 constexpr auto kPollInterval = 20ms;
 
 bool isKnown(const QString& target) {
-  if (target == "launcher"_L1 || target == "menu"_L1) return true;
+  if (target == "menu"_L1 || std::ranges::find(kAppShortcuts, target, &AppShortcut::target) != kAppShortcuts.end())
+    return true;
   if (std::ranges::any_of(kAppWindowNames, [&](const AppWindowName& entry) { return entry.name == target; }))
     return true;
   return std::ranges::any_of(toolTable(), [&](const ToolInfo& info) { return info.id == target; });

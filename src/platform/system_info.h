@@ -23,4 +23,6 @@ class SystemInfo {
   virtual bool isMotionReduced() const = 0;
   /// Who may own combinations that are refused, as far as the system tells ("openbox"); empty when it does not.
   virtual QString shortcutOwnerHint() const = 0;
+  /// The names of the desktop, separated by colons ("ubuntu:GNOME"); empty where there is only one.
+  virtual QString desktops() const { return {}; }
 };

@@ -45,16 +45,19 @@ X11PanelWindow::X11PanelWindow(const X11Session& session, std::shared_ptr<X11Raw
     : session_(session),
       rawInput_(std::move(rawInput)),
       traces_(std::move(traces)),
+      wayland_(session),
       compositorSelection_(internAtom(session, "_NET_WM_CM_S0")) {
   QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
-Qt::WindowFlags X11PanelWindow::windowFlags(PanelKind) const {
+Qt::WindowFlags X11PanelWindow::windowFlags(PanelKind kind) const {
+  if (wayland_.isManaged(kind)) return Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
   return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::BypassWindowManagerHint;
 }
 
 /// Nobody restacks an unmanaged window: it would come back below all that was opened since.
-void X11PanelWindow::prepare(QWindow& window, PanelKind) {
+void X11PanelWindow::prepare(QWindow& window, PanelKind kind) {
+  wayland_.announce(window, kind);
   traces_->follow(window);
   window.raise();
 }
@@ -64,6 +67,7 @@ bool X11PanelWindow::takeKeyboard(QWindow& window) {
   holder_ = &window;
   if (previous != nullptr) tellLoss(previous);
   retry_.cancel();
+  wayland_.activate(window);
   if (grab()) return true;
   keepTrying(kPatience);
   return false;
@@ -121,6 +125,7 @@ void X11PanelWindow::setInputRegion(QWindow& window, const QRegion& region) {
 bool X11PanelWindow::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
   const auto& event = *static_cast<const xcb_generic_event_t*>(message);
   if (const auto raw = rawInput_->read(event); raw && isPointerPress(*raw)) seePointerPress();
+  if (holder_ && wayland_.isFocusLoss(event, *holder_)) tellLoss(holder_);
   const bool isFocusOut = event.response_type == XCB_FOCUS_OUT;
   // A menu of ours takes the grab over and ends it when it closes.
   if (isFocusOut && reinterpret_cast<const xcb_focus_out_event_t&>(event).mode == XCB_NOTIFY_MODE_UNGRAB && holder_)

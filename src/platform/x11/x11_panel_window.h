@@ -13,12 +13,14 @@
 #include "base/job.h"
 #include "platform/panel_window.h"
 #include "platform/x11/x11_session.h"
+#include "platform/x11/xwayland_panels.h"
 
 class X11PanelTraces;
 class X11RawInput;
 
 /// Panels that the window manager does not manage: the active window never changes, the keyboard is grabbed for the
 /// panel instead. A click elsewhere is seen at the devices, since it goes to the window below the pointer as usual.
+/// Under Wayland the compositor has its say too (`XWaylandPanels`).
 class X11PanelWindow final : public PanelWindow, public QAbstractNativeEventFilter {
  public:
   X11PanelWindow(const X11Session& session, std::shared_ptr<X11RawInput> rawInput,
@@ -58,6 +60,7 @@ class X11PanelWindow final : public PanelWindow, public QAbstractNativeEventFilt
   X11Session session_;
   std::shared_ptr<X11RawInput> rawInput_;
   std::shared_ptr<X11PanelTraces> traces_;
+  XWaylandPanels wayland_;
   xcb_atom_t compositorSelection_;
   /// The panel that has the keyboard, or is trying to get it.
   QPointer<QWindow> holder_;

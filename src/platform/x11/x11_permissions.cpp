@@ -34,9 +34,7 @@ QString X11Permissions::remedy(Permission permission) const {
 
 QString X11Permissions::shortcutsRemedy() const {
   if (!isWaylandSession()) return {};
-  return u"Wayland leaves global shortcuts to the compositor: bind them there, Ctrl+Alt+Space to “vantle summon "
-         u"launcher” "
-         u"say, or log in with an X11 session."_s;
+  return u"Wayland leaves global shortcuts to the desktop: “vantle doctor” prints what to paste there."_s;
 }
 
 bool X11Permissions::canType() const {

@@ -2,6 +2,7 @@
 
 #include <QSysInfo>
 
+#include "platform/x11/window_manager.h"
 #include "platform/x11/xsettings.h"
 
 using namespace Qt::StringLiterals;
@@ -19,9 +20,12 @@ bool X11SystemInfo::isMotionReduced() const {
   return integerSetting(settings, "Gtk/EnableAnimations") == 0;
 }
 
-QString X11SystemInfo::shortcutOwnerHint() const {
-  const auto check = windowProperty(session_, session_.root, internAtom(session_, "_NET_SUPPORTING_WM_CHECK"));
-  if (check.size() != sizeof(xcb_window_t)) return {};
-  const auto window = *reinterpret_cast<const xcb_window_t*>(check.constData());
-  return QString::fromUtf8(windowProperty(session_, window, internAtom(session_, "_NET_WM_NAME")));
+QString X11SystemInfo::shortcutOwnerHint() const { return QString::fromUtf8(windowManagerName(session_)); }
+
+QString X11SystemInfo::desktops() const {
+  const QString names = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+  if (!names.isEmpty()) return names;
+  // Compositors started by hand do not always say who they are, but where they listen.
+  if (qEnvironmentVariableIsSet("SWAYSOCK")) return u"sway"_s;
+  return qEnvironmentVariableIsSet("HYPRLAND_INSTANCE_SIGNATURE") ? u"Hyprland"_s : QString();
 }

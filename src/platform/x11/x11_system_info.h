@@ -17,6 +17,7 @@ class X11SystemInfo final : public SystemInfo {
   bool isMotionReduced() const override;
   /// The window manager's name.
   QString shortcutOwnerHint() const override;
+  QString desktops() const override;
 
  private:
   X11Session session_;

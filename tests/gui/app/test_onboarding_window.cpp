@@ -173,7 +173,7 @@ class TestOnboardingWindow : public QObject {
     Stage stage;
     stage.permissions->screenRecording = PermissionState::unavailable;
     stage.permissions->shortcuts =
-        u"Wayland leaves global shortcuts to the compositor: bind them there, Ctrl+Alt+Space to “vantle summon launcher” say, or log in with an X11 session."_s;
+        u"Wayland leaves global shortcuts to the desktop: “vantle doctor” prints what to paste there."_s;
     OnboardingWindow& window = stage.open();
     stage.walkTo(OnboardingStep::permissions);
     shoot(window, u"permissions-wayland"_s);

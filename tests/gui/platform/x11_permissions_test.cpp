@@ -43,7 +43,7 @@ class X11PermissionsTest : public QObject {
     QVERIFY(permissions.remedy(Permission::accessibility).contains(kLogIn));
     QCOMPARE(permissions.state(Permission::screenRecording), PermissionState::unavailable);
     QVERIFY(permissions.remedy(Permission::screenRecording).contains(kLogIn));
-    QVERIFY(permissions.shortcutsRemedy().contains(QStringLiteral("vantle summon launcher")));
+    QVERIFY(permissions.shortcutsRemedy().contains(QStringLiteral("vantle doctor")));
   }
 };
 

@@ -1,3 +1,4 @@
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -17,8 +18,8 @@ namespace {
 
 /// One run of the command line and what it printed.
 struct Run {
-  Run(const QStringList& arguments, const Folders& folders, const std::vector<Hotkey>& taken = {},
-      bool trusted = true) {
+  Run(const QStringList& arguments, const Folders& folders, const std::vector<Hotkey>& taken = {}, bool trusted = true,
+      const QString& shortcuts = {}) {
     QTextStream outStream(&out);
     QTextStream errStream(&err);
     CommandContext context{outStream,
@@ -26,13 +27,14 @@ struct Run {
                            folders,
                            folders.applicationSupport,
                            [] { return false; },
-                           [taken, trusted] {
+                           [taken, trusted, shortcuts] {
                              Platform platform = makeNullPlatform();
                              auto hotkeys = std::make_unique<FakeHotkeys>();
                              hotkeys->taken = taken;
                              platform.hotkeys = std::move(hotkeys);
                              auto permissions = std::make_unique<FakePermissions>();
                              permissions->trusted = trusted;
+                             permissions->shortcuts = shortcuts;
                              platform.permissions = std::move(permissions);
                              return platform;
                            }};
@@ -157,6 +159,24 @@ class TestCommandLine : public QObject {
     const Run sick({u"doctor"_s}, folders_, {}, false);
     QVERIFY2(sick.out.contains(u"!!   Accessibility     Enable Vantle in Settings.\n"_s), qPrintable(sick.out));
     QCOMPARE(sick.code, exit_code::kFailure);
+  }
+
+  void doctorPrintsWhatBindsTheShortcuts() {
+    const Run left({u"doctor"_s}, folders_, {}, true, u"Bind them."_s);
+    QVERIFY2(left.out.contains("!!   Shortcuts         Bind them.\n"_L1), qPrintable(left.out));
+    QVERIFY2(!left.out.contains("are ours"_L1), qPrintable(left.out));
+    QVERIFY2(left.out.contains("/test_command_line summon uplink\n"_L1), qPrintable(left.out));
+    const Run sway({u"doctor"_s, u"--bindings"_s, u"sway"_s}, folders_);
+    QCOMPARE(sway.out.count("\nbindsym "_L1), 18);
+    QCOMPARE(sway.code, exit_code::kSuccess);
+    const Run json({u"doctor"_s, u"--bindings"_s, u"all"_s, u"--json"_s}, folders_);
+    const auto answer = QJsonDocument::fromJson(json.out.toUtf8());
+    QCOMPARE(answer["snippets"_L1].toArray().size(), 4);
+    QCOMPARE(answer["commands"_L1][1]["command"_L1][2].toString(), u"uplink"_s);
+    QCOMPARE(answer["commands"_L1][1]["shortcut"_L1].toString(), u"Ctrl+Alt+U"_s);
+    const Run unknown({u"doctor"_s, u"--bindings"_s, u"twm"_s}, folders_);
+    QCOMPARE(unknown.code, exit_code::kUsage);
+    QVERIFY2(unknown.err.contains("there is no desktop 'twm' here"_L1), qPrintable(unknown.err));
   }
 
   void summonFailsWhenNothingCanBeStarted() {
