@@ -34,3 +34,17 @@ if(VANTLE_SANITIZE)
   target_compile_options(vantle_options INTERFACE -fsanitize=${VANTLE_SANITIZE} -fno-omit-frame-pointer -g)
   target_link_options(vantle_options INTERFACE -fsanitize=${VANTLE_SANITIZE})
 endif()
+
+option(VANTLE_HARDENED "Build as programs are built that are handed to others" OFF)
+if(VANTLE_HARDENED)
+  include(CheckPIESupported)
+  check_pie_supported()
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  # No path of the machine that built it is left in the program.
+  target_compile_options(vantle_options INTERFACE
+    -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -Wformat -Werror=format-security
+    -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+  if(NOT APPLE)
+    target_link_options(vantle_options INTERFACE LINKER:-z,relro LINKER:-z,now)
+  endif()
+endif()

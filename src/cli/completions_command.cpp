@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/shell_quote.h"
 #include "cli/command.h"
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/presenters/window_opener.h"
@@ -18,7 +19,7 @@ struct Completion {
   QString command;
   QString summary;
   QStringList words;
-  /// "<folder>", or "<image>" or "<path>", in its usage line.
+  /// "<folder>", or "<image>", "<path>" or "FILE", in its usage line.
   bool takesFolder = false;
   bool takesFile = false;
 
@@ -44,7 +45,7 @@ QStringList actions() {
 /// The options that the usage line names, so that there is one place for both.
 QStringList options(const Command& command) {
   QStringList found;
-  const QRegularExpression option(u"--[a-z-]+"_s);
+  const QRegularExpression option(u"(?<= )-[a-z]\\b|--[a-z-]+"_s);
   for (const auto& match : option.globalMatch(command.arguments)) found.append(match.captured());
   return found;
 }
@@ -54,8 +55,7 @@ std::vector<Completion> completions() {
   for (const Command& command : commands()) {
     Completion& entry = all.emplace_back(command.name, command.summary, options(command));
     entry.takesFolder = QString(command.arguments).contains("<folder>"_L1);
-    entry.takesFile =
-        QString(command.arguments).contains("<image>"_L1) || QString(command.arguments).contains("<path>"_L1);
+    entry.takesFile = QString(command.arguments).contains(QRegularExpression(u"<image>|<path>|FILE"_s));
     if (command.name == "config"_L1) entry.words += {u"show"_s, u"set"_s, u"service"_s};
     if (command.name == "transform"_L1) entry.words += actions();
     if (command.name == "summon"_L1) entry.words = summonTargets();
@@ -74,7 +74,7 @@ QStringList names(const std::vector<Completion>& all) {
 
 void printBash(const std::vector<Completion>& all, QTextStream& out) {
   out << "_vantle() {\n"
-         "  local current=${COMP_WORDS[COMP_CWORD]}\n"
+         "  local current=${COMP_WORDS[COMP_CWORD]} paths= path\n"
          "  if [ \"$COMP_CWORD\" -eq 1 ]; then\n"
          "    COMPREPLY=($(compgen -W '"
       << names(all).join(u' ')
@@ -84,18 +84,22 @@ void printBash(const std::vector<Completion>& all, QTextStream& out) {
          "  case ${COMP_WORDS[1]} in\n";
   for (const Completion& entry : all) {
     if (entry.isPlain()) continue;
-    QString paths;
-    if (entry.takesFolder) paths = u" $(compgen -d -- \"$current\")"_s;
-    if (entry.takesFile) paths = u" $(compgen -f -- \"$current\")"_s;
-    out << "    " << entry.command << ") COMPREPLY=($(compgen -W '" << entry.words.join(u' ') << "' -- \"$current\")"
-        << paths << ") ;;\n";
+    out << "    " << entry.command << ") COMPREPLY=($(compgen -W '" << entry.words.join(u' ') << "' -- \"$current\"))";
+    if (entry.takesFolder) out << "; paths=d";
+    if (entry.takesFile) out << "; paths=f";
+    out << " ;;\n";
   }
-  out << "  esac\n}\ncomplete -F _vantle vantle\n";
+  // A path with spaces is one line, and one word with "filenames".
+  out << "  esac\n"
+         "  [ -n \"$paths\" ] || return 0\n"
+         "  compopt -o filenames 2>/dev/null\n"
+         "  while IFS= read -r path; do COMPREPLY+=(\"$path\"); done < <(compgen \"-$paths\" -- \"$current\")\n"
+         "}\ncomplete -F _vantle vantle\n";
 }
 
 void printZsh(const std::vector<Completion>& all, QTextStream& out) {
   out << "#compdef vantle\n_vantle() {\n  if (( CURRENT == 2 )); then\n    local -a commands=(\n";
-  for (const Completion& entry : all) out << "      '" << entry.command << ':' << entry.summary << "'\n";
+  for (const Completion& entry : all) out << "      " << singleQuoted(entry.command + u':' + entry.summary) << '\n';
   out << "    )\n    _describe command commands\n    return\n  fi\n  case ${words[2]} in\n";
   for (const Completion& entry : all) {
     if (entry.isPlain()) continue;
@@ -104,13 +108,16 @@ void printZsh(const std::vector<Completion>& all, QTextStream& out) {
     if (entry.takesFile) out << "; _files";
     out << " ;;\n";
   }
-  out << "  esac\n}\ncompdef _vantle vantle\n";
+  // From a folder of functions the first completion runs this file, otherwise somebody has sourced it.
+  out << "  esac\n}\n"
+         "if [[ $funcstack[1] == _vantle ]]; then _vantle \"$@\"; else compdef _vantle vantle; fi\n";
 }
 
 void printFish(const std::vector<Completion>& all, QTextStream& out) {
   out << "complete -c vantle -f\n";
   for (const Completion& entry : all) {
-    out << "complete -c vantle -n __fish_use_subcommand -a " << entry.command << " -d '" << entry.summary << "'\n";
+    out << "complete -c vantle -n __fish_use_subcommand -a " << entry.command << " -d " << singleQuoted(entry.summary)
+        << '\n';
     const QString here = u"complete -c vantle -n '__fish_seen_subcommand_from %1' "_s.arg(entry.command);
     if (!entry.words.isEmpty()) out << here << "-a '" << entry.words.join(u' ') << "'\n";
     if (entry.takesFolder) out << here << "-a '(__fish_complete_directories)'\n";

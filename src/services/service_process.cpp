@@ -1,6 +1,7 @@
 #include "services/service_process.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -33,7 +34,13 @@ ServiceProcess::~ServiceProcess() {
 }
 
 ServiceProcess::Places ServiceProcess::Places::standard(const Folders& folders) {
-  return {QCoreApplication::applicationDirPath() + u"/vantle-service"_s, folders.file(u"service"_s)};
+  return {programFor(QCoreApplication::applicationDirPath()), folders.file(u"service"_s)};
+}
+
+QString ServiceProcess::Places::programFor(const QString& applicationFolder) {
+  // What lies beside it there was installed on its own and may be of another version.
+  const QString own = QDir::cleanPath(applicationFolder + u"/../libexec/vantle/vantle-service"_s);
+  return QFileInfo(own).isExecutable() ? own : applicationFolder + u"/vantle-service"_s;
 }
 
 void ServiceProcess::locate(const JobRef& job, Answer answer) {

@@ -22,8 +22,10 @@ class ServiceProcess final : public BuiltInService {
     /// Its data and its log.
     QString folder;
 
-    /// The program beside this one, "service" in the data folder.
+    /// "service" in the data folder, and the program that came with this one.
     static Places standard(const Folders& folders);
+    /// Of an application in that folder: the copy in "../libexec/vantle" when it is installed, else the one beside it.
+    static QString programFor(const QString& applicationFolder);
   };
 
   ServiceProcess(Places places, Clock& clock) : places_(std::move(places)), clock_(clock) {}

@@ -179,6 +179,17 @@ class TestServiceProcess : public QObject {
     }
   }
 
+  void anInstalledApplicationStartsItsOwnCopy() {
+    const QTemporaryDir prefix;
+    const QString programs = prefix.filePath(u"bin"_s);
+    const QString beside = programs + u"/vantle-service"_s;
+    const QString own = prefix.filePath(u"libexec/vantle/vantle-service"_s);
+    QVERIFY(writeFile(beside, "another version") && writeFile(own, "not a program"));
+    QCOMPARE(ServiceProcess::Places::programFor(programs), beside);
+    QFile::setPermissions(own, QFile::ReadOwner | QFile::ExeOwner);
+    QCOMPARE(ServiceProcess::Places::programFor(programs), own);
+  }
+
   void aProgramThatSaysNothingIsNotWaitedForForEver() {
     const QTemporaryDir directory;
     const QString program = directory.filePath(u"silent"_s);
