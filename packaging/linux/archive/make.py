@@ -32,7 +32,7 @@ def run(*command, **options):
 
 
 def needed_by(binary):
-    """Paths of the libraries that are loaded with it, by name."""
+    """Where the libraries are that are loaded with it, by their names."""
     found = {}
     for line in run("ldd", binary).splitlines():
         if match := re.match(r"\s*(\S+) => (\S+)", line):
@@ -43,10 +43,9 @@ def needed_by(binary):
 
 
 def system_library(name):
-    for line in run("/sbin/ldconfig", "-p").splitlines():
-        if line.split(" ", 1)[0].strip() == name and "x86-64" in line or line.strip().startswith(name + " "):
-            return Path(line.split(" => ")[1])
-    return None
+    """Where the loader finds it; none when it is not there."""
+    found = re.search(rf"^\s*{re.escape(name)} .*=> (\S+)$", run("/sbin/ldconfig", "-p"), re.MULTILINE)
+    return Path(found[1]) if found else None
 
 
 def qt_plugins():
@@ -61,13 +60,14 @@ def copy_plugins(target):
         elif source.exists():
             (target / name).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(source, target / name)
-    return sorted(target.rglob("*.so"))
+    copied = sorted(target.rglob("*.so"))
+    return copied, [qt_plugins() / path.relative_to(target) for path in copied]
 
 
 def copy_libraries(binaries, target):
-    """Everything that they need, less what is the system's; the names of the latter."""
+    """Everything that they need, less what is the system's: the names of the latter, and where the others came from."""
     target.mkdir(parents=True, exist_ok=True)
-    wanted, left = {}, set()
+    wanted, left, taken = {}, set(), []
     for name in LOADED:
         if path := system_library(name):
             wanted[name] = path
@@ -79,7 +79,26 @@ def copy_libraries(binaries, target):
             left.add(name)
         else:
             shutil.copy(path.resolve(), target / name)
-    return sorted(left)
+            taken.append(path)
+    return left, taken
+
+
+def copy_licences(sources, target):
+    """Those of the system's packages that the libraries and plugins were taken from: they are handed on as well."""
+    target.mkdir()
+    for path in {str(source.resolve()) for source in sources}:
+        # The package may know it by the name that it had before /lib was merged into /usr/lib.
+        names = [path, path.removeprefix("/usr")]
+        found = subprocess.run(["dpkg-query", "--search", *names], capture_output=True, text=True).stdout
+        if not found:
+            raise SystemExit(f"{path}: no package has it, so its licence is not known")
+        package = found.split(":", 1)[0]
+        shutil.copy(f"/usr/share/doc/{package}/copyright", target / package)
+
+
+def needed_of_the_system(binaries, left):
+    """Those of `left` that one of the binaries itself asks for, not only in another library's name."""
+    return sorted(left & {name for binary in binaries for name in run("patchelf", "--print-needed", binary).split()})
 
 
 def fill(folder, build):
@@ -92,17 +111,17 @@ def fill(folder, build):
     shutil.rmtree(folder / "libexec")
     library = folder / "lib/vantle"
     programs = [folder / "bin/vantle", folder / "bin/vantle-service"]
-    plugins = copy_plugins(library / "plugins")
-    left = copy_libraries([*programs, *plugins], library)
+    plugins, plugin_sources = copy_plugins(library / "plugins")
+    left, library_sources = copy_libraries([*programs, *plugins], library)
+    copy_licences([*plugin_sources, *library_sources], folder / "licences")
     # An RPATH, unlike a RUNPATH, holds for what the libraries and plugins load in their turn.
     for program in programs:
         run("patchelf", "--force-rpath", "--set-rpath", "$ORIGIN/../lib/vantle", program)
     (folder / "bin/qt.conf").write_text("[Paths]\nPrefix = ../lib/vantle\nPlugins = plugins\n")
     for name in ("install", "check"):
         shutil.copy(HERE / name, folder / name)
-    (folder / "lib/vantle/needed").write_text("\n".join(left) + "\n")
     shutil.copy(HERE.parents[2] / "CHANGELOG.md", folder / "CHANGELOG.md")
-    return left
+    return needed_of_the_system([*programs, *library.rglob("*.so*")], left)
 
 
 def pack(folder, archive):
@@ -132,10 +151,9 @@ def main():
         folder.mkdir()
         left = fill(folder, options.build)
         glibc = run("getconf", "GNU_LIBC_VERSION").strip()
+        values = {"VERSION": options.version, "GLIBC": glibc, "LIBRARIES": "\n".join(f"    {name}" for name in left)}
         text = (HERE / "README.in").read_text()
-        (folder / "README").write_text(
-            text.replace("@VERSION@", options.version).replace("@GLIBC@", glibc).replace("@LIBRARIES@", "\n".join(f"    {n}" for n in left))
-        )
+        (folder / "README").write_text(re.sub(r"@([A-Z]+)@", lambda match: values[match[1]], text))
         pack(folder, options.output / f"{name}.tar.gz")
 
 
