@@ -96,7 +96,16 @@ void AIExchange::reserve(const Reply& reply) {
     standing_ = reserved->standing();
     reservation_.emplace(std::move(*reserved));
   }
-  if (services_.desk.start([this, reply] { run(reply); })) return;
+  // With less than a quarter of its time it would be asked for nothing.
+  const bool isStarted = services_.desk.start({.owner = caller_.owner,
+                                               .work = [this, reply] { run(reply); },
+                                               .turnAway = [this, reply] { turnAway(reply); },
+                                               .latest = deadline_ - std::chrono::milliseconds(limit_) / 4,
+                                               .gone = gone_});
+  if (!isStarted) turnAway(reply);
+}
+
+void AIExchange::turnAway(const Reply& reply) {
   reservation_.reset();
   reply(described(busy()));
 }
@@ -109,9 +118,7 @@ void AIExchange::run(const Reply& reply) {
     if (standing_) ++standing_->used;
     call.onPiece = [&](const QString& text) { delivery.piece(text, *this); };
   }
-  const auto answer =
-      gone_.stop_requested() ? std::unexpected(AIError{AIError::Reason::abandoned, {}}) : work(*provider_, call);
-  if (answer)
+  if (const auto answer = work(*provider_, call))
     succeed(*answer, delivery);
   else
     fail(answer.error(), delivery);

@@ -48,6 +48,7 @@ class AIExchange : public Exchange {
 
   void reserve(const Reply& reply);
   void run(const Reply& reply);
+  void turnAway(const Reply& reply);
   void succeed(const QJsonObject& answer, Delivery& delivery);
   void fail(const AIError& error, Delivery& delivery);
   /// The headers of the counter, if it is counted.

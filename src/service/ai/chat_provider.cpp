@@ -11,6 +11,8 @@ namespace {
 /// Several large pictures as text.
 constexpr qsizetype kLongestDrawing = 96'000'000;
 constexpr qsizetype kLargestPicture = 32'000'000;
+/// More than one are not asked for, and each may have to be fetched.
+constexpr std::size_t kMostPictures = 4;
 
 QByteArray pictureJson(const Picture& picture) {
   return R"({"type":"image_url","image_url":{"url":"data:)" + picture.type + ";base64," + picture.bytes.toBase64() +
@@ -143,6 +145,7 @@ Answered<std::vector<Picture>> ChatProvider::draw(const Drawing& drawing, const 
     auto picture = pictureIn(entry.toObject(), call);
     if (!picture) return std::unexpected(picture.error());
     pictures.push_back(std::move(*picture));
+    if (pictures.size() == kMostPictures) break;
   }
   if (pictures.empty()) return std::unexpected(noPicture());
   return pictures;

@@ -1,3 +1,4 @@
+#include <QCoreApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,12 +24,23 @@ namespace commands {
 
 namespace {
 
-/// The signals that end the service; blocked everywhere, so that only the main thread takes them.
-sigset_t endSignals() {
+/// The signals that the main thread takes, and nobody else: they are blocked everywhere. What an embedded service has
+/// to know anew its parent tells it.
+sigset_t awaitedSignals(const ServeOptions& options) {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : {SIGTERM, SIGINT}) sigaddset(&signals, signal);
+  if (!options.isEmbedded) sigaddset(&signals, SIGHUP);
   return signals;
+}
+
+/// From the files that the command line names. One that cannot be used is no reason to be without one.
+void readProviderAnew(ProviderSlot& providers) {
+  const auto arguments = Arguments::parse(QCoreApplication::arguments().mid(1));
+  const auto options = arguments ? ServeOptions::read(*arguments) : std::unexpected(arguments.error());
+  if (!options) return logLine("The AI provider stays as it was: %s", qPrintable(options.error()));
+  providers.set(options->provider);
+  logLine("The AI provider is read anew");
 }
 
 /// What the parent says, a line each: the AI provider, with its key. That it has been taken is said back, so that
@@ -87,9 +99,12 @@ void greet(const ServeOptions& options, std::uint16_t port, const QByteArray& cr
   listenToParent(providers);
 }
 
-void waitForEnd(const sigset_t& signals) {
+void waitForEnd(const sigset_t& signals, ProviderSlot& providers) {
+  const bool hadTerminal = isatty(STDERR_FILENO) != 0;
+  // A terminal that has been closed sends the same signal.
+  const auto isEnd = [&](int signal) { return signal != SIGHUP || (hadTerminal && isatty(STDERR_FILENO) == 0); };
   int received = 0;
-  sigwait(&signals, &received);
+  while (sigwait(&signals, &received) != 0 || !isEnd(received)) readProviderAnew(providers);
   // Whoever asks a second time does not want to wait.
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
@@ -117,7 +132,7 @@ std::unique_ptr<HttpServer> startEmbedded(const Router& router, HttpServer::Opti
 int serve(const Arguments& arguments) {
   const auto options = ServeOptions::read(arguments);
   if (!options) return refuse(options.error());
-  const sigset_t signals = endSignals();
+  const sigset_t signals = awaitedSignals(*options);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   // A client that is gone and a disk that is full are answers of the calls themselves.
   std::signal(SIGPIPE, SIG_IGN);
@@ -134,7 +149,7 @@ int serve(const Arguments& arguments) {
                                           : start(site.router(), options->server);
   if (!server) return fail(u"%1:%2 cannot be listened on"_s.arg(options->server.address).arg(options->server.port));
   greet(*options, server->port(), *credential, site.providers());
-  waitForEnd(signals);
+  waitForEnd(signals, *site.providers());
   server->drain(options->drain);
   return kSuccess;
 }

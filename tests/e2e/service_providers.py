@@ -1,0 +1,415 @@
+#!/usr/bin/env python3
+"""vantle-service between providers of the worst kind and more clients than it can serve."""
+
+import argparse
+import json
+import re
+import signal
+import socket
+import ssl
+import struct
+import sys
+import tempfile
+import threading
+import time
+import unittest
+from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent))
+
+from driver.ai import EVENTS, PICTURE, AITest, events, field, picture  # noqa: E402
+from driver.provider import IMAGE_MODEL, MODEL, Provider  # noqa: E402
+from driver.waiting import until  # noqa: E402
+
+KEY = "k3y-of-the-provider"
+
+
+class ProviderTest(AITest):
+    """With a key, and two seconds for an answer."""
+
+    def folder(self):
+        return Path(self.enterContext(tempfile.TemporaryDirectory(prefix="vantle-ai-")))
+
+    def limits(self):
+        key = self.folder() / "key"
+        key.write_text(KEY + "\n")
+        return ["--ai-key-file", str(key), "--ai-time-limit", "2"]
+
+    def ai_arguments(self):
+        return [*self.provider.arguments, *self.limits()]
+
+    def fails(self, raw, *words, headers=None):
+        self.provider.raw = raw
+        begun = time.monotonic()
+        answer = self.post("/v1/answers", {"question": "why?"}, headers)
+        self.assertLess(time.monotonic() - begun, 4)
+        self.assertEqual((answer.status, answer.headers["X-Quota-Remaining"]), (502, "10"), answer.body)
+        for word in words:
+            self.assertIn(word, answer.body.decode()[:80])
+
+
+class Chat(ProviderTest):
+    """What a provider must not get, and how little of it is taken."""
+
+    def test_its_key_goes_nowhere_else(self):
+        other = Provider()
+        self.addCleanup(other.close)
+        for status in (301, 302, 303, 307, 308):
+            away = [("Location", f"http://localhost:{other.port}/v1/chat/completions")]
+            self.fails(lambda handler, _, status=status: handler.reply(status, b"", headers=away), f"HTTP {status}", "elsewhere")
+        self.assertEqual(other.requests, [])
+        # A picture that lies with another service is fetched without it.
+        url = other.base_url.replace("/v1", "/picture")
+        other.raw = lambda handler, _: handler.reply(200, PICTURE, "image/png")
+        self.provider.raw = lambda handler, _: handler.reply(200, {"data": [{"url": url}]})
+        self.assertEqual(self.post("/v1/image-generate", [field("prompt", "a cat")]).status, 200)
+        self.assertEqual(self.provider.requests[-1].headers["Authorization"], f"Bearer {KEY}")
+        self.assertNotIn(KEY, str(other.requests[0].headers))
+
+    def test_more_pictures_than_anybody_wants_are_not_fetched(self):
+        url = self.provider.base_url.replace("/v1", "/picture")
+
+        def many(handler, request):
+            if request.path == "/picture":
+                return handler.reply(200, PICTURE, "image/png")
+            return handler.reply(200, {"data": [{"url": url}] * 500})
+
+        self.provider.raw = many
+        answer = self.post("/v1/image-generate", [field("prompt", "a cat")])
+        self.assertEqual((answer.status, len(answer.json["images"])), (200, 4))
+        self.assertEqual(len(self.provider.requests), 5)
+
+    def test_long_answers_take_no_memory(self):
+        def endless(head, piece):
+            def answer(handler, _):
+                handler.close_connection = True
+                handler.wfile.write(b"HTTP/1.1 200 OK\r\nConnection: close\r\n" + head + b"\r\n\r\n")
+                while True:
+                    handler.wfile.write(piece)
+
+            return answer
+
+        before = self.memory()
+        self.fails(endless(b"Content-Type: application/json", b" " * 65536), "too long")
+        self.fails(endless(b"Content-Type: text/event-stream", b"x" * 65536), "too long", headers=EVENTS)
+        # Comments are no answer, however many come.
+        self.fails(endless(b"Content-Type: text/event-stream", b": still here\n\n" * 4000), "within 2 seconds", headers=EVENTS)
+        self.fails(endless(b"X-Long: ", b"x" * 65536), "")
+        self.assertLess(self.memory() - before, 40_000)
+
+    def memory(self):
+        """The most it has taken, in KB."""
+        return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
+
+
+class Secure(ProviderTest):
+    """Behind TLS, with a certificate that nobody vouches for."""
+
+    def ai_arguments(self):
+        text = (Path(__file__).parent.parent / "support" / "test_certificate.h").read_text()
+        pem = self.folder() / "pem"
+        pem.write_text("\n".join(re.findall(r'"([^"\n]*)\\n"', text)))
+        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        context.load_cert_chain(pem)
+        self.provider._server.socket = context.wrap_socket(self.provider._server.socket, server_side=True)
+        words = [word.replace("http://", "https://") for word in self.provider.arguments]
+        return [*words, *self.limits()]
+
+    def test_nothing_is_sent_to_whom_nobody_knows(self):
+        for headers in ({}, EVENTS):
+            self.fails(None, "cannot be reached", headers=headers)
+        self.assertEqual((self.provider.requests, self.used()), ([], {}))
+
+
+class Messages(ProviderTest):
+    """The faults of the other protocol."""
+
+    def ai_arguments(self):
+        base = self.provider.base_url.removesuffix("/v1")
+        return ["--ai-provider", "anthropic", "--ai-base-url", base, "--ai-model", MODEL, *self.limits()]
+
+    def test_answers_that_are_none(self):
+        def whole(content, **more):
+            return lambda handler, _: handler.reply(200, {"type": "message", "content": content} | more)
+
+        for body in (b"", b"gibberish", b"[]", b'{"type":"message","content":[{"type":"te'):
+            self.fails(lambda handler, _, body=body: handler.reply(200, body), "not understood")
+        for content in ([], 7, [{"type": "image"}], [{"type": "text", "text": " \n"}]):
+            self.fails(whole(content), "empty answer")
+        self.fails(whole([{"type": "text", "text": "x" * 5_000_000}]), "too long")
+        self.fails(lambda handler, _: handler.reply(401, {"error": {"message": f"no such key: {KEY}"}}), "HTTP 401", "no such key: …")
+        self.fails(lambda *_: time.sleep(4), "within 2 seconds")
+        self.assertEqual(self.used(), {})
+
+    def test_streams_that_break(self):
+        def piece(text):
+            return {"type": "content_block_delta", "index": 0, "delta": {"type": "text_delta", "text": text}}
+
+        def stream(*sent):
+            def answer(handler, _):
+                handler.begin_events()
+                for one in sent:
+                    handler.event(one)
+
+            return answer
+
+        self.fails(stream({"type": "message_stop"}), "empty answer", headers=EVENTS)
+        half = json.dumps(piece("c"))[:-9]
+        for last, words in (([], "cut off"), ([half], "cut off"), ([piece("x" * 1_100_000)], "too long")):
+            self.provider.raw = stream(piece("a"), piece("b"), *last)
+            got = events(self.post("/v1/answers", {"question": "a"}, EVENTS).body)
+            self.assertEqual(got[:2], [("delta", {"text": "a"}), ("delta", {"text": "b"})])
+            self.assertEqual((got[-1][0], words in got[-1][1]["error"]), ("error", True), got[-1])
+        self.assertEqual(self.used(), {})
+
+
+class Commands(ProviderTest):
+    """Programs that do not behave."""
+
+    def ai_arguments(self):
+        self.script = self.folder() / "agent"
+        return ["--ai-provider", "command", "--ai-command", str(self.script), *self.limits()]
+
+    def says(self, text, question="why?"):
+        self.script.write_text("#!/bin/sh\n" + text)
+        self.script.chmod(0o700)
+        begun = time.monotonic()
+        answer = self.post("/v1/answers", {"question": question})
+        self.assertLess(time.monotonic() - begun, 4)
+        return answer.status, answer.body.decode()
+
+    def test_its_complaints_without_end_hold_nobody_up(self):
+        for text in ("exec yes 'no credit' >&2", "exec tr '\\0' x </dev/zero >&2"):
+            status, said = self.says(text)
+            self.assertEqual((status, "within 2 seconds" in said), (502, True), said)
+        self.assertEqual(self.says("yes oops >&2 & echo fine; kill $!"), (200, '{"answer":"fine"}'))
+        self.assertEqual(self.used(), {"answers": 1})
+
+    def test_one_that_reads_nothing(self):
+        status, said = self.says("exec sleep 9", "x" * 20_000)
+        self.assertEqual((status, "within 2 seconds" in said), (502, True))
+        self.assertEqual(self.says("sleep 0.2; echo deaf", "x" * 20_000), (200, '{"answer":"deaf"}'))
+
+    def test_what_it_leaves_in_a_session_of_its_own_holds_nobody_up(self):
+        mark = self.folder() / "mark"
+        begun = time.monotonic()
+        self.assertEqual(self.says(f"setsid sh -c 'echo $$ >{mark}; exec sleep 9' & sleep 0.2; echo fine"), (200, '{"answer":"fine"}'))
+        self.assertLess(time.monotonic() - begun, 1.5)
+        Path(f"/proc/{mark.read_text().strip()}").exists()
+        # One that writes on into the pipe ends when nobody reads it.
+        status, _ = self.says(f"setsid sh -c 'echo $$ >{mark}; exec yes' & sleep 0.2; exit 0")
+        self.assertEqual(status, 502)
+        until("it has ended", lambda: not Path(f"/proc/{mark.read_text().strip()}").exists(), 3)
+
+    def test_it_gets_nothing_that_is_open_here(self):
+        _, said = self.says("ls -l /proc/self/fd | sed 's/.* //'; env")
+        self.assertNotRegex(json.loads(said)["answer"], "socket|service.db|anon_inode|lock|" + KEY)
+
+    def test_it_ends_when_nobody_waits_any_more(self):
+        mark = self.folder() / "mark"
+        self.script.write_text(f"#!/bin/sh\necho $$ >{mark}; exec sleep 9")
+        self.script.chmod(0o700)
+        leave(self.service, lambda: until("it runs", lambda: mark.exists() and mark.read_text().strip(), 5))
+        until("it has ended", lambda: not Path(f"/proc/{mark.read_text().strip()}").exists(), 1.9)
+
+
+def leave(service, after, abruptly=False, more=b""):
+    """Asks, and is gone `after` that."""
+    body = json.dumps({"question": "a"})
+    head = f"POST /v1/answers HTTP/1.1\r\nHost: x\r\nAuthorization: Bearer {service.token}\r\n"
+    with socket.create_connection(("127.0.0.1", service.port)) as client:
+        client.sendall(f"{head}Content-Length: {len(body)}\r\n\r\n{body}".encode() + more)
+        after()
+        if abruptly:
+            client.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+
+
+class OneAtATime(AITest):
+    """One question is answered at a time, three more of the same person wait, and one of somebody else."""
+
+    def ai_arguments(self):
+        return [*self.provider.arguments, "--ai-concurrency", "1", "--ai-time-limit", "5"]
+
+    def hang(self, handler, _):
+        handler.connection.settimeout(20)
+        if handler.connection.recv(1) == b"":
+            self.provider.cut += 1
+
+    def test_whoever_goes_makes_room(self):
+        self.provider.raw = self.hang
+        for count, abruptly in enumerate((False, True), 1):
+            leave(self.service, lambda count=count: until("it was asked", lambda: len(self.provider.requests) == count, 5), abruptly)
+            until("the provider's connection is cut", lambda count=count: self.provider.cut == count, 4)
+        self.provider.raw = None
+        self.assertEqual(self.post("/v1/answers", {"question": "a"}).status, 200)
+        self.assertEqual(self.used(), {"answers": 1})
+
+    def test_nobody_waits_behind_those_who_have_gone(self):
+        self.provider.raw = self.hang
+        with ThreadPoolExecutor() as crowd:
+            first = crowd.submit(self.post, "/v1/answers", {"question": "first"})
+            until("the first is asked", lambda: self.provider.requests, 5)
+            for _ in range(3):
+                leave(self.service, lambda: time.sleep(0.1))
+            until("their places are free", lambda: self.can_wait(), 3, 0.3)
+            self.assertEqual(first.result().status, 502)
+        self.assertEqual(self.used(), {})
+
+    def can_wait(self):
+        """Whether one more is not refused at once."""
+        begun = time.monotonic()
+        self.post("/v1/answers", {"question": "next"})
+        return time.monotonic() - begun > 0.5
+
+    def test_whoever_waits_in_vain_is_told_in_time(self):
+        self.provider.raw = self.hang
+        with ThreadPoolExecutor() as crowd:
+            first = crowd.submit(self.post, "/v1/image-generate", [field("prompt", "a cat")])
+            until("the first is asked", lambda: self.provider.requests, 5)
+            time.sleep(1)
+            begun = time.monotonic()
+            second = self.post("/v1/answers", {"question": "b"})
+            self.assertLess(time.monotonic() - begun, 4.5)
+            self.assertEqual((second.status, second.headers["Retry-After"]), (503, "5"), second.body)
+            self.assertEqual(first.result().status, 502)
+        self.assertEqual((len(self.provider.requests), self.used()), (1, {}))
+
+
+class Turns(AITest):
+    """Of several people, each has a turn."""
+
+    arguments = []
+
+    def ai_arguments(self):
+        return [*self.provider.arguments, "--ai-concurrency", "1"]
+
+    def test_who_asks_much_keeps_nobody_from_his_turn(self):
+        alice, bob = self.service.add_token("alice"), self.service.add_token("bob")
+        go_on = threading.Event()
+        self.provider.answer = lambda _: go_on.wait(10) and "late"
+        with ThreadPoolExecutor() as crowd:
+            ask = lambda token, text: crowd.submit(self.post, "/v1/answers", {"question": text}, token=token)
+            asked = [ask(alice, "alice 0")]
+            until("the first is asked", lambda: self.provider.requests, 5)
+            asked += [ask(alice, f"alice {number}") for number in (1, 2, 3, 4)]
+            until("one more is refused", lambda: sum(one.done() for one in asked) == 1, 5)
+            asked.append(ask(bob, "bob"))
+            time.sleep(0.3)
+            go_on.set()
+            statuses = Counter(one.result().status for one in asked)
+        self.assertEqual(statuses, {200: 5, 503: 1})
+        questions = [request.texts[-1] for request in self.provider.requests]
+        self.assertEqual((questions[0], questions[1]), ("alice 0", "bob"))
+
+
+class Reloaded(AITest):
+    """Another provider while it runs."""
+
+    arguments = []
+
+    def ai_arguments(self):
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="vantle-ai-")))
+        self.config = self.folder / "config"
+        (self.folder / "key").write_text("first-key\n")
+        self.says(self.provider)
+        return ["--config", str(self.config), "--ai-key-file", str(self.folder / "key")]
+
+    def says(self, provider):
+        self.config.write_text(f"ai-provider = openai\nai-base-url = {provider.base_url}\nai-model = {MODEL}\n")
+
+    def test_a_hangup_reads_it_anew_and_breaks_nothing_off(self):
+        self.service.token = self.service.add_token("alice")
+        ask = lambda: self.post("/v1/answers", {"question": "a"}).json["answer"]
+        other = Provider("from the other one")
+        self.addCleanup(other.close)
+        self.provider.pause = 1
+        with ThreadPoolExecutor() as crowd:
+            under_way = crowd.submit(ask)
+            until("it is asked", lambda: self.provider.requests, 5)
+            (self.folder / "key").write_text("second-key\n")
+            self.says(other)
+            self.hang_up("The AI provider is read anew")
+            self.assertEqual(ask(), "from the other one")
+            self.assertEqual(under_way.result(), "the answer is 42")
+        self.assertEqual(other.requests[0].headers["Authorization"], "Bearer second-key")
+        # What cannot be used is no reason to be without one.
+        for wrong in ("ai-provider = magic\n", "nonsense\n", "ai-provider = openai\nai-base-url = ftp://x\n"):
+            self.config.write_text(wrong)
+            self.hang_up("stays as it was")
+            self.assertEqual(ask(), "from the other one")
+        (self.folder / "key").unlink()
+        self.hang_up("stays as it was")
+        self.assertNotIn("-key\n", self.service.log())
+        self.assertEqual(self.service.stop(), 0)
+
+    def hang_up(self, words):
+        before = len(self.service.log())
+        self.service.process.send_signal(signal.SIGHUP)
+        until(f"it says {words!r}", lambda: words in self.service.log()[before:], 5)
+
+
+class Crowd(AITest):
+    """Many more clients than places."""
+
+    CLIENTS = 64
+
+    def ai_arguments(self):
+        return [*self.provider.arguments, "--ai-concurrency", "4"]
+
+    def test_all_are_answered_and_nothing_else_waits(self):
+        self.service.command("plan", "set", "embedded", "--image-answers", "1000")
+        present, most, lock = [0], [0], threading.Lock()
+
+        def slow(_):
+            with lock:
+                present[0] += 1
+                most[0] = max(most[0], present[0])
+            time.sleep(0.3)
+            with lock:
+                present[0] -= 1
+            return "late"
+
+        self.provider.answer = slow
+        large = [picture("file", PICTURE + bytes(2_000_000)), field("question", "a")]
+        done = threading.Event()
+        with ThreadPoolExecutor(self.CLIENTS + 1) as crowd:
+            beside = crowd.submit(self.looks_in, done)
+            answers = list(crowd.map(lambda _: self.post("/v1/image-answers", large), range(self.CLIENTS)))
+            done.set()
+            self.assertLess(beside.result(), 1)
+        statuses = Counter(answer.status for answer in answers)
+        self.assertEqual((set(statuses), sum(statuses.values())), ({200, 503}, self.CLIENTS), statuses)
+        self.assertGreaterEqual(statuses[200], 15)
+        self.assertEqual(most[0], 4)
+        self.assertTrue(all(answer.headers["Retry-After"] for answer in answers if answer.status == 503))
+        self.assertEqual(self.used(), {"image_answers": statuses[200]})
+        # Of all these pictures, no more than those of one crowd is ever in memory.
+        self.assertLess(self.memory(), 2 * self.CLIENTS * 2_000 + 60_000)
+        self.assertEqual(self.post("/v1/image-answers", large).status, 200)
+
+    def looks_in(self, done):
+        """The longest that a small request took meanwhile, in seconds."""
+        longest = 0
+        while not done.is_set():
+            begun = time.monotonic()
+            self.assertEqual(self.service.ask("GET", "/v1/quota").status, 200)
+            longest = max(longest, time.monotonic() - begun)
+            time.sleep(0.05)
+        return longest
+
+    def memory(self):
+        return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--service", required=True)
+    options, rest = parser.parse_known_args()
+    AITest.program = options.service
+    unittest.main(argv=[sys.argv[0], *rest], verbosity=2)
+
+
+if __name__ == "__main__":
+    main()
