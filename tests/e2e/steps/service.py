@@ -8,6 +8,7 @@ from pathlib import Path
 
 from driver import accessibility
 from driver.display import run
+from driver.keyring import keyring
 from driver.waiting import expect, until
 
 CREDENTIAL = "a-credential-of-the-tour"
@@ -120,33 +121,6 @@ def enter(world, name, text):
 def child_of(pid):
     children = Path(f"/proc/{pid}/task/{pid}/children").read_text().split()
     return next((child for child in children if "vantle-service" in Path(f"/proc/{child}/comm").read_text()), None)
-
-
-@contextmanager
-def keyring(application):
-    """An open keyring in the application's own home, in place of what the bus may have started."""
-    daemon = subprocess.Popen(
-        ["gnome-keyring-daemon", "--foreground", "--replace", "--unlock", "--components=secrets"],
-        env=application.environment,
-        stdin=subprocess.PIPE,
-        stdout=subprocess.DEVNULL,
-        stderr=subprocess.DEVNULL,
-    )
-    daemon.stdin.write(b"secret")
-    daemon.stdin.close()
-    question = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/"]
-    question += ["org.freedesktop.DBus.GetConnectionUnixProcessID", "string:org.freedesktop.secrets"]
-
-    def is_ours():
-        answer = subprocess.run(question, capture_output=True, text=True).stdout
-        return answer.strip().endswith(f" {daemon.pid}")
-
-    try:
-        until("the keyring is open", is_ours, 10, 0.05)
-        yield
-    finally:
-        daemon.terminate()
-        daemon.wait(5)
 
 
 @contextmanager
