@@ -361,6 +361,8 @@ void Application::reload() {
   parts_->preferences.reload();
   parts_->services.configuration.reload();
   parts_->services.credential.forget();
+  parts_->services.provider.reload();
+  parts_->services.providerKey.forget();
   parts_->uplink.settings().reload();
   parts_->transform.settings().reload();
   parts_->promptify.settings().reload();

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "app/application.h"
+#include "base/logging.h"
 #include "cli/command.h"
 #include "core/net/app_channel.h"
 #include "platform/display.h"
@@ -100,5 +101,6 @@ int runApplicationUntilItEnds(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  keepTextsOutOfTheLog();
   return argc > 1 ? runCommandLineProcess(argc, argv) : runApplicationUntilItEnds(argc, argv);
 }

@@ -16,6 +16,7 @@ import unittest
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
+from unittest.mock import patch
 
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
@@ -81,6 +82,21 @@ class Chat(ProviderTest):
         self.assertEqual((answer.status, len(answer.json["images"])), (200, 4))
         self.assertEqual(len(self.provider.requests), 5)
 
+    def test_what_is_said_is_what_was_chosen_and_no_more(self):
+        words = [field("prompt", "a cat"), field("size", "auto"), field("quality", " auto ")]
+        self.assertEqual(self.post("/v1/image-generate", words).status, 200)
+        self.assertEqual(self.provider.requests[-1].json, {"model": IMAGE_MODEL, "prompt": "a cat"})
+        history = [{"question": f"question {number}", "answer": f"answer {number}"} for number in range(60)]
+        self.assertEqual(self.post("/v1/answers", {"question": "now?", "history": history}).status, 200)
+        _, first, *_, last, question = self.provider.requests[-1].texts
+        self.assertEqual((first, last, question), ("question 10", "answer 59", "now?"))
+
+    def test_pictures_leave_with_their_request(self):
+        large = [picture("file", PICTURE + bytes(19_000_000)), *[picture("files", PICTURE + bytes(19_000_000))] * 2]
+        for _ in range(12):
+            self.assertEqual(self.post("/v1/image-answers", large).body, b"There is no question.\n")
+        self.assertLess(self.memory(), 250_000)
+
     def test_long_answers_take_no_memory(self):
         def endless(head, piece):
             def answer(handler, _):
@@ -102,6 +118,17 @@ class Chat(ProviderTest):
     def memory(self):
         """The most it has taken, in KB."""
         return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
+
+
+class Proxied(ProviderTest):
+    """With a proxy for the world outside, which is not asked for what is here."""
+
+    def setUp(self):
+        self.enterContext(patch.dict("os.environ", {"http_proxy": "http://127.0.0.1:9", "no_proxy": ""}))
+        super().setUp()
+
+    def test_a_provider_on_this_computer_is_reached_directly(self):
+        self.assertEqual(self.post("/v1/answers", {"question": "a"}).json, {"answer": "the answer is 42"})
 
 
 class Secure(ProviderTest):
@@ -206,6 +233,11 @@ class Commands(ProviderTest):
     def test_it_gets_nothing_that_is_open_here(self):
         _, said = self.says("ls -l /proc/self/fd | sed 's/.* //'; env")
         self.assertNotRegex(json.loads(said)["answer"], "socket|service.db|anon_inode|lock|" + KEY)
+
+    def test_it_may_put_things_in_order_before_it_ends(self):
+        mark = self.folder() / "mark"
+        status, _ = self.says(f"trap 'echo ordered >{mark}; exit' TERM; sleep 9 & wait")
+        self.assertEqual((status, mark.read_text()), (502, "ordered\n"))
 
     def test_it_ends_when_nobody_waits_any_more(self):
         mark = self.folder() / "mark"

@@ -28,9 +28,11 @@ HttpError errorOf(const QNetworkReply& reply) {
 
 int statusOf(const QNetworkReply& reply) { return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }
 
-/// Qt counts a status of 400 and above among the errors; it is an answer like any other, if it came whole.
+/// Qt counts a status of 400 and above among the errors, and a redirect that does not say where to; these are answers
+/// like any other, if they came whole.
 bool isAnswered(const QNetworkReply& reply) {
   if (reply.error() == QNetworkReply::NoError) return true;
+  if (reply.error() == QNetworkReply::ProtocolUnknownError) return statusOf(reply) >= 300;
   return statusOf(reply) >= 400 && reply.error() != QNetworkReply::RemoteHostClosedError;
 }
 
