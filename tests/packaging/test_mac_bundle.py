@@ -173,6 +173,34 @@ class MacPackagingTest(unittest.TestCase):
             self.assertFalse(self.packaging.calls(tool))
 
 
+class BundleRulesTest(unittest.TestCase):
+    def test_the_bundle_is_whole(self):
+        with tempfile.TemporaryDirectory(prefix="vantle-bundle-") as folder:
+            build, tools = Path(folder) / "build", Path(folder) / "bin"
+            tools.mkdir()
+            # iconutil --convert icns --output FILE ICONSET
+            (tools / "iconutil").write_text('#!/bin/sh\nls "$5" > "$4"\n')
+            (tools / "iconutil").chmod(0o755)
+            environment = os.environ | {"PATH": f"{tools}:{os.environ['PATH']}"}
+            source = ROOT / "tests/packaging/mac_bundle"
+            named = [f"-DROOT={ROOT}", "-DVANTLE_APP_ID=org.example.vantle", "-DVANTLE_DEVELOPER=Someone"]
+            for command in (
+                ["cmake", "-S", source, "-B", build, "-G", "Ninja", *named],
+                ["cmake", "--build", build, "--target", "bundle"],
+            ):
+                done = subprocess.run(command, capture_output=True, text=True, env=environment)
+                self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+            contents = build / "bundle/Vantle.app/Contents"
+            files = {str(path.relative_to(contents)) for path in contents.rglob("*") if path.is_file()}
+            self.assertEqual(files, {"Info.plist", "Resources/Vantle.icns", "MacOS/vantle", "MacOS/vantle-service"})
+            info = plistlib.loads((contents / "Info.plist").read_bytes())
+            self.assertEqual(info["CFBundleIdentifier"], "org.example.vantle")
+            self.assertEqual((info["CFBundleVersion"], info["CFBundleShortVersionString"]), ("1.2.3", "1.2.3"))
+            self.assertTrue(info["NSHumanReadableCopyright"].endswith(" Someone"))
+            self.assertTrue(os.access(contents / "MacOS" / info["CFBundleExecutable"], os.X_OK))
+            self.assertEqual(len((contents / "Resources/Vantle.icns").read_text().split()), 10)
+
+
 class MacFilesTest(unittest.TestCase):
     def test_the_icon_has_every_size(self):
         pictures = sorted(BUILD.glob("packaging/**/Vantle.iconset/*.png"))
