@@ -66,7 +66,7 @@ class Backend:
 
 def problems(backend, only=None):
     """Everything that does not fit. `only` names sources: the others are not compiled, and what they decide is left out."""
-    found = list(cmake_problems(backend)) + compilation_problems(backend, only)
+    found = list(cmake_problems(backend)) + portable_problems(backend) + compilation_problems(backend, only)
     if found:
         return found  # a link of what does not compile says nothing
     return symbol_problems(backend) + seam_problems(backend)
@@ -193,16 +193,31 @@ def declaring_folders(backend):
 
 def seam_problems(backend):
     """The types are part of the mangled names: what is defined with others than it is called with is missing here."""
-    defined, called = set(), set()
+    defined, called, own = set(), set(), set()
     for compiled in filter(Path.is_file, map(backend.object, backend.sources(".mm"))):
         defined |= {name for name in mach_o.symbols(compiled.read_bytes())[0] if name.startswith(SEAM)}
     for compiled in filter(Path.is_file, map(backend.object, backend.sources(".cpp"))):
-        listed = subprocess.run(["nm", "--undefined-only", compiled], capture_output=True, text=True, check=True)
-        called |= set(re.findall(rf"\b{SEAM}\w+", listed.stdout))
+        listed = subprocess.run(["nm", "--extern-only", compiled], capture_output=True, text=True, check=True).stdout
+        called |= set(re.findall(rf" U ({SEAM}\w+)", listed))
+        own |= set(re.findall(rf" [TW] ({SEAM}\w+)", listed))
+    called -= own  # the Qt side's own functions have the same namespace
     missing = sorted(called - defined) if backend.has_objects(".mm") else []
     unused = sorted(defined - called) if backend.has_objects(".cpp") else []
     return [f"the Qt side calls {readable(name)}, which no .mm file defines" for name in missing] + [
         f"{readable(name)} is called by nobody" for name in unused
+    ]
+
+
+def portable_problems(backend):
+    """What the portable headers promise as functions must be there on a Mac too, in no other system's folder."""
+    platform = backend.folder.parent
+    sources = [*platform.glob("*.cpp"), *platform.glob("null/*.cpp"), *backend.sources(".cpp")]
+    text = "\n".join(source.read_text() for source in sources)
+    return [
+        f"{header.name} declares {name}, which is defined nowhere for macOS"
+        for header in sorted(platform.glob("*.h"))
+        for name in re.findall(r"^\w[\w:<>, *&]*? [*&]?(\w+)\([^;{}]*\);", header.read_text(), re.MULTILINE)
+        if not re.search(rf"^\w[\w:<>, *&]*? [*&]?{name}\([^;{{}}]*\) {{", text, re.MULTILINE)
     ]
 
 

@@ -54,6 +54,7 @@
 #include "tools/generate_image/generate_image_tool.h"
 #include "tools/image_to_url/uplink_tool.h"
 #include "tools/inject_md/inject_md_tool.h"
+#include "tools/keystrokes/command_typer.h"
 #include "tools/keystrokes/keystroke_sender.h"
 #include "tools/open_project/open_project_tool.h"
 #include "tools/screen_ask/image_ask_tool.h"
@@ -106,6 +107,7 @@ struct Application::Parts {
   ToolRegistry registry{{settings, hotkeys, network, analytics, toasts, clock}};
   CommandStore commands{folders, clock};
   KeystrokeSender keystrokes{*platform.keyEvents, *platform.permissions};
+  CommandTyper typer{keystrokes, *platform.pasteboard, toasts};
   ToolLauncherController launcher;
   DataEraser eraser;
   RegionSelectionController regions;
@@ -113,7 +115,7 @@ struct Application::Parts {
   AppContext context;
   CLIPaletteController cliPalette;
   SessionTraceScanner scanner{QDir::homePath()};
-  VibeHistoryKit history{context, keystrokes, scanner};
+  VibeHistoryKit history{context, typer, scanner};
   InjectMDKit injectMD{context, history.settings(), scanner};
   OpenProjectKit openProject{context, history.settings(), scanner};
   BoilerplatesKit boilerplates{context, history.settings(), scanner};
@@ -170,7 +172,7 @@ Application::Parts::Parts(Application& owner)
               }),
       context{folders, platform, clock,    settings, preferences, network,   hotkeys, registry,
               toasts,  owner,    launcher, windows,  services,    analytics, eraser,  regions},
-      cliPalette({commands, keystrokes, clock, owner, launcher},
+      cliPalette({commands, typer, clock, owner, launcher},
                  [this] { return std::make_unique<CLIPaletteWindow>(*platform.panelWindow, cliPalette); }),
       delegate({settings, analytics, registry, hotkeys, *platform.permissions, commands}, owner.effects()),
       menu({registry, hotkeys, network, *platform.sounds, clock, windows},

@@ -8,11 +8,10 @@ class DesktopApplication {
  public:
   virtual ~DesktopApplication() = default;
 
-  /// True: dark whatever the system says. False: as the system says. Answers whether the system redraws all widgets
-  /// itself; where it does not, the caller's own palette has to do.
-  virtual bool forceDark([[maybe_unused]] bool dark) { return false; }
+  /// True: the frames, menus and dialogs that the system draws are dark whatever it says. False: as it says.
+  virtual void forceDark([[maybe_unused]] bool dark) {}
   /// Calls `changed` on the main thread with what the desktop wants, soon and at each change; never where it does not
-  /// say.
+  /// say. While dark is forced, the answer may be that.
   // NOLINTNEXTLINE(performance-unnecessary-value-param): implementations keep it
   virtual void watchAppearance([[maybe_unused]] std::function<void(bool dark)> changed) {}
   /// Makes the program the active application. Due whenever an ordinary window is opened, and only then: raising a

@@ -1,5 +1,7 @@
 #include "platform/key_codes.h"
 
+#include <QChar>
+
 #include <algorithm>
 #include <array>
 
@@ -101,6 +103,16 @@ const KeyCode* findKeyByQtKey(int qtKey) {
 
 const KeyCode* findKeyByPosition(std::uint32_t position) {
   return find([position](const KeyCode& key) { return key.position == position; });
+}
+
+std::uint32_t keyForChord(std::uint32_t keyCode, const std::function<char16_t(std::uint32_t)>& characterOn) {
+  const KeyCode* wanted = findKeyCode(keyCode);
+  const bool isPrinted = wanted && wanted->keysym > 0x20 && wanted->keysym < 0x7F;
+  if (!isPrinted) return keyCode;
+  const auto hasIt = [&](std::uint32_t code) { return QChar(characterOn(code)).toLower().unicode() == wanted->keysym; };
+  if (hasIt(keyCode)) return keyCode;
+  const KeyCode* found = find([&](const KeyCode& key) { return hasIt(key.mac); });
+  return found ? found->mac : keyCode;
 }
 
 std::optional<std::uint32_t> macKeyCode(const ReportedKey& key) {

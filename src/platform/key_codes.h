@@ -3,6 +3,7 @@
 #include <qnamespace.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 
@@ -26,6 +27,10 @@ std::span<const KeyCode> keyCodes();
 const KeyCode* findKeyCode(std::uint32_t mac);
 const KeyCode* findKeyByQtKey(int qtKey);
 const KeyCode* findKeyByPosition(std::uint32_t position);
+
+/// The key to press for a chord of `keyCode`: the one that has its letter, as `characterOn` tells of a key, else the
+/// one at its position.
+std::uint32_t keyForChord(std::uint32_t keyCode, const std::function<char16_t(std::uint32_t)>& characterOn);
 
 /// A key press as the toolkit reports it: its symbol, its position and the system's own number.
 struct ReportedKey {

@@ -34,8 +34,20 @@ struct PressKey {
 using KeyStep = std::variant<TypeText, Pause, PressKey>;
 using KeySequence = std::vector<KeyStep>;
 
+/// Why not all of a sequence was typed.
 struct KeyEventError {
+  enum class Kind {
+    /// Single steps failed; the rest was typed.
+    incomplete,
+    /// Nothing was typed: keys cannot be made, or they would go to somebody who must not get them, a locked screen say.
+    refused,
+    /// Nothing was typed; the user has been asked to allow it.
+    notPermitted,
+  };
+  /// A sentence without its full stop.
   QString reason;
+  Kind kind = Kind::incomplete;
+
   QString description() const { return reason; }
 };
 
@@ -48,6 +60,7 @@ class KeyEvents {
 
   /// Performs the steps in order off the main thread, sequences one after the other, and calls `done` on the main
   /// thread. Modifiers that the user holds do not reach the typed text and are as they were afterwards. A step that
-  /// cannot be performed is skipped; the first such failure is what `done` gets.
+  /// cannot be performed is skipped; the first such failure is what `done` gets. While another program keeps all keys
+  /// to itself, as a password field or a locked screen does, the whole sequence is refused before anything is typed.
   virtual void perform(KeySequence steps, Done done) = 0;
 };

@@ -6,13 +6,13 @@
 
 using namespace Qt::StringLiterals;
 
-VibeHistoryKit::VibeHistoryKit(AppContext& context, KeystrokeSender& keystrokes, const SessionTraceScanner& scanner)
+VibeHistoryKit::VibeHistoryKit(AppContext& context, CommandTyper& typer, const SessionTraceScanner& scanner)
     : settings_(context.folders.file(u"VibeHistory/settings.json"_s)),
-      palette_({settings_, scanner, keystrokes, *context.platform.pasteboard, context.toasts, context.clock,
-                context.launcher},
-               [this, &native = *context.platform.panelWindow] {
-                 return std::make_unique<VibeHistoryPaletteWindow>(native, palette_);
-               }) {}
+      palette_(
+          {settings_, scanner, typer, *context.platform.pasteboard, context.toasts, context.clock, context.launcher},
+          [this, &native = *context.platform.panelWindow] {
+            return std::make_unique<VibeHistoryPaletteWindow>(native, palette_);
+          }) {}
 
 std::unique_ptr<Tool> VibeHistoryKit::makeTool() {
   return std::make_unique<VibeHistoryTool>(

@@ -7,7 +7,7 @@
 
 class VibeHistoryKit final : public ToolKit {
  public:
-  VibeHistoryKit(AppContext& context, KeystrokeSender& keystrokes, const SessionTraceScanner& scanner);
+  VibeHistoryKit(AppContext& context, CommandTyper& typer, const SessionTraceScanner& scanner);
 
   VibeHistoryStore& settings() { return settings_; }
 

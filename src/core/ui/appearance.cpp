@@ -28,7 +28,7 @@ void Appearance::apply() {
 
 void Appearance::update() {
   const bool forced = preferences_.value().appearance == AppAppearance::dark;
-  if (desktop_.forceDark(forced)) return;
+  desktop_.forceDark(forced);
   const Theme& theme = forced || desktopIsDark_ ? Theme::darkTheme() : Theme::light();
   const QPalette palette = themePalette(theme);
   if (palette != QApplication::palette()) QApplication::setPalette(palette);

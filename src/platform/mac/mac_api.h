@@ -33,6 +33,16 @@ void releaseKeySource(void* source);
 bool typeText(void* source, const uint16_t* text, uint32_t length);
 /// One key-down and key-up with exactly these Carbon modifiers.
 bool pressKey(void* source, uint32_t keyCode, uint32_t carbonModifiers);
+/// Whether some program keeps all keys to itself, for a password say.
+bool isSecureInputOn();
+
+// The keyboard's layout.
+
+/// The first UTF-16 unit that a key types with these Carbon modifiers held, 0 when it types nothing.
+uint16_t characterOnKey(uint32_t keyCode, uint32_t carbonModifiers);
+/// Calls `changed` on the main thread after the user has chosen another layout. End with stopWatchingLayout.
+void* watchLayout(void (*changed)(void* context), void* context);
+void stopWatchingLayout(void* watch);
 
 // Panels. `view` is the NSView of a window that Qt created as a panel (Qt::Tool).
 
@@ -52,6 +62,9 @@ bool canTakeKeyboard(void* view);
 /// stopWatching.
 void* watchResignKey(void* view, void (*resigned)(void* context), void* context);
 void stopWatching(void* watch);
+
+/// Whether a button of the pointer is down, wherever that is.
+bool isPointerPressed();
 
 /// The application the user works in, null when that is this one. End with releaseApplication.
 void* activeApplication();
@@ -152,9 +165,15 @@ struct Version {
 };
 
 Version systemVersion();
+/// Whether this process belongs to a session with windows: one that came over the network does not. Before any other.
+bool hasWindowServer();
 bool isMotionReduced();
 /// True: the whole application is dark. False: it follows the system.
 void forceDarkAppearance(bool dark);
+/// Calls `changed` on the main thread, at once and whenever the application's windows become dark or light. End with
+/// stopWatchingAppearance.
+void* watchAppearance(void (*changed)(void* context, bool dark), void* context);
+void stopWatchingAppearance(void* watch);
 /// Makes this the active application, whichever is active now.
 void activate();
 

@@ -62,4 +62,6 @@ bool pressKey(void* source, uint32_t keyCode, uint32_t carbonModifiers) {
   return postPair(source, static_cast<CGKeyCode>(keyCode), eventFlags(carbonModifiers), nullptr, 0);
 }
 
+bool isSecureInputOn() { return IsSecureEventInputEnabled(); }
+
 }  // namespace mac

@@ -87,6 +87,8 @@ void stopWatching(void* watch) {
   [NSNotificationCenter.defaultCenter removeObserver:observer];
 }
 
+bool isPointerPressed() { return NSEvent.pressedMouseButtons != 0; }
+
 void* activeApplication() {
   if (NSApp.active) return nullptr;
   return (__bridge_retained void*)NSWorkspace.sharedWorkspace.frontmostApplication;

@@ -10,11 +10,13 @@ Version systemVersion() {
           static_cast<int32_t>(version.patchVersion)};
 }
 
-bool isMotionReduced() { return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion; }
-
-void forceDarkAppearance(bool dark) {
-  NSApp.appearance = dark ? [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua] : nil;
+bool hasWindowServer() {
+  CFDictionaryRef session = CGSessionCopyCurrentDictionary();
+  if (session) CFRelease(session);
+  return session != nullptr;
 }
+
+bool isMotionReduced() { return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion; }
 
 // The newer -activate waits for the active application to yield, which no other application does for a shortcut of
 // ours.

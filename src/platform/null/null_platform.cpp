@@ -16,7 +16,7 @@ class NullHotkeys final : public HotkeyBackend {
 class NullKeyEvents final : public KeyEvents {
  public:
   void perform(KeySequence, Done done) override {
-    done(std::unexpected(KeyEventError{QStringLiteral("Typing needs a display")}));
+    done(std::unexpected(KeyEventError{QStringLiteral("Typing needs a display"), KeyEventError::Kind::refused}));
   }
 };
 

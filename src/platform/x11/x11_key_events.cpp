@@ -72,7 +72,8 @@ class X11KeyEvents final : public KeyEvents {
   }
 
   static X11Typist::Result unavailable() {
-    return std::unexpected(KeyEventError{u"Typing needs an X display with XTEST, XKB and XInput 2"_s});
+    return std::unexpected(
+        KeyEventError{u"Typing needs an X display with XTEST, XKB and XInput 2"_s, KeyEventError::Kind::refused});
   }
 
   void deliver(Done done, X11Typist::Result result) {

@@ -20,6 +20,10 @@ namespace {
 /// For the first key of XTEST after those of another keyboard: programs read the map when the keyboard changes.
 constexpr auto kSettle = 25ms;
 
+X11Typist::Result refused(const QString& reason) {
+  return std::unexpected(KeyEventError{reason, KeyEventError::Kind::refused});
+}
+
 bool isChord(const KeyStep& step) {
   const auto* key = std::get_if<PressKey>(&step);
   return key != nullptr && key->carbonModifiers != 0;
@@ -38,17 +42,20 @@ X11Typist::X11Typist(std::unique_ptr<XTestKeyboard> keyboard)
 
 X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::stop_token& stop) {
   map_ = KeyboardMap::read(keyboard_->connection(), lender_.lent());
-  if (!map_) return std::unexpected(KeyEventError{u"The keyboard's map could not be read"_s});
+  if (!map_) return refused(u"The keyboard's map could not be read"_s);
   lender_.prepare(*map_);
   skipped_ = 0;
   const auto keys = std::ranges::any_of(sequence, isChord) ? HeldModifiers::Keys::all : HeldModifiers::Keys::modifiers;
   const bool free = modifiers_.lift(*map_, lender_.neutralKey(), keys, stop);
   pacing::sleep(kSettle);
-  if (free) typeSteps(typingSteps(sequence), stop);
+  const bool heard = free && keyboard_->awaitUngrabbed(stop);
+  if (heard) typeSteps(typingSteps(sequence), stop);
   lender_.finish();
   modifiers_.giveBack(*map_);
   if (isBroken()) return std::unexpected(KeyEventError{u"The connection to the display was lost"_s});
-  if (!free) return std::unexpected(KeyEventError{u"Nothing was typed: a modifier key stayed held down"_s});
+  if (!free) return refused(u"A modifier key stayed held down"_s);
+  if (!heard)
+    return refused(u"Another program keeps the keyboard to itself, as a locked screen or an open menu does"_s);
   if (stop.stop_requested()) return std::unexpected(KeyEventError{u"Typing was stopped"_s});
   if (skipped_ > 0) return std::unexpected(KeyEventError{u"%1 characters could not be typed"_s.arg(skipped_)});
   return {};

@@ -19,6 +19,9 @@ namespace {
 /// Grabs that stop the keyboard, for a shortcut's sake, last a few milliseconds.
 constexpr auto kLongestStop = 500ms;
 constexpr auto kPoll = 1ms;
+/// Those of shortcuts end with the hand on the key, those of menus and locked screens much later.
+constexpr auto kLongestGrab = 600ms;
+constexpr auto kGrabPoll = 10ms;
 
 bool hasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
   const auto* data = xcb_get_extension_data(connection, extension);
@@ -61,6 +64,28 @@ bool XTestKeyboard::prepareInput() {
   if (!answer) return false;
   findXTestDevice();
   return !isBroken();
+}
+
+bool XTestKeyboard::awaitUngrabbed(const std::stop_token& stop) {
+  const auto end = std::chrono::steady_clock::now() + kLongestGrab;
+  while (isGrabbed()) {
+    if (std::chrono::steady_clock::now() >= end || stop.stop_requested() || isBroken()) return false;
+    pacing::sleep(kGrabPoll);
+  }
+  return true;
+}
+
+/// Nothing tells who has the keyboard; but whoever asks for it is refused while somebody has it.
+bool XTestKeyboard::isGrabbed() {
+  xcb_connection_t* c = connection_.get();
+  const auto cookie = xcb_grab_keyboard(c, true, root_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+  const XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(c, cookie, nullptr));
+  if (!reply) return false;
+  if (reply->status == XCB_GRAB_STATUS_SUCCESS) {
+    xcb_ungrab_keyboard(c, XCB_CURRENT_TIME);
+    sync();
+  }
+  return reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED || reply->status == XCB_GRAB_STATUS_FROZEN;
 }
 
 void XTestKeyboard::watchKeys(bool wanted) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <deque>
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 #include "platform/x11/keyboard_map.h"
@@ -40,6 +41,10 @@ class XTestKeyboard {
   /// known then, also when a grab has stopped the keyboard for a moment. 0: as `sync`.
   void settle(xcb_keycode_t neutralKey);
 
+  /// Whether keys reach the focused window, soon if not at once: a shortcut's owner has the keyboard while its key is
+  /// down. False: another program keeps it and would get what is typed. `stop` ends waiting.
+  bool awaitUngrabbed(const std::stop_token& stop);
+
   /// Starts or ends noticing other people's keys. They pile up unread, so that it should not go on while nothing is
   /// typed.
   void watchKeys(bool wanted);
@@ -59,6 +64,7 @@ class XTestKeyboard {
   XTestKeyboard() = default;
   bool prepare(int screen);
   bool prepareInput();
+  bool isGrabbed();
   void findXTestDevice();
   void fake(xcb_keycode_t code, bool pressed);
   void collect();

@@ -3,7 +3,7 @@
 #include "core/presenters/settings_opener.h"
 #include "tools/frequent_clis/command_store.h"
 #include "tools/frequent_clis/frequent_clis_tool.h"
-#include "tools/keystrokes/keystroke_sender.h"
+#include "tools/keystrokes/command_typer.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,7 +25,7 @@ void CLIPaletteController::chooseSelected(const KeyPress&) {
 void CLIPaletteController::choose(CLICommand command) {
   hide();
   services_.clock.after(kTypingDelay, typing_, [this, command = std::move(command)] {
-    services_.sender.send(command.command, command.pressReturn);
+    services_.typer.type(command.command, command.pressReturn);
   });
 }
 

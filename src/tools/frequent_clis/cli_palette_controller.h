@@ -7,7 +7,7 @@
 #include "tools/frequent_clis/palette_model.h"
 
 class CommandStore;
-class KeystrokeSender;
+class CommandTyper;
 class SettingsOpener;
 
 /// The palette's flow: choosing types the command, editing opens its settings. Main thread only.
@@ -18,7 +18,7 @@ class CLIPaletteController final : public PaletteController {
 
   struct Services {
     CommandStore& store;
-    KeystrokeSender& sender;
+    CommandTyper& typer;
     Clock& clock;
     SettingsOpener& settings;
     LauncherOpener& launcher;

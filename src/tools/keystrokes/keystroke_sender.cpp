@@ -16,6 +16,8 @@ constexpr auto kBeforeReturn = 80ms;
 constexpr std::uint32_t kReturnKey = 36;
 constexpr std::uint32_t kCommandMask = 0x0100;
 
+KeyEventError notPermitted() { return {u"The system does not let Vantle type"_s, KeyEventError::Kind::notPermitted}; }
+
 }  // namespace
 
 void KeystrokeSender::send(const QString& text, bool pressReturn, KeyEvents::Done done) {
@@ -31,7 +33,7 @@ void KeystrokeSender::perform(KeySequence steps, KeyEvents::Done done) {
     if (!result) qCWarning(lcTyping).noquote() << result.error().description();
     if (done) done(result);
   };
-  if (!mayType()) return report(std::unexpected(KeyEventError{u"The system does not let Vantle type"_s}));
+  if (!mayType()) return report(std::unexpected(notPermitted()));
   if (steps.empty()) return report({});
   events_.perform(std::move(steps), report);
 }

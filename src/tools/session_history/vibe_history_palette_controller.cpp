@@ -5,7 +5,7 @@
 #include "base/background.h"
 #include "core/presenters/toast_presenter.h"
 #include "platform/pasteboard.h"
-#include "tools/keystrokes/keystroke_sender.h"
+#include "tools/keystrokes/command_typer.h"
 #include "tools/session_history/vibe_history_tool.h"
 
 using namespace Qt::StringLiterals;
@@ -97,7 +97,7 @@ void VibeHistoryPaletteController::insert(const VibeSession& session, bool press
   const QString command = session.resumeCommand();
   hide();
   services_.clock.after(kTypingDelay, typing_,
-                        [this, command, pressReturn] { services_.sender.send(command, pressReturn); });
+                        [this, command, pressReturn] { services_.typer.type(command, pressReturn); });
 }
 
 void VibeHistoryPaletteController::copySelected() {

@@ -9,7 +9,7 @@
 #include "tools/session_history/vibe_history_palette_model.h"
 #include "tools/session_history/vibe_history_settings.h"
 
-class KeystrokeSender;
+class CommandTyper;
 class Pasteboard;
 class ToastPresenter;
 
@@ -27,7 +27,7 @@ class VibeHistoryPaletteController final : public QObject, public PaletteControl
   struct Services {
     const VibeHistoryStore& settings;
     const SessionTraceScanner& scanner;
-    KeystrokeSender& sender;
+    CommandTyper& typer;
     Pasteboard& pasteboard;
     ToastPresenter& toasts;
     Clock& clock;

@@ -45,8 +45,9 @@ void AITextTransformTool::activate() {
 void AITextTransformTool::take(const Selection& selection) {
   selection_ = selection;
   if (selection_.text.value_or(QString()).trimmed().isEmpty()) {
+    const QString obstacle = selection_.obstacle;
     giveUp();
-    return showNoSelection();
+    return obstacle.isEmpty() ? showNoSelection() : showNotCopied(obstacle);
   }
   stage_ = Stage::asking;
   services_.picker.choose(job_.bind([this](std::optional<TextTransformMode> mode) { chosen(mode); }));
@@ -108,7 +109,7 @@ void AITextTransformTool::replace(const QString& result) {
   using Outcome = SelectionReplacer::Outcome;
   stage_ = Stage::placing;
   services_.replacer.replace(selection_, result, job_, job_.bind([this, result](const auto& outcome) {
-    if (!outcome) return copy(result, u"It could not be typed: %1 "_s.arg(outcome.error().description()));
+    if (!outcome) return copy(result, u"It could not be typed: %1. "_s.arg(outcome.error().description()));
     if (*outcome == Outcome::copied) return copy(result, u"It could not be typed there. "_s);
     showReplaced(result);
   }));
@@ -156,6 +157,15 @@ void AITextTransformTool::showNoSelection() {
                          .title = u"Select some text first"_s,
                          .detail = u"Highlight text in any app, then "_s + again},
                         kNoSelectionToast);
+}
+
+void AITextTransformTool::showNotCopied(const QString& obstacle) {
+  services_.toasts.show({.icon = u"text.cursor"_s,
+                         .iconColor = QColorConstants::White,
+                         .title = u"The selection could not be copied"_s,
+                         .detail = obstacle + u'.',
+                         .detailLineLimit = kResultLines},
+                        kFailureToast);
 }
 
 /// Where the system has no page of settings for it, what to do instead is the system's own sentence.

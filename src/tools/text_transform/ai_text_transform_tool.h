@@ -61,6 +61,7 @@ class AITextTransformTool final : public Tool {
   void showReplaced(const QString& result);
   void showFailure(const AITextTransformError& error);
   void showNoSelection();
+  void showNotCopied(const QString& obstacle);
   void showNoPermission();
 
   Services services_;

@@ -43,7 +43,11 @@ void CopyingSelectionReader::copy(PasteboardContents earlier) {
   if (!reading.job.isRunning()) return finish();
   reading.earlier = std::move(earlier);
   reading.count = services_.pasteboard.changeCount();
-  const auto pressed = [this](const std::expected<void, KeyEventError>& result) { result ? lookAgain() : finish(); };
+  const auto pressed = [this](const std::expected<void, KeyEventError>& result) {
+    if (result) return lookAgain();
+    readings_.front().selection.obstacle = result.error().description();
+    finish();
+  };
   services_.keys.sendCommandKey(kCopyKey, run_.bind(pressed));
 }
 

@@ -18,6 +18,8 @@ struct Selection {
   KeyTarget owner = KeyTarget::none;
   /// The pasteboard's change count with the copy on it.
   std::int64_t copyCount = 0;
+  /// Why it could not even be copied; a sentence without its full stop.
+  QString obstacle = {};
 };
 
 /// Reads the selection. Main thread only.

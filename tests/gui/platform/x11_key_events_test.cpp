@@ -4,10 +4,21 @@
 #include <QThread>
 #include <QtTest>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+
 #include "platform/x11/x11_key_events.h"
 #include "tools/keystrokes/keystroke_sender.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr xcb_keycode_t kKeyS = 39;
+constexpr xcb_keycode_t kReturn = 36;
+
+}  // namespace
 
 class X11KeyEventsTest : public QObject {
   Q_OBJECT
@@ -52,6 +63,37 @@ class X11KeyEventsTest : public QObject {
     QTRY_COMPARE(text_->toPlainText(), u"rest"_s);
   }
 
+  void whoKeepsTheKeyboardGetsNoKeys() {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> locker(xcb_connect(nullptr, nullptr),
+                                                                              &xcb_disconnect);
+    grab(*locker);
+    std::optional<std::expected<void, KeyEventError>> typed;
+    const auto take = [&](const auto& result) { typed = result; };
+    events_->perform(KeystrokeSender::sequence(u"secret"_s, true), take);
+    QTRY_VERIFY(typed);
+    QVERIFY(!*typed);
+    QCOMPARE(typed->error().kind, KeyEventError::Kind::refused);
+    while (xcb_generic_event_t* event = xcb_poll_for_event(locker.get())) {
+      const auto code = reinterpret_cast<const xcb_key_press_event_t*>(event)->detail;
+      // A key that types nothing comes first; where it goes shows only then.
+      const bool isTyped = (event->response_type & 0x7f) == XCB_KEY_PRESS && (code == kKeyS || code == kReturn);
+      free(event);
+      QVERIFY(!isTyped);
+    }
+    QVERIFY(text_->toPlainText().isEmpty());
+
+    // A shortcut's grab ends soon, and is waited for.
+    typed.reset();
+    events_->perform(KeystrokeSender::sequence(u"late"_s, false), take);
+    QTest::qWait(100);
+    QVERIFY(!typed);
+    xcb_ungrab_keyboard(locker.get(), XCB_CURRENT_TIME);
+    xcb_flush(locker.get());
+    QTRY_VERIFY(typed);
+    QVERIFY(*typed);
+    QTRY_COMPARE(text_->toPlainText(), u"late"_s);
+  }
+
   void aMegabyteEndsWithItsOwner() {
     bool done = false;
     const QString megabyte = u"x"_s.repeated(1 << 20);
@@ -77,6 +119,15 @@ class X11KeyEventsTest : public QObject {
   }
 
  private:
+  static void grab(xcb_connection_t& connection) {
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(&connection)).data->root;
+    const auto cookie =
+        xcb_grab_keyboard(&connection, false, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const std::unique_ptr<xcb_grab_keyboard_reply_t, decltype(&free)> reply(
+        xcb_grab_keyboard_reply(&connection, cookie, nullptr), &free);
+    QVERIFY(reply && reply->status == XCB_GRAB_STATUS_SUCCESS);
+  }
+
   std::unique_ptr<QPlainTextEdit> text_;
   std::unique_ptr<KeyEvents> events_;
 };

@@ -26,6 +26,20 @@ bool typeText(void*, const uint16_t* text, uint32_t length) {
 bool pressKey(void*, uint32_t keyCode, uint32_t modifiers) {
   return fake->post(u"<%1 %2>"_s.arg(keyCode).arg(modifiers));
 }
+bool isSecureInputOn() { return fake->isSecureInputOn; }
+uint16_t characterOnKey(uint32_t keyCode, uint32_t) {
+  const auto found = fake->layout.find(keyCode);
+  return found == fake->layout.end() ? 0 : found->second;
+}
+void* watchLayout(void (*changed)(void*), void* context) {
+  fake->layoutWatch = {changed, context};
+  return fake->retain();
+}
+void stopWatchingLayout(void* watch) {
+  fake->layoutWatch = {};
+  fake->release(watch);
+}
+bool isPointerPressed() { return fake->isPointerPressed; }
 void styleAsPanel(void*, Panel) {}
 void orderFront(void*, Panel kind) { fake->ordered.push_back(kind); }
 void makeKey(void*, Panel kind) { fake->ordered.push_back(kind); }
@@ -104,7 +118,20 @@ bool setLoginItem(bool enabled, void (*refused)(void*, const char*), void* conte
 void openLoginItemSettings() {}
 Version systemVersion() { return fake->version; }
 bool isMotionReduced() { return false; }
-void forceDarkAppearance(bool) {}
+bool hasWindowServer() { return fake->hasWindowServer; }
+void forceDarkAppearance(bool dark) {
+  fake->isDark = dark;
+  if (fake->appearanceWatch.first) fake->appearanceWatch.first(fake->appearanceWatch.second, dark);
+}
+void* watchAppearance(void (*changed)(void*, bool), void* context) {
+  fake->appearanceWatch = {changed, context};
+  changed(context, fake->isDark);
+  return fake->retain();
+}
+void stopWatchingAppearance(void* watch) {
+  fake->appearanceWatch = {};
+  fake->release(watch);
+}
 void activate() {}
 
 }  // namespace mac

@@ -48,6 +48,14 @@ struct FakeSystem {
   std::mutex mutex;
   std::vector<Post> posts;
   QString failing;
+  bool isSecureInputOn = false;
+  bool isPointerPressed = false;
+  /// What the keys type.
+  std::map<std::uint32_t, char16_t> layout;
+  std::pair<void (*)(void*), void*> layoutWatch{};
+  bool hasWindowServer = true;
+  bool isDark = false;
+  std::pair<void (*)(void*, bool), void*> appearanceWatch{};
   std::vector<mac::Panel> ordered;
   std::map<void*, std::pair<void (*)(void*), void*>> watches;
   bool otherIsActive = true;

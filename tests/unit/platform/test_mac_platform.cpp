@@ -76,6 +76,48 @@ class MacPlatformTest : public QObject {
     QCOMPARE(fake->posted(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
   }
 
+  void secureInputRefusesAllOfIt() {
+    fake->isSecureInputOn = true;
+    std::optional<KeyEventError> refusal;
+    platform_->keyEvents->perform({TypeText{u"sudo"_s}, PressKey{36, 0}},
+                                  [&](auto result) { refusal = result.error(); });
+    QVERIFY(!refusal);
+    QTRY_VERIFY(refusal);
+    QCOMPARE(refusal->kind, KeyEventError::Kind::refused);
+    QVERIFY(fake->posted().isEmpty());
+    fake->isSecureInputOn = false;
+    platform_->keyEvents->perform({TypeText{u"ls"_s}}, [&](auto) { refusal.reset(); });
+    QTRY_VERIFY(!refusal);
+    QCOMPARE(fake->posted(), QStringList{u"ls"_s});
+  }
+
+  void chordsArePressedWhereTheLetterIs() {
+    fake->layout = {{8, u'j'}, {34, u'c'}};  // Dvorak
+    platform_->keyEvents->perform({PressKey{8, 0x0100}, PressKey{36, 0}}, {});
+    QTRY_COMPARE(fake->posted(), (QStringList{u"<34 256>"_s, u"<36 0>"_s}));
+  }
+
+  void legendsFollowTheLayout() {
+    fake->layout = {{12, u'a'}, {36, u'\r'}, {49, u' '}, {123, u'\uF702'}};
+    KeyLegends& legends = *platform_->keyLegends;
+    QCOMPARE(legends.legend(12), u"a"_s);
+    for (const std::uint32_t key : {36U, 49U, 123U, 200U}) QCOMPARE(legends.legend(key), QString());
+    int changes = 0;
+    legends.watch([&] { ++changes; });
+    fake->layoutWatch.first(fake->layoutWatch.second);
+    QTRY_COMPARE(changes, 1);
+    legends.watch({});
+    QVERIFY(!fake->layoutWatch.first);
+  }
+
+  void theAppearanceIsTold() {
+    std::vector<bool> told;
+    platform_->desktopApplication->watchAppearance([&](bool dark) { told.push_back(dark); });
+    QTRY_COMPARE(told, std::vector{false});
+    platform_->desktopApplication->forceDark(true);
+    QTRY_COMPARE(told, (std::vector{false, true}));
+  }
+
   void typingEndsWithTheProgram() {
     bool done = false;
     KeySequence hour;

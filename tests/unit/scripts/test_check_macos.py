@@ -94,6 +94,9 @@ MISTAKES = {
     "a seam function with other types": Mistake(
         "mac_sounds.mm", "bool playSound(const char* name)", "bool playSound(char* name)", ("'playSound'", "no previous prototype")
     ),
+    "a portable function that is defined nowhere": Mistake(
+        "mac_platform.cpp", "bool prepareDisplay() {", "bool isThereADisplay() {", ("display.h", "prepareDisplay"), EVERY_MM[:1]
+    ),
     "a seam function that is defined nowhere": Mistake(
         "mac_screen.mm", "uint32_t windowNumber(void* view) {", "static uint32_t numberOfWindow [[maybe_unused]] (void* view) {",
         ("mac::windowNumber(void*)", "no .mm file defines"), ("mac_screen_grabber.cpp", *EVERY_MM),
@@ -122,7 +125,7 @@ def tree_with(folder, mistake=None):
 def problems(mistake):
     with tempfile.TemporaryDirectory() as folder:
         tree_with(folder, mistake)
-        only = {name for name in (mistake.source, *mistake.others) if name.endswith((".mm", ".cpp"))}
+        only = {name for name in (*mistake.others, mistake.source) if name.endswith((".mm", ".cpp"))}
         return "\n".join(macos.problems(macos.Backend(folder, folder), only))
 
 

@@ -96,6 +96,26 @@ class CLIPaletteControllerTest : public QObject {
     }
   }
 
+  void aRefusedCommandIsOnTheClipboard() {
+    const auto choose = [this](const KeyEventError& error) {
+      world_->events.result = std::unexpected(error);
+      world_->palette.show();
+      world_->press(code(keycode::kReturn));
+      world_->clock.advance(120ms);
+    };
+    // A part of it is there, or the system asks: neither is told.
+    choose({u"1 characters could not be typed"_s});
+    world_->permissions.trusted = false;
+    choose({u"The system does not let Vantle type"_s});
+    world_->permissions.trusted = true;
+    QVERIFY(world_->pasteboard.texts.isEmpty() && world_->toasts.shown.empty());
+
+    choose({u"The screen is locked"_s, KeyEventError::Kind::refused});
+    QCOMPARE(world_->pasteboard.texts, QStringList{world_->store.commands()[0].command});
+    QCOMPARE(world_->toasts.shown.size(), 1U);
+    QCOMPARE(world_->toasts.shown[0].first.detail, u"It could not be typed: The screen is locked."_s);
+  }
+
   void twoQuickChoicesAreBothTyped() {
     world_->palette.show();
     world_->press(code(keycode::kReturn));

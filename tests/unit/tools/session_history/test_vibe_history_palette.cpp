@@ -10,6 +10,7 @@
 #include "support/fake_palette.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
+#include "tools/keystrokes/command_typer.h"
 #include "tools/keystrokes/keystroke_sender.h"
 #include "tools/session_history/vibe_history_tool.h"
 
@@ -233,10 +234,11 @@ class TestVibeHistoryPalette : public QObject {
     KeystrokeSender sender{events, permissions};
     FakePasteboard pasteboard;
     FakeToasts toasts;
+    CommandTyper typer{sender, pasteboard, toasts};
     FakeLauncherOpener launcher;
     VibeHistoryStore settings{directory.filePath(u"settings.json"_s)};
     SessionTraceScanner scanner{home.path()};
-    VibeHistoryPaletteController palette{{settings, scanner, sender, pasteboard, toasts, clock, launcher},
+    VibeHistoryPaletteController palette{{settings, scanner, typer, pasteboard, toasts, clock, launcher},
                                          &SilentPanel::make};
   };
 };

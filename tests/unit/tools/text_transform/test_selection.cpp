@@ -158,6 +158,7 @@ class SelectionTest : public QObject {
     world.startReading();
     world.pass(100ms);
     QVERIFY(!world.answers.at(0).text && !world.answers[0].previousClipboard);
+    QCOMPARE(world.answers[0].obstacle, u"held"_s);
     world.permissions.trusted = false;
     world.startReading();
     world.pass(100ms);

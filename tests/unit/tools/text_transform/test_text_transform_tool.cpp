@@ -77,7 +77,7 @@ class TestTextTransformTool : public QObject {
     QCOMPARE(world_->toast(), u"Result copied to clipboard|It could not be typed there. I have three cats.|10"_s);
     start(keycode::kReturn);
     QVERIFY(world_->http.answer(200, kAnswer));
-    world_->replacer.finish(std::unexpected(KeyEventError{u"No key for it."_s}));
+    world_->replacer.finish(std::unexpected(KeyEventError{u"No key for it"_s}));
     QCOMPARE(world_->toast(),
              u"Result copied to clipboard|It could not be typed: No key for it. I have three cats.|10"_s);
     QCOMPARE(world_->pasteboard.texts, (QStringList{u"I have three cats."_s, u"I have three cats."_s}));

@@ -8,9 +8,11 @@ BEGIN_NONNULL
 @class NSWindow;
 
 typedef NSString* NSAppearanceName;
+EXTERN const NSAppearanceName NSAppearanceNameAqua SINCE(10.9);
 EXTERN const NSAppearanceName NSAppearanceNameDarkAqua SINCE(10.14);
 
 @interface NSAppearance : NSObject
+- (nullable NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray<NSAppearanceName>*)appearances SINCE(10.14);
 + (nullable NSAppearance*)appearanceNamed:(NSAppearanceName)name;
 @end
 
@@ -41,6 +43,10 @@ ENUMERATION(NSUInteger, NSBitmapImageFileType){
 };
 
 typedef NSString* NSBitmapImageRepPropertyKey;
+
+@interface NSEvent : NSObject
+@property(class, readonly) NSUInteger pressedMouseButtons SINCE(10.6);
+@end
 
 @interface NSImageRep : NSObject <NSCopying>
 @end
@@ -120,6 +126,7 @@ OPTION_SET(NSUInteger, NSApplicationActivationOptions){
 @property(getter=isActive, readonly) BOOL active;
 @property(nullable, readonly, unsafe_unretained) NSWindow* keyWindow;
 @property(nullable, strong) NSAppearance* appearance SINCE(10.14);
+@property(readonly, strong) NSAppearance* effectiveAppearance SINCE(10.14);
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)yieldActivationToApplication:(NSRunningApplication*)application SINCE(14.0);
 @end

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ApplicationServices/ApplicationServices.h"
+#include "CoreServices/CoreServices.h"
 
 typedef struct OpaqueEventRef* EventRef;
 typedef struct OpaqueEventHandlerRef* EventHandlerRef;
@@ -40,3 +41,11 @@ EXTERN OSStatus GetEventParameter(EventRef inEvent, EventParamName inName, Event
 EXTERN OSStatus RegisterEventHotKey(UInt32 inHotKeyCode, UInt32 inHotKeyModifiers, EventHotKeyID inHotKeyID,
                                     EventTargetRef inTarget, OptionBits inOptions, EventHotKeyRef* outRef) SINCE(10.0);
 EXTERN OSStatus UnregisterEventHotKey(EventHotKeyRef inHotKey) SINCE(10.0);
+EXTERN Boolean IsSecureEventInputEnabled(void) SINCE(10.3);
+
+typedef struct __TISInputSource* TISInputSourceRef;
+EXTERN const CFStringRef kTISPropertyUnicodeKeyLayoutData SINCE(10.5);
+EXTERN const CFStringRef kTISNotifySelectedKeyboardInputSourceChanged SINCE(10.5);
+EXTERN TISInputSourceRef TISCopyCurrentKeyboardLayoutInputSource(void) SINCE(10.5);
+EXTERN void* TISGetInputSourceProperty(TISInputSourceRef inputSource, CFStringRef propertyKey) SINCE(10.5);
+EXTERN UInt8 LMGetKbdType(void) SINCE(10.0);

@@ -24,5 +24,7 @@ enum { noErr = 0 };
 typedef const void* CFTypeRef;
 typedef const struct __attribute__((objc_bridge(NSString))) __CFString* CFStringRef;
 typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* CFDictionaryRef;
+typedef const struct __attribute__((objc_bridge(NSData))) __CFData* CFDataRef;
 
+EXTERN const UInt8* _Nullable CFDataGetBytePtr(CFDataRef _Nonnull theData);
 EXTERN void CFRelease(CFTypeRef _Nonnull reference);

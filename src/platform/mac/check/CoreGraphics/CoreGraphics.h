@@ -65,5 +65,7 @@ EXTERN void CGEventKeyboardSetUnicodeString(CGEventRef _Nullable event, UniCharC
 EXTERN void CGEventSetFlags(CGEventRef _Nullable event, CGEventFlags flags) SINCE(10.4);
 EXTERN void CGEventPost(CGEventTapLocation tap, CGEventRef _Nullable event) SINCE(10.4);
 
+EXTERN CFDictionaryRef _Nullable CGSessionCopyCurrentDictionary(void) SINCE(10.3);
+
 EXTERN bool CGPreflightScreenCaptureAccess(void) SINCE(10.15);
 EXTERN bool CGRequestScreenCaptureAccess(void) SINCE(10.15);

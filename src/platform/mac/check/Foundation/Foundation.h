@@ -20,6 +20,7 @@ typedef struct {
 @interface NSString : NSObject <NSCopying>
 + (nullable instancetype)stringWithUTF8String:(const char*)nullTerminatedCString;
 - (NSString*)stringByAppendingString:(NSString*)aString;
+- (BOOL)isEqualToString:(NSString*)aString;
 @property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
 @end
 
@@ -55,6 +56,7 @@ typedef struct {
 @end
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSFastEnumeration>
++ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)cnt;
 @property(nullable, nonatomic, readonly) ObjectType firstObject SINCE(10.6);
 @end
 
@@ -91,6 +93,34 @@ typedef NSString* NSNotificationName;
                              queue:(nullable NSOperationQueue*)queue
                         usingBlock:(void (^)(NSNotification* notification))block SINCE(10.6);
 - (void)removeObserver:(id)observer;
+@end
+
+@interface NSDistributedNotificationCenter : NSNotificationCenter
++ (NSDistributedNotificationCenter*)defaultCenter;
+@end
+
+typedef NSString* NSKeyValueChangeKey;
+
+OPTION_SET(NSUInteger, NSKeyValueObservingOptions){
+    NSKeyValueObservingOptionNew = 0x01,
+    NSKeyValueObservingOptionOld = 0x02,
+    NSKeyValueObservingOptionInitial SINCE(10.5) = 0x04,
+    NSKeyValueObservingOptionPrior SINCE(10.5) = 0x08,
+};
+
+@interface NSObject (NSKeyValueObserving)
+- (void)observeValueForKeyPath:(nullable NSString*)keyPath
+                      ofObject:(nullable id)object
+                        change:(nullable NSDictionary<NSKeyValueChangeKey, id>*)change
+                       context:(nullable void*)context;
+@end
+
+@interface NSObject (NSKeyValueObserverRegistration)
+- (void)addObserver:(NSObject*)observer
+         forKeyPath:(NSString*)keyPath
+            options:(NSKeyValueObservingOptions)options
+            context:(nullable void*)context;
+- (void)removeObserver:(NSObject*)observer forKeyPath:(NSString*)keyPath;
 @end
 
 @interface NSError : NSObject <NSCopying>

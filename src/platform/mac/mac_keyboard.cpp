@@ -1,0 +1,64 @@
+#include "platform/mac/mac_api.h"
+#include "platform/mac/mac_backends.h"
+#include "platform/mac/main_thread.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// An application is as close as it gets: the system does not name the windows of others.
+class MacKeyTargets final : public KeyTargets {
+ public:
+  KeyTarget current() const override { return static_cast<KeyTarget>(mac::activeProcess()); }
+};
+
+/// Global shortcuts are positions there, whatever the layout has on the keys.
+class MacKeyLegends final : public KeyLegends {
+ public:
+  ~MacKeyLegends() override { unwatch(); }
+
+  QString legend(std::uint32_t position) const override {
+    const QChar character(mac::characterOnKey(position, 0));
+    // Those that move the cursor have private characters.
+    const bool isText = character.isPrint() && !character.isSpace() && character.category() != QChar::Other_PrivateUse;
+    return isText ? QString(character) : QString();
+  }
+  void watch(std::function<void()> changed) override {
+    unwatch();
+    changed_ = std::move(changed);
+    if (changed_) watch_ = mac::watchLayout(layoutChanged, this);
+  }
+  KeyboardKind kind() const override { return KeyboardKind::mac; }
+  QString modifierWord(std::uint32_t carbonModifier) const override {
+    switch (carbonModifier) {
+      case carbon::kControl:
+        return u"control"_s;
+      case carbon::kOption:
+        return u"option"_s;
+      case carbon::kShift:
+        return u"shift"_s;
+      default:
+        return u"command"_s;
+    }
+  }
+
+ private:
+  static void layoutChanged(void* context) {
+    auto* self = static_cast<MacKeyLegends*>(context);
+    mac::onMainThread(self->scope_, [self] {
+      if (self->changed_) self->changed_();
+    });
+  }
+  void unwatch() {
+    if (watch_) mac::stopWatchingLayout(std::exchange(watch_, nullptr));
+  }
+
+  std::function<void()> changed_;
+  void* watch_ = nullptr;
+  QObject scope_;
+};
+
+}  // namespace
+
+std::unique_ptr<KeyTargets> mac::makeKeyTargets() { return std::make_unique<MacKeyTargets>(); }
+std::unique_ptr<KeyLegends> mac::makeKeyLegends() { return std::make_unique<MacKeyLegends>(); }

@@ -1,0 +1,33 @@
+#include "tools/keystrokes/command_typer.h"
+
+#include "core/presenters/toast_presenter.h"
+#include "platform/pasteboard.h"
+#include "tools/keystrokes/keystroke_sender.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Long enough to read a sentence, and to find out what has the keyboard.
+constexpr auto kCopiedToast = 8s;
+constexpr int kReasonLines = 3;
+
+}  // namespace
+
+void CommandTyper::type(const QString& command, bool pressReturn) {
+  const auto typed = [this, command](const std::expected<void, KeyEventError>& result) {
+    if (!result && result.error().kind == KeyEventError::Kind::refused) copy(command, result.error());
+  };
+  keys_.send(command, pressReturn, typing_.bind(typed));
+}
+
+void CommandTyper::copy(const QString& command, const KeyEventError& error) {
+  if (command.isEmpty()) return;
+  pasteboard_.writeText(command);
+  toasts_.show({.icon = u"doc.on.clipboard.fill"_s,
+                .title = u"Command copied to clipboard"_s,
+                .detail = u"It could not be typed: %1."_s.arg(error.description()),
+                .detailLineLimit = kReasonLines},
+               kCopiedToast);
+}
