@@ -21,8 +21,9 @@ SEAM = "_ZN3mac"
 
 OBJECTIVE_CXX = (
     "-fobjc-arc -fblocks -fno-exceptions -std=c++20 -x objective-c++ -nostdinc++ -nostdlibinc -Werror -Wall -Wextra"
-    " -Wshadow -Wconversion -Wmissing-prototypes -Wundeclared-selector -Wunguarded-availability -Wstrict-selector-match"
-    " -Wselector -Wprotocol -Woverriding-method-mismatch -Wsuper-class-method-mismatch -Wnullable-to-nonnull-conversion"
+    " -Wpedantic -Wnon-virtual-dtor -Wold-style-cast -Wshadow -Wconversion -Wmissing-prototypes"
+    " -Wundeclared-selector -Wunguarded-availability -Wstrict-selector-match -Wselector -Wprotocol"
+    " -Woverriding-method-mismatch -Wsuper-class-method-mismatch -Wnullable-to-nonnull-conversion"
     " -Wimplicit-retain-self -Warc-repeated-use-of-weak"
 ).split()
 QT_SIDE = (

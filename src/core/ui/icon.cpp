@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/system_symbol.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,10 +28,23 @@ void paintMissing(QPainter& painter, const QRectF& rect, const QColor& color) {
   painter.drawRect(rect.adjusted(1, 1, -1, -1));
 }
 
+/// The shape in another colour, in the middle of a square.
+void paintShape(QPainter& painter, const QImage& shape, const QRect& square, const QColor& color) {
+  QRect place = shape.rect();
+  place.moveCenter(square.center());
+  painter.drawImage(place.topLeft(), shape);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+  painter.fillRect(square, color);
+}
+
 QPixmap render(const QString& name, int pixels, const QColor& color) {
   QPixmap pixmap(pixels, pixels);
   pixmap.fill(Qt::transparent);
   QPainter painter(&pixmap);
+  if (const QImage shape = systemSymbol(name, pixels); !shape.isNull()) {
+    paintShape(painter, shape, pixmap.rect(), color);
+    return pixmap;
+  }
   painter.setOpacity(color.alphaF());
   QSvgRenderer renderer(drawing(name, color));
   if (renderer.isValid())

@@ -141,6 +141,13 @@ void readPasteboardPieces(void (*take)(void* context, const PasteboardPiece* pie
 /// the system refuses.
 bool writePasteboardPieces(const PasteboardPiece* pieces, uint32_t count);
 
+// The system's symbols.
+
+/// The proportions of a symbol ("doc.on.doc"). False when the system has none of that name.
+bool symbolSize(const char* name, double* width, double* height);
+/// Draws it in black to fill `pixels`, rows of 4 bytes a pixel (red, green, blue, alpha; premultiplied), which are clear.
+bool drawSymbol(const char* name, uint32_t width, uint32_t height, unsigned char* pixels);
+
 // Sounds.
 
 /// Plays a sound of the system by its name, from the start; returns at once. False when there is none of that name.

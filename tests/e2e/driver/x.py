@@ -2,9 +2,12 @@
 
 import time
 from collections import namedtuple
+from contextlib import contextmanager
 
 from Xlib import X, XK, display, error, protocol
 from Xlib.ext import xtest
+
+from .waiting import until
 
 KEYSYMS = {
     "Ctrl": "Control_L",
@@ -50,6 +53,20 @@ class Desktop:
         for part in reversed(combination.split("+")):
             xtest.fake_input(self.display, X.KeyRelease, self._code(part))
         self.display.sync()
+
+    @contextmanager
+    def keyboard_kept(self):
+        """Every key comes here meanwhile, as it does to a locked screen; waits until it is free."""
+        until("the keyboard is free", self._take_keyboard, 5, 0.002)
+        try:
+            yield
+        finally:
+            self.display.ungrab_keyboard(X.CurrentTime)
+            self.display.sync()
+
+    def _take_keyboard(self):
+        answer = self.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
+        return answer == X.GrabSuccess
 
     def type(self, text, pause=0.0):
         """Types characters one by one, `pause` seconds apart."""

@@ -1,5 +1,6 @@
 """Frequent CLIs: what is chosen stands in the terminal, which never loses its focus."""
 
+from driver import clipboard
 from driver.application import COMMANDS
 from driver.waiting import expect, stays, until
 
@@ -35,6 +36,21 @@ def choose(world, query):
     world.picture("filtered")
     world.desktop.press("Return")
     until("the palette is gone", lambda: not world.palette())
+
+
+def types_nothing_into_a_locked_screen(world):
+    """Another program keeps the keyboard: the command goes to the clipboard, and a toast says so"""
+    world.terminal.focus()
+    world.terminal.forget()
+    world.summon_palette()
+    world.desktop.type("HELLO", pause=0.01)
+    world.desktop.press("Return")
+    with world.desktop.keyboard_kept():
+        world.see("Command copied to clipboard")
+        expect("the command is on the clipboard", clipboard.text() == text_of("Say hello"))
+        world.picture("refused")
+    stays("nothing is typed", lambda: world.terminal.typed() == "", 0.3)
+    expect("no key is left down", not world.desktop.held_keys())
 
 
 def keeps_every_early_key(world):
@@ -102,6 +118,7 @@ def opens_from_the_command_line(world):
 STEPS = [
     types_a_command,
     types_and_runs_a_command,
+    types_nothing_into_a_locked_screen,
     goes_round_and_says_when_nothing_matches,
     closes_by_a_click_elsewhere,
     keeps_every_early_key,

@@ -118,6 +118,16 @@ bool setLoginItem(bool enabled, void (*refused)(void*, const char*), void* conte
 void openLoginItemSettings() {}
 Version systemVersion() { return fake->version; }
 bool isMotionReduced() { return false; }
+bool symbolSize(const char* name, double* width, double* height) {
+  *width = 30;
+  *height = 20;
+  return QByteArray(name) == "doc.on.doc";
+}
+bool drawSymbol(const char*, uint32_t width, uint32_t height, unsigned char* pixels) {
+  fake->asked.append(u"%1x%2"_s.arg(width).arg(height));
+  std::fill_n(pixels + 3, 1, 255);
+  return true;
+}
 bool hasWindowServer() { return fake->hasWindowServer; }
 void forceDarkAppearance(bool dark) {
   fake->isDark = dark;

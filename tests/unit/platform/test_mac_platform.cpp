@@ -6,6 +6,7 @@
 #include <QWindow>
 
 #include "platform/platform.h"
+#include "platform/system_symbol.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -304,6 +305,14 @@ class MacPlatformTest : public QObject {
     QVERIFY(first != KeyTarget::none);
     fake->activeProcess = 4712;
     QVERIFY(platform_->keyTargets->current() != first);
+  }
+
+  void symbolsKeepTheirProportions() {
+    const QImage symbol = systemSymbol(u"doc.on.doc"_s, 48);
+    QCOMPARE(fake->asked, QStringList{u"48x32"_s});
+    QCOMPARE(symbol.pixel(0, 0), qRgba(0, 0, 0, 255));
+    QCOMPARE(symbol.pixel(1, 0), 0U);
+    QVERIFY(systemSymbol(u"doc.of.doc"_s, 48).isNull());
   }
 
   void versionText() {

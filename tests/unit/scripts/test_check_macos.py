@@ -67,7 +67,7 @@ MISTAKES = {
         ("mac_network_path.mm",),
     ),
     "a function that is declared nowhere": Mistake(
-        "mac_sounds.mm", "namespace mac {", 'extern "C" void NSHonk(void);\nnamespace mac {\nvoid beep();\nvoid beep() { NSHonk(); }\n}\nnamespace mac {\n#define beep honk\nvoid beep();',
+        "mac_sounds.mm", "void beep() { NSBeep(); }", 'extern "C" void NSHonk(void);\nvoid beep() { NSHonk(); }',
         ("NSHonk is declared nowhere",),
     ),
     "a framework that nothing uses": Mistake(

@@ -28,6 +28,7 @@ EXTERN const NSAppearanceName NSAppearanceNameDarkAqua SINCE(10.14);
 @end
 
 typedef CGRect NSRect;
+typedef CGSize NSSize;
 
 typedef NSString* NSDeviceDescriptionKey;
 
@@ -43,6 +44,15 @@ ENUMERATION(NSUInteger, NSBitmapImageFileType){
 };
 
 typedef NSString* NSBitmapImageRepPropertyKey;
+typedef NSString* NSColorSpaceName;
+EXTERN NSColorSpaceName NSDeviceRGBColorSpace;
+
+@interface NSImage : NSObject <NSCopying>
++ (nullable instancetype)imageWithSystemSymbolName:(NSString*)name
+                          accessibilityDescription:(nullable NSString*)description SINCE(11.0);
+@property NSSize size;
+- (void)drawInRect:(NSRect)rect SINCE(10.9);
+@end
 
 @interface NSEvent : NSObject
 @property(class, readonly) NSUInteger pressedMouseButtons SINCE(10.6);
@@ -53,8 +63,26 @@ typedef NSString* NSBitmapImageRepPropertyKey;
 
 @interface NSBitmapImageRep : NSImageRep
 - (instancetype)initWithCGImage:(CGImageRef)cgImage SINCE(10.5);
+- (nullable instancetype)initWithBitmapDataPlanes:(unsigned char* _Nullable* _Nullable)planes
+                                       pixelsWide:(NSInteger)width
+                                       pixelsHigh:(NSInteger)height
+                                    bitsPerSample:(NSInteger)bps
+                                  samplesPerPixel:(NSInteger)spp
+                                         hasAlpha:(BOOL)alpha
+                                         isPlanar:(BOOL)isPlanar
+                                   colorSpaceName:(NSColorSpaceName)colorSpaceName
+                                      bytesPerRow:(NSInteger)rBytes
+                                     bitsPerPixel:(NSInteger)pBits;
 - (nullable NSData*)representationUsingType:(NSBitmapImageFileType)storageType
                                  properties:(NSDictionary<NSBitmapImageRepPropertyKey, id>*)properties;
+@end
+
+@interface NSGraphicsContext : NSObject
++ (nullable NSGraphicsContext*)graphicsContextWithBitmapImageRep:(NSBitmapImageRep*)bitmapRep;
+@property(class, nullable, strong) NSGraphicsContext* currentContext;
++ (void)saveGraphicsState;
++ (void)restoreGraphicsState;
+- (void)flushGraphics;
 @end
 
 typedef int pid_t;

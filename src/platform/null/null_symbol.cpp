@@ -1,0 +1,3 @@
+#include "platform/system_symbol.h"
+
+QImage systemSymbol(const QString&, int) { return {}; }
