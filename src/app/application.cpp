@@ -59,8 +59,6 @@
 #include "tools/open_project/open_project_tool.h"
 #include "tools/screen_ask/image_ask_tool.h"
 #include "tools/session_history/vibe_history_tool.h"
-#include "tools/text_transform/copying_selection_reader.h"
-#include "tools/text_transform/typing_selection_replacer.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -122,11 +120,7 @@ struct Application::Parts {
   FileDropKit fileDrop{context, defaults};
   GenerateImageKit generateImage{context, defaults};
   UplinkKit uplink{context};
-  CopyingSelectionReader selectionReader{
-      {*platform.keyTargets, *platform.selectedText, *platform.pasteboard, keystrokes, clock}};
-  TypingSelectionReplacer selectionReplacer{
-      {*platform.keyTargets, *platform.selectedText, *platform.pasteboard, keystrokes, clock}};
-  TransformKit transform{context, selectionReader, selectionReplacer};
+  TransformKit transform{context, keystrokes};
   PromptifyKit promptify{context};
   FeedbackKit feedback{context, defaults};
   AskAIKit askAI{context};

@@ -16,10 +16,12 @@ ChoicePickerView::Texts pickerTexts() {
 
 }  // namespace
 
-TransformKit::TransformKit(AppContext& context, SelectionReader& reader, SelectionReplacer& replacer)
+TransformKit::TransformKit(AppContext& context, KeystrokeSender& keystrokes)
     : context_(context),
-      reader_(reader),
-      replacer_(replacer),
+      reader_({*context.platform.keyTargets, *context.platform.selectedText, *context.platform.pasteboard, keystrokes,
+               context.clock}),
+      replacer_({*context.platform.keyTargets, *context.platform.selectedText, *context.platform.pasteboard, keystrokes,
+                 context.clock}),
       settings_(context.folders.file(u"AITextTransform/settings.json"_s)),
       client_(context.services),
       picker_(context.launcher,

@@ -3,11 +3,13 @@
 #include "app/app_context.h"
 #include "app/tools/tool_kit.h"
 #include "tools/text_transform/ai_text_transform_tool.h"
+#include "tools/text_transform/copying_selection_reader.h"
+#include "tools/text_transform/typing_selection_replacer.h"
 
 class TransformKit final : public ToolKit {
  public:
-  /// `reader` and `replacer` must live as long.
-  TransformKit(AppContext& context, SelectionReader& reader, SelectionReplacer& replacer);
+  /// `keystrokes` must live as long.
+  TransformKit(AppContext& context, KeystrokeSender& keystrokes);
   /// A transform that is under way does not leave the selection on the clipboard.
   ~TransformKit() override;
 
@@ -18,8 +20,8 @@ class TransformKit final : public ToolKit {
 
  private:
   AppContext& context_;
-  SelectionReader& reader_;
-  SelectionReplacer& replacer_;
+  CopyingSelectionReader reader_;
+  TypingSelectionReplacer replacer_;
   AITextTransformStore settings_;
   AITextTransformClient client_;
   TextModePickerController picker_;
