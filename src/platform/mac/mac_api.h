@@ -145,7 +145,8 @@ bool writePasteboardPieces(const PasteboardPiece* pieces, uint32_t count);
 
 /// The proportions of a symbol ("doc.on.doc"). False when the system has none of that name.
 bool symbolSize(const char* name, double* width, double* height);
-/// Draws it in black to fill `pixels`, rows of 4 bytes a pixel (red, green, blue, alpha; premultiplied), which are clear.
+/// Draws it in black to fill `pixels`, which are clear: rows of 4 bytes a pixel (red, green, blue, alpha;
+/// premultiplied).
 bool drawSymbol(const char* name, uint32_t width, uint32_t height, unsigned char* pixels);
 
 // Sounds.
