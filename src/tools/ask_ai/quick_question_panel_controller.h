@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "capture/region_selector.h"
-#include "core/hotkeys/key_press.h"
 #include "core/presenters/palette_presenter.h"
 #include "platform/permissions.h"
 #include "platform/system_info.h"
@@ -14,12 +13,13 @@
 #include "tools/ask_ai/quick_question_client.h"
 #include "tools/ask_ai/quick_question_model.h"
 #include "tools/asking/ask_conversation.h"
+#include "tools/asking/ask_flow.h"
 
 class LauncherOpener;
 
 /// The flow of Ask AI's panel: questions, what is attached to them, and their answers. The panel goes when the user
 /// turns elsewhere; the conversation stays, and a question under way is answered all the same. Main thread only.
-class QuickQuestionPanelController final : public QObject {
+class QuickQuestionPanelController final : public QObject, public AskFlow {
   Q_OBJECT
 
  public:
@@ -54,10 +54,10 @@ class QuickQuestionPanelController final : public QObject {
   /// The user has turned elsewhere.
   void lostKeyboard();
   /// Whether the key was used; never while hidden.
-  bool handleKey(const KeyPress& key);
+  bool handleKey(const KeyPress& key) override;
 
   /// Asks what is typed, as soon as everything is attached.
-  void submit();
+  void submit() override;
   /// Attaches a region of the screen.
   void addSnip();
   /// Lets the user choose images to attach.
@@ -67,11 +67,11 @@ class QuickQuestionPanelController final : public QObject {
   bool pasteImage();
   void attachFiles(const QList<QUrl>& urls);
   void attachImage(const QImage& image);
-  bool copyLatestAnswer() { return conversation_.copyLatestAnswer(); }
-  void copy(const QString& text) { conversation_.copy(text); }
+  bool copyLatestAnswer() override { return conversation_.copyLatestAnswer(); }
+  void copy(const QString& text) override { conversation_.copy(text); }
   /// Breaks off what is under way, closes, and returns to the launcher if that opened the panel.
   void escapeBack();
-  void startOver();
+  void startOver() override;
 
  Q_SIGNALS:
   /// Text from the clipboard, for the field.

@@ -4,9 +4,9 @@
 
 #include <memory>
 
-#include "core/hotkeys/key_press.h"
 #include "core/presenters/palette_presenter.h"
 #include "tools/asking/ask_conversation.h"
+#include "tools/asking/ask_flow.h"
 #include "tools/screen_ask/image_ask_client.h"
 #include "tools/screen_ask/image_ask_model.h"
 
@@ -14,7 +14,7 @@ class LauncherOpener;
 
 /// The flow of Screen ask's panel: questions about one capture, which is kept no longer than the panel is open. It
 /// stays until it is closed, whoever has the keyboard. Main thread only.
-class ImageAskPanelController final : public QObject {
+class ImageAskPanelController final : public QObject, public AskFlow {
   Q_OBJECT
 
  public:
@@ -37,13 +37,13 @@ class ImageAskPanelController final : public QObject {
   /// Breaks off what is under way, and forgets the capture with all that was said about it.
   void close();
   /// Whether the key was used; never while hidden.
-  bool handleKey(const KeyPress& key);
+  bool handleKey(const KeyPress& key) override;
 
-  void submit() { conversation_.submit(); }
-  bool copyLatestAnswer() { return conversation_.copyLatestAnswer(); }
-  void copy(const QString& text) { conversation_.copy(text); }
+  void submit() override { conversation_.submit(); }
+  bool copyLatestAnswer() override { return conversation_.copyLatestAnswer(); }
+  void copy(const QString& text) override { conversation_.copy(text); }
   /// Forgets what was said; the capture stays.
-  void startOver() { conversation_.startOver(); }
+  void startOver() override { conversation_.startOver(); }
 
  private:
   PalettePresenter& panel();

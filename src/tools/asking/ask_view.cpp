@@ -1,0 +1,80 @@
+#include "tools/asking/ask_view.h"
+
+#include <QAbstractButton>
+#include <QVBoxLayout>
+
+#include "core/ui/theme.h"
+#include "tools/asking/ask_composer.h"
+#include "tools/asking/ask_flow.h"
+#include "tools/asking/ask_header.h"
+#include "tools/asking/question_field.h"
+#include "tools/asking/transcript_view.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kSide = 2 * Theme::kGrid;
+
+}  // namespace
+
+AskView::AskView(AskModel& model, AskFlow& flow, const Texts& texts, QWidget* parent)
+    : QWidget(parent),
+      header_(new AskHeader(model, texts.symbol, texts.title)),
+      transcript_(new TranscriptView(model, texts.empty)),
+      composer_(new AskComposer(model)),
+      footer_(new FooterHints({})),
+      middle_(new QHBoxLayout) {
+  setWindowTitle(texts.title);
+  layOut();
+  connect(&model, &AskModel::changed, this, [this] { follow(); });
+  connectParts(flow);
+}
+
+void AskView::layOut() {
+  auto* inset = new QVBoxLayout;
+  inset->setContentsMargins(kSide, Theme::kGrid, kSide, kSide - 4);
+  inset->addWidget(composer_);
+  middle_->setSpacing(0);
+  middle_->addWidget(transcript_, 1);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins({});
+  column->setSpacing(0);
+  column->addWidget(header_);
+  column->addLayout(middle_, 1);
+  column->addLayout(inset);
+  column->addWidget(footer_);
+}
+
+void AskView::addBeside(QWidget* widget) {
+  middle_->setContentsMargins(kSide, 0, 0, 0);
+  middle_->insertWidget(0, widget);
+}
+
+void AskView::connectParts(AskFlow& flow) {
+  connect(&composer_->field(), &QuestionField::submitted, this, [&flow] { flow.submit(); });
+  connect(header_, &AskHeader::copyWanted, this, [&flow] { flow.copyLatestAnswer(); });
+  connect(header_, &AskHeader::newWanted, this, [&flow] { flow.startOver(); });
+  connect(transcript_, &TranscriptView::copyWanted, this, [&flow](const QString& text) { flow.copy(text); });
+  connect(transcript_, &TranscriptView::linkChosen, this, &AskView::linkChosen);
+}
+
+void AskView::follow() {
+  footer_->setHints(hints());
+  // What had the keyboard may be gone with the conversation.
+  if (!window()->focusWidget()) focusField();
+}
+
+QString AskView::selectedText() const {
+  const QString inField = composer_->field().hasFocus() ? composer_->field().selectedText() : QString();
+  return inField.isEmpty() ? transcript_->selectedText() : inField;
+}
+
+void AskView::scrollTranscript(double pages) { transcript_->scroll(pages); }
+
+void AskView::takeTyping(const QString& characters) {
+  const bool isPress = characters == u" " && qobject_cast<QAbstractButton*>(window()->focusWidget());
+  if (!isPress) focusField();
+}
+
+void AskView::focusField() { composer_->field().setFocus(); }

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QUrl>
+#include <QWidget>
+
+#include "core/ui/footer_hints.h"
+
+class AskComposer;
+class AskFlow;
+class AskHeader;
+class AskModel;
+class QHBoxLayout;
+class TranscriptView;
+
+/// The card of a conversation: what it is, what was said, the field for the next question, and the keys at its foot. It
+/// draws the model; what the user does goes to the flow.
+class AskView : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// What the user has marked, in the field or in the transcript; empty: nothing.
+  QString selectedText() const;
+  void scrollTranscript(double pages);
+  void focusField();
+  /// Words are for the field, wherever the keyboard is; but a space presses a button.
+  void takeTyping(const QString& characters);
+
+ Q_SIGNALS:
+  void linkChosen(const QUrl& url);
+
+ protected:
+  struct Texts {
+    QString symbol;
+    QString title;
+    /// What stands there before the first question.
+    QString empty;
+  };
+
+  AskView(AskModel& model, AskFlow& flow, const Texts& texts, QWidget* parent);
+
+  AskComposer& composer() { return *composer_; }
+  FooterHints& footer() { return *footer_; }
+  /// To the left of the transcript.
+  void addBeside(QWidget* widget);
+
+  /// The keys that can be pressed now.
+  virtual std::vector<KeyHint> hints() const = 0;
+  /// Draws what has changed; the first time when the derived class calls it.
+  virtual void follow();
+
+ private:
+  void layOut();
+  void connectParts(AskFlow& flow);
+
+  AskHeader* header_;
+  TranscriptView* transcript_;
+  AskComposer* composer_;
+  FooterHints* footer_;
+  QHBoxLayout* middle_;
+};
