@@ -25,6 +25,9 @@ class RegionPicker {
   /// with a PNG, or with nothing when the user cancelled.
   void pick(const QString& label, const QString& icon, const JobRef& job, RegionSelector::Completion done);
 
+  /// Asked in `done`: whether the user has turned to something else meanwhile; panels that made room stay away then.
+  bool hasUserTurnedAway() const { return services_.regions.hasUserTurnedAway(); }
+
  private:
   Services services_;
 };

@@ -30,6 +30,7 @@ void RegionSelectionController::begin(const QString& label, const QString& icon,
   // Later, since it may begin anew.
   if (isSelecting()) JobRef(captures_).later([replaced = finish()] { replaced(std::nullopt); });
   run_ = Job::start();
+  hasLostKeyboard_ = false;
   prompt_ = {label, icon, std::move(completion)};
   toasts_.dismiss(false);
   JobRef(run_).later([this] { start(); });
@@ -73,7 +74,8 @@ void RegionSelectionController::showPanels() {
                                   .icon = prompt_.icon,
                                   .picture = panel.picture,
                                   .onSelect = [this, index](const QRectF& rect) { select(index, rect); },
-                                  .onCancel = [this] { cancel(); }});
+                                  .onCancel = [this] { cancel(); },
+                                  .onKeyboardLost = [this] { loseKeyboard(); }});
     panel.overlay->orderFront();
   }
   const auto key = std::ranges::find(panels_, active, [](const Panel& panel) { return panel.screen.get(); });
@@ -90,6 +92,13 @@ void RegionSelectionController::select(std::size_t index, const QRectF& globalRe
 
 void RegionSelectionController::cancel() {
   if (isSelecting()) finish()(std::nullopt);
+}
+
+/// Later, since the window that took the keyboard is about to show.
+void RegionSelectionController::loseKeyboard() {
+  if (!isSelecting()) return;
+  hasLostKeyboard_ = true;
+  JobRef(captures_).later([ended = finish()] { ended(std::nullopt); });
 }
 
 void RegionSelectionController::capture(const Panel& panel, const QRectF& globalRect,

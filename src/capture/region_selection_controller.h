@@ -25,6 +25,7 @@ class RegionSelectionController final : public RegionSelector {
   RegionSelectionController(ScreenGrabber& grabber, ToastPresenter& toasts, SelectionOverlay::Make makeOverlay);
 
   void begin(const QString& label, const QString& icon, Completion completion) override;
+  bool hasUserTurnedAway() const override { return hasLostKeyboard_ || isSelecting(); }
   bool isSelecting() const { return run_.isRunning(); }
 
  private:
@@ -46,6 +47,7 @@ class RegionSelectionController final : public RegionSelector {
   void showPanels();
   void select(std::size_t index, const QRectF& globalRect);
   void cancel();
+  void loseKeyboard();
   void capture(const Panel& panel, const QRectF& globalRect, const ScreenCapturer::WindowIDs& ownWindows,
                Completion completion);
   /// The selection is over: its completion, which has to be called, and its panels, which are off the screen.
@@ -57,6 +59,8 @@ class RegionSelectionController final : public RegionSelector {
   SelectionOverlay::Make makeOverlay_;
   ScreenCapturer capturer_;
   Prompt prompt_;
+  /// Whether that ended the latest selection.
+  bool hasLostKeyboard_ = false;
   /// One a screen, in the system's order.
   std::vector<Panel> panels_;
   /// Panels of the selection before, kept until the event that ended it is over.

@@ -19,4 +19,8 @@ class RegionSelector {
   /// `completion` exactly once, never from inside this call. One selection at a time: one that is still running ends
   /// with nothing.
   virtual void begin(const QString& label, const QString& icon, Completion completion) = 0;
+
+  /// Asked in a completion: whether the user has turned to something else meanwhile, to another selection or to a
+  /// window that took the keyboard. Panels that made room for the selection then stay away.
+  virtual bool hasUserTurnedAway() const = 0;
 };

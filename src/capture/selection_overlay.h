@@ -22,6 +22,8 @@ class SelectionOverlay {
     /// Called with a rectangle in global logical coordinates, wider and taller than 4.
     std::function<void(const QRectF& globalRect)> onSelect;
     std::function<void()> onCancel;
+    /// Without the keyboard nobody could get rid of the overlay by a key.
+    std::function<void()> onKeyboardLost{};
   };
   using Make = std::function<std::unique_ptr<SelectionOverlay>(Request)>;
 

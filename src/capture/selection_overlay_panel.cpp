@@ -14,6 +14,7 @@ SelectionOverlayPanel::SelectionOverlayPanel(Request request, PanelWindow& nativ
       native_(native),
       screen_(request.screen),
       onCancel_(std::move(request.onCancel)),
+      onKeyboardLost_(std::move(request.onKeyboardLost)),
       view_(new SelectionView({.label = request.label,
                                .icon = request.icon,
                                .picture = request.picture,
@@ -60,11 +61,10 @@ void SelectionOverlayPanel::watchKeyboard() {
   native_.watchKeyboardLoss(*windowHandle(), kEverywhere, [this] { keyboardLost(); });
 }
 
-/// Without the keyboard nobody could get rid of the overlay by a key. It may have gone to the overlay of another
-/// screen.
+/// It may have gone to the overlay of another screen.
 void SelectionOverlayPanel::keyboardLost() {
   auto* other = qobject_cast<SelectionOverlayPanel*>(QApplication::activeWindow());
-  if (!other || other == this) return onCancel_();
+  if (!other || other == this) return onKeyboardLost_();
   other->watchKeyboard();
 }
 

@@ -31,5 +31,6 @@ class SelectionOverlayPanel final : public QWidget, public SelectionOverlay {
   PanelWindow& native_;
   QScreen& screen_;
   std::function<void()> onCancel_;
+  std::function<void()> onKeyboardLost_;
   SelectionView* view_;
 };

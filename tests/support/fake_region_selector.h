@@ -13,13 +13,19 @@ class FakeRegionSelector final : public RegionSelector {
   void begin(const QString& label, const QString& icon, Completion completion) override {
     labels.append(label);
     icons.append(icon);
+    hasLostKeyboard_ = false;
     completions_.push_back(std::move(completion));
   }
 
+  bool hasUserTurnedAway() const override { return isSelecting() || hasLostKeyboard_; }
   bool isSelecting() const { return !completions_.empty(); }
   /// Ends the oldest selection.
   void select(const QByteArray& png) { end(png); }
   void cancel() { end(std::nullopt); }
+  void loseKeyboard() {
+    hasLostKeyboard_ = true;
+    end(std::nullopt);
+  }
 
   QStringList labels;
   QStringList icons;
@@ -32,4 +38,5 @@ class FakeRegionSelector final : public RegionSelector {
   }
 
   std::vector<Completion> completions_;
+  bool hasLostKeyboard_ = false;
 };

@@ -95,7 +95,9 @@ void QuickQuestionPanelController::addSnip() {
 
 void QuickQuestionPanelController::takeSnip(const std::optional<QByteArray>& png) {
   isSnipping_ = false;
-  comeBack();
+  // Where the user has turned elsewhere, the next shortcut brings the panel back with what was snipped.
+  suspendAutoHide_ = false;
+  if (!services_.regions.hasUserTurnedAway()) comeBack();
   if (png) attach([png = *png] { return Made{attachmentOf(png)}; });
 }
 

@@ -76,7 +76,8 @@ void ReportPanelController::addSnip() {
   services_.regions.pick(u"Add Snip"_s, u"plus.viewfinder"_s, snipping_, [this](const auto& png) {
     snipping_.cancel();
     if (png) model().addSnip(*png);
-    panel().present();
+    shown_ = !services_.regions.hasUserTurnedAway();
+    if (shown_) panel().present();
   });
 }
 

@@ -34,7 +34,7 @@ void GenerateImagePanelController::snip(const QString& label, const QString& ico
   snipping_ = Job::start();
   const auto selected = [this, use](const std::optional<QByteArray>& png) {
     isSnipping_ = false;
-    reshow();
+    if (!services_.regions.hasUserTurnedAway()) reshow();
     if (png) prepareReference([bytes = *png] { return bytes; }, use);
   };
   services_.regions.begin(label, icon, snipping_.bind(selected));

@@ -25,7 +25,7 @@ void ImageAskTool::activate() {
 void ImageAskTool::take(const std::optional<QByteArray>& png, bool fromLauncher) {
   if (png)
     services_.panel.show(*png, fromLauncher);
-  else if (fromLauncher)
+  else if (fromLauncher && !services_.regions.hasUserTurnedAway())
     services_.launcher.showLauncher(kImageAskID);
 }
 

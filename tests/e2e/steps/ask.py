@@ -93,6 +93,30 @@ def attaches_a_snip(world):
         close(world, "Ask AI")
 
 
+def stays_away_from_what_comes_between(world):
+    """Another tool's shortcut while Ask AI's region is drawn: its overlay is not disturbed, and nothing of Ask AI is lost"""
+    with asking(world, "Yes."):
+        open_panel(world)
+        world.desktop.type("Is this it?")
+        world.desktop.press("Ctrl+s")
+        until("the overlay covers the screen", lambda: covers(world))
+        world.desktop.press(SCREEN_ASK)
+        until("the other overlay is there, alone", lambda: covers(world) and not world.titled("Ask AI"))
+        stays("Ask AI does not come over it", lambda: covers(world) and not world.titled("Ask AI"), 0.5)
+        world.desktop.drag((300, 200), (620, 410))
+        until("the other tool's panel is shown", lambda: world.titled("Image Ask"))
+        world.see("Captured area, 320 × 210")
+        expect("alone", not world.titled("Ask AI"))
+        close(world, "Image Ask")
+        open_panel(world)
+        world.see("Is this it?")
+        world.desktop.press("Ctrl+s")
+        until("the overlay covers the screen", lambda: covers(world))
+        world.desktop.press("Escape")
+        until("Escape leads back", lambda: not covers(world) and world.titled("Ask AI"))
+        close(world, "Ask AI")
+
+
 def breaks_an_answer_off(world):
     """Escape while an answer arrives: the panel is gone at once, nothing comes later, and the question waits in the field"""
     with asking(world, " ".join(f"word{number}" for number in range(200)), pause=0.1) as provider:
@@ -111,6 +135,29 @@ def breaks_an_answer_off(world):
         stays("nothing arrives any more", lambda: not world.shows("word"), 0.5)
         world.picture("back")
         close(world, "Ask AI")
+
+
+def breaks_a_look_off(world):
+    """Ctrl+N and Escape in Image Ask: at once, and nothing of the answer comes later"""
+    words = " ".join(f"word{number}" for number in range(200))
+    with asking(world, words, pause=0.1, appearance="dark") as provider:
+        world.quiet()
+        world.desktop.press(SCREEN_ASK)
+        drag_region(world)
+        for cut, key in enumerate(("Ctrl+n", "Escape"), 1):
+            world.see("Captured area, 320 × 210")
+            world.desktop.type("Count for me")
+            world.desktop.press("Return")
+            world.see("word3")
+            started = time.monotonic()
+            world.desktop.press(key)
+            if key == "Escape":
+                until("the panel is gone", lambda: not world.titled("Image Ask"), 1, 0.005)
+                took = time.monotonic() - started
+                expect(f"within a tenth of a second: {took:.3f} s", took < 0.1)
+            until("nothing of the answer is left", lambda: not world.shows("word"), 1)
+            until("the provider notices", lambda: provider.cut == cut, 5)
+            stays("nothing arrives any more", lambda: not world.shows("word"), 0.5)
 
 
 def says_what_went_wrong(world):
@@ -195,6 +242,8 @@ STEPS = [
     answers_a_question,
     attaches_a_snip,
     breaks_an_answer_off,
+    breaks_a_look_off,
+    stays_away_from_what_comes_between,
     says_what_went_wrong,
     asks_about_a_region,
     answers_on_the_command_line,

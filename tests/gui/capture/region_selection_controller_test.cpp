@@ -134,6 +134,29 @@ class RegionSelectionControllerTest : public QObject {
     QCOMPARE(world.answers.size(), 1U);
   }
 
+  void theCallerLearnsWhetherTheUserHasTurnedAway() {
+    World world;
+    std::vector<bool> away;
+    const auto note = [&] { away.push_back(world.controller.hasUserTurnedAway()); };
+    world.then = note;
+    world.beginAndShow();
+    world.overlays[0]->request.onCancel();
+    world.then = note;
+    world.beginAndShow();
+    // Not at once: what took the keyboard is still about to show.
+    world.overlays[2]->request.onKeyboardLost();
+    QCOMPARE(world.answers.size(), 1U);
+    QVERIFY(world.allOut());
+    QTRY_COMPARE(world.answers.size(), 2U);
+    // Another selection takes the place of this one.
+    world.then = note;
+    world.beginAndShow();
+    world.begin();
+    QTRY_COMPARE(world.answers.size(), 3U);
+    QCOMPARE(away, std::vector({false, true, true}));
+    QCOMPARE(world.answers, std::vector(3, std::optional<QByteArray>()));
+  }
+
   void aSliverIsNoSelection() {
     World world;
     world.beginAndShow();

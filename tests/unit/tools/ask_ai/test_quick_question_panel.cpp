@@ -105,6 +105,62 @@ class TestQuickQuestionPanel : public QObject {
     QCOMPARE(world.model().attachments().size(), 1U);
   }
 
+  void whoeverTurnsElsewhereWhileSnippingIsNotDisturbed() {
+    QuickQuestionWorld world;
+    world.launcher.startedFromLauncher = true;
+    world.controller.show();
+    world.model().setQuestion(u"What is it?"_s);
+    QVERIFY(world.press(u's'));
+    world.regions.loseKeyboard();
+    QVERIFY(!world.controller.isShown() && !world.controller.suspendAutoHide());
+    world.controller.toggle();
+    QVERIFY(world.controller.isShown());
+    QCOMPARE(world.model().question(), u"What is it?"_s);
+    // What was snipped before another tool's selection began is not lost.
+    QVERIFY(world.press(u's'));
+    world.regions.begin(u"Image Ask"_s, {}, [](const auto&) {});
+    world.regions.select(QuickQuestionWorld::png());
+    QVERIFY(!world.controller.isShown());
+    QTRY_COMPARE(world.model().attachments().size(), 1U);
+    world.regions.cancel();
+    world.controller.toggle();
+    QVERIFY(world.controller.isShown());
+  }
+
+  void aWholeAnswerIsBrokenOffAsWell() {
+    QuickQuestionWorld world;
+    const QByteArray whole = "{\"answer\":\"Two\"}";
+    world.controller.show();
+    // Before it is known where the question goes, nothing is sent at all.
+    world.ask(u"1+1?"_s);
+    world.press(u'n');
+    world.ask(u"1+1?"_s);
+    world.controller.handleKey(code(keycode::kEscape));
+    QTest::qWait(50);
+    QVERIFY(world.http.sent.empty());
+    for (const bool isNewStart : {false, true}) {
+      world.controller.show();
+      world.ask(u"1+1?"_s);
+      QVERIFY(world.isWaiting());
+      isNewStart ? world.press(u'n') : world.controller.handleKey(code(keycode::kEscape));
+      QVERIFY(!world.model().pending());
+      world.http.answer(200, whole);
+      QVERIFY(world.model().exchanges().empty() && !world.model().errorMessage());
+      QCOMPARE(world.model().question(), isNewStart ? QString() : u"1+1?"_s);
+    }
+  }
+
+  void escapeLeavesAQuestionUnaskedThatWaitsForItsImage() {
+    QuickQuestionWorld world;
+    world.controller.show();
+    world.controller.attachImage(QImage::fromData(QuickQuestionWorld::png()));
+    world.ask(u"What is it?"_s);
+    world.controller.handleKey(code(keycode::kEscape));
+    QTRY_COMPARE(world.model().attachments().size(), 1U);
+    QVERIFY(!world.model().pending());
+    QCOMPARE(world.model().question(), u"What is it?"_s);
+  }
+
   void withoutThePermissionAPanelSaysWhatIsMissing() {
     QuickQuestionWorld world;
     world.permissions.screenRecording = PermissionState::notGranted;

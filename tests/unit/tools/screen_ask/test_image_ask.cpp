@@ -113,6 +113,39 @@ class TestImageAsk : public QObject {
     QCOMPARE(asking.launcher.shown.size(), 2);
   }
 
+  void nothingArrivesAfterEscapeOrANewStart() {
+    Asking asking;
+    asking.capture();
+    for (const bool isNewStart : {true, false}) {
+      asking.ask(u"What is it?"_s);
+      QVERIFY(asking.isWaiting());
+      asking.http.deliver(AskWorld::delta(u"A"_s));
+      QCOMPARE(asking.model.partialAnswer(), u"A"_s);
+      asking.controller.handleKey(isNewStart ? letter(u'n', true) : code(keycode::kEscape));
+      QVERIFY(!asking.model.pending() && asking.model.partialAnswer().isEmpty());
+      asking.http.deliver(AskWorld::delta(u" line"_s));
+      asking.http.answer(200, "A line");
+      QVERIFY(asking.model.exchanges().empty() && asking.model.partialAnswer().isEmpty());
+      QVERIFY(!asking.model.errorMessage());
+    }
+    // Nor from a question whose place was still being looked for.
+    const std::size_t sent = asking.http.sent.size();
+    asking.capture();
+    asking.ask(u"What is it?"_s);
+    asking.tool.activate();
+    asking.capture();
+    QTest::qWait(50);
+    QCOMPARE(asking.http.sent.size(), sent);
+  }
+
+  void theLauncherDoesNotComeOverWhatTheUserHasTurnedTo() {
+    Asking asking;
+    asking.launcher.startedFromLauncher = true;
+    asking.tool.activate();
+    asking.regions.loseKeyboard();
+    QVERIFY(asking.launcher.shown.isEmpty());
+  }
+
   void withoutThePermissionTheSystemAsks() {
     Asking asking;
     asking.permissions.screenRecording = PermissionState::notGranted;
