@@ -5,53 +5,55 @@
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
+#include <QTextTable>
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/ui/theme.h"
+#include "tools/asking/link_stop.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// More than that is not shown; a copy has all of it.
+/// More than that takes too long to lay out again and again.
 constexpr qsizetype kMostShown = 50'000;
+/// Of links, beyond which the pointer is needed: what has more is no answer to a question.
+constexpr std::size_t kMostLinks = 200;
 constexpr int kCodeInset = 10;
 constexpr int kButtonHeight = 24;
 constexpr int kLineSpacing = 120;
-constexpr auto kMarkdown = QTextDocument::MarkdownFeatures(QTextDocument::MarkdownDialectGitHub) |
-                           QTextDocument::MarkdownFeatures(QTextDocument::MarkdownNoHTML);
+constexpr int kIndent = 24;
+constexpr int kCellPadding = 4;
+constexpr int kQuoteBar = 3;
+constexpr int kQuoteInset = 8;
 
-/// Loads nothing, wherever it is said to be.
-class InertDocument final : public QTextDocument {
- public:
-  using QTextDocument::QTextDocument;
+/// The later of them go.
+template <class Stop>
+void shorten(std::vector<Stop*>& stops, std::size_t size) {
+  for (; stops.size() > size; stops.pop_back()) delete stops.back();
+}
 
- protected:
-  QVariant loadResource(int, const QUrl&) override { return {}; }
-};
-
-QString shown(const QString& text) { return text.size() <= kMostShown ? text : text.left(kMostShown) + u"\n\n…"_s; }
-
-bool isCode(const QTextBlock& block) { return block.blockFormat().hasProperty(QTextFormat::BlockCodeLanguage); }
-
-bool isWeb(const QUrl& url) {
-  return (url.scheme() == "https"_L1 || url.scheme() == "http"_L1) && !url.host().isEmpty();
+/// At most as deep as there is room for.
+int quoteLevel(const QTextBlock& block) {
+  return std::min(block.blockFormat().intProperty(QTextFormat::BlockQuoteLevel), 5);
 }
 
 }  // namespace
 
-AnswerTextView::AnswerTextView(const QString& name, QWidget* parent) : QTextBrowser(parent) {
-  setDocument(new InertDocument(this));
-  document()->setDocumentMargin(0);
-  document()->setUndoRedoEnabled(false);
+AnswerTextView::AnswerTextView(const QString& name, QWidget* parent)
+    : QTextBrowser(parent), text_(new AnswerDocument(this)) {
+  setDocument(text_);
+  text_->setDocumentMargin(0);
+  text_->setIndentWidth(kIndent);
+  text_->setUndoRedoEnabled(false);
   setAccessibleName(name);
   setFrameShape(QFrame::NoFrame);
   setAcceptDrops(false);
   setFont(Theme::rowFont());
-  // The keyboard stays where one types; what is marked by the pointer is copied all the same.
   setFocusPolicy(Qt::NoFocus);
   setOpenLinks(false);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -61,72 +63,90 @@ AnswerTextView::AnswerTextView(const QString& name, QWidget* parent) : QTextBrow
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   viewport()->setAutoFillBackground(false);
   connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& url) {
-    if (isWeb(url)) Q_EMIT linkChosen(url);
+    if (const QUrl address = AnswerDocument::openable(url); !address.isEmpty()) Q_EMIT linkChosen(address);
   });
+  connect(this, &QTextBrowser::highlighted, viewport(),
+          [this](const QUrl& url) { viewport()->setToolTip(url.toDisplayString()); });
+}
+
+QString AnswerTextView::cut(const QString& text) {
+  isCut_ = text.size() > kMostShown;
+  return isCut_ ? text.left(kMostShown) : text;
 }
 
 void AnswerTextView::showPlain(const QString& text) {
   markdown_.clear();
-  setPlainText(shown(text));
-  findCode();
-  followButtons();
-  fitHeight();
+  text_->readPlain(cut(text));
+  finish();
 }
 
+/// What the user has marked stays so while an answer grows.
 void AnswerTextView::showMarkdown(const QString& text) {
+  const int anchor = textCursor().anchor();
+  const int position = textCursor().position();
+  const QString marked = selectedText();
   markdown_ = text;
   QFont font = Theme::rowFont();
   font.setWeight(QFont::Normal);
-  document()->setDefaultFont(font);
-  document()->setMarkdown(shown(text), kMarkdown);
-  replaceImages();
-  findCode();
+  text_->setDefaultFont(font);
+  QTextCursor changes(text_);
+  changes.beginEditBlock();
+  text_->readMarkdown(cut(text));
   styleBlocks();
-  for (const Code& code : code_) styleCode(code);
-  followButtons();
+  styleTables();
+  for (const AnswerDocument::Code& code : text_->code()) styleCode(code);
+  changes.endEditBlock();
+  finish();
+  if (marked.isEmpty() || std::max(anchor, position) >= text_->characterCount()) return;
+  QTextCursor cursor(text_);
+  cursor.setPosition(anchor);
+  cursor.setPosition(position, QTextCursor::KeepAnchor);
+  if (cursor.selection().toPlainText() == marked) setTextCursor(cursor);
+}
+
+void AnswerTextView::finish() {
+  viewport()->setToolTip({});
+  followStops();
   fitHeight();
 }
 
-/// A picture that is not loaded is its description.
-void AnswerTextView::replaceImages() {
-  for (QTextCursor at = document()->find(QString(QChar::ObjectReplacementCharacter)); !at.isNull();
-       at = document()->find(QString(QChar::ObjectReplacementCharacter), at)) {
-    const QTextImageFormat image = at.charFormat().toImageFormat();
-    const QString words = image.property(QTextFormat::ImageAltText).toString();
-    at.insertText(words.isEmpty() ? u"[image]"_s : u"[%1]"_s.arg(words), QTextCharFormat());
-  }
-}
-
-void AnswerTextView::findCode() {
-  code_.clear();
-  for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-    if (!isCode(block)) continue;
-    const int number = block.blockNumber();
-    if (code_.empty() || code_.back().last + 1 != number)
-      code_.push_back({number, number, block.text()});
-    else
-      code_.back() = {code_.back().first, number, code_.back().text + u'\n' + block.text()};
-  }
-}
-
 void AnswerTextView::styleBlocks() {
-  QTextCursor cursor(document());
-  for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-    if (isCode(block)) continue;
+  QTextCursor cursor(text_);
+  for (QTextBlock block = text_->begin(); block.isValid(); block = block.next()) {
     QTextBlockFormat format;
-    format.setLineHeight(kLineSpacing, QTextBlockFormat::ProportionalHeight);
+    if (!block.blockFormat().hasProperty(QTextFormat::BlockCodeLanguage))
+      format.setLineHeight(kLineSpacing, QTextBlockFormat::ProportionalHeight);
+    if (const int quotes = quoteLevel(block); quotes > 0) {
+      format.setLeftMargin(quotes * kIndent);
+      format.setRightMargin(0);
+    }
     cursor.setPosition(block.position());
     cursor.mergeBlockFormat(format);
   }
 }
 
+void AnswerTextView::styleTables() {
+  for (QTextFrame* frame : text_->rootFrame()->childFrames()) {
+    auto* table = qobject_cast<QTextTable*>(frame);
+    if (!table) continue;
+    QTextTableFormat format = table->format();
+    format.setBorderCollapse(true);
+    format.setBorder(1);
+    format.setBorderBrush(themeOf(*this).edge);
+    format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+    format.setCellPadding(kCellPadding);
+    format.setCellSpacing(0);
+    table->setFormat(format);
+  }
+}
+
 /// Room for the ground and, above the first line, for the button; long lines are broken rather than cut.
-void AnswerTextView::styleCode(const Code& code) {
-  QTextCursor cursor(document());
+void AnswerTextView::styleCode(const AnswerDocument::Code& code) {
+  QTextCursor cursor(text_);
   QTextCharFormat letters;
   letters.setFont(Theme::monospacedFont());
   for (int number = code.first; number <= code.last; ++number) {
-    const QTextBlock block = document()->findBlockByNumber(number);
+    const QTextBlock block = text_->findBlockByNumber(number);
     QTextBlockFormat format;
     format.setNonBreakableLines(false);
     format.setLeftMargin(block.blockFormat().leftMargin() + kCodeInset);
@@ -141,55 +161,98 @@ void AnswerTextView::styleCode(const Code& code) {
   }
 }
 
-void AnswerTextView::followButtons() {
-  while (buttons_.size() > code_.size()) {
-    delete buttons_.back();
-    buttons_.pop_back();
+/// Those that stay keep the keyboard while an answer grows.
+void AnswerTextView::followStops() {
+  const bool endsInCode = !text_->code().empty() && text_->code().back().last + 1 == text_->blockCount();
+  // Half a block is of no use elsewhere.
+  const std::size_t whole = text_->code().size() - (isCut_ && endsInCode ? 1 : 0);
+  shorten(buttons_, whole);
+  while (buttons_.size() < whole) buttons_.push_back(addButton(buttons_.size()));
+  const std::size_t reachable = std::min(text_->links().size(), kMostLinks);
+  shorten(links_, reachable);
+  while (links_.size() < reachable) links_.push_back(addLink());
+  for (std::size_t i = 0; i < reachable; ++i) links_[i]->setLink(text_->links()[i].words, text_->links()[i].url);
+}
+
+QToolButton* AnswerTextView::addButton(std::size_t index) {
+  auto* button = new QToolButton(this);
+  button->setText(u"Copy"_s);
+  button->setFont(Theme::detailFont());
+  button->setAccessibleName(u"Copy code block %1"_s.arg(index + 1));
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setCursor(Qt::ArrowCursor);
+  connect(button, &QToolButton::clicked, this, [this, index] { Q_EMIT copyWanted(text_->code()[index].text); });
+  button->show();
+  return button;
+}
+
+LinkStop* AnswerTextView::addLink() {
+  auto* stop = new LinkStop(this);
+  connect(stop, &LinkStop::clicked, this, [this, stop] { Q_EMIT linkChosen(stop->url()); });
+  stop->show();
+  return stop;
+}
+
+std::vector<QWidget*> AnswerTextView::stops() const {
+  std::vector<QWidget*> all;
+  std::size_t link = 0;
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    const int start = text_->findBlockByNumber(text_->code()[i].first).position();
+    for (; link < links_.size() && text_->links()[link].position < start; ++link) all.push_back(links_[link]);
+    all.push_back(buttons_[i]);
   }
-  while (buttons_.size() < code_.size()) {
-    auto* button = new QToolButton(this);
-    const std::size_t index = buttons_.size();
-    button->setText(u"Copy"_s);
-    button->setFont(Theme::detailFont());
-    button->setAccessibleName(u"Copy code block %1"_s.arg(index + 1));
-    button->setFocusPolicy(Qt::StrongFocus);
-    button->setCursor(Qt::ArrowCursor);
-    connect(button, &QToolButton::clicked, this, [this, index] { Q_EMIT copyWanted(code_[index].text); });
-    button->show();
-    buttons_.push_back(button);
-  }
+  for (; link < links_.size(); ++link) all.push_back(links_[link]);
+  return all;
 }
 
 QStringList AnswerTextView::codeBlocks() const {
   QStringList blocks;
-  for (const Code& code : code_) blocks.append(code.text);
+  for (const AnswerDocument::Code& code : text_->code()) blocks.append(code.text);
   return blocks;
 }
 
 QString AnswerTextView::selectedText() const { return textCursor().selection().toPlainText(); }
 
-QRectF AnswerTextView::groundOf(const Code& code) const {
-  const auto* layout = document()->documentLayout();
-  const QRectF first = layout->blockBoundingRect(document()->findBlockByNumber(code.first));
-  const QRectF last = layout->blockBoundingRect(document()->findBlockByNumber(code.last));
-  const double indent = document()->findBlockByNumber(code.first).blockFormat().leftMargin() - kCodeInset;
-  return {indent, first.top() - kButtonHeight, document()->textWidth() - indent,
+QRectF AnswerTextView::groundOf(const AnswerDocument::Code& code) const {
+  const auto* layout = text_->documentLayout();
+  const QTextBlock begin = text_->findBlockByNumber(code.first);
+  const QRectF first = layout->blockBoundingRect(begin);
+  const QRectF last = layout->blockBoundingRect(text_->findBlockByNumber(code.last));
+  const QTextBlockFormat format = begin.blockFormat();
+  const double left = format.leftMargin() - kCodeInset + format.indent() * text_->indentWidth();
+  return {left, first.top() - kButtonHeight, text_->textWidth() - left,
           last.bottom() - first.top() + kButtonHeight + kCodeInset};
 }
 
-void AnswerTextView::placeButtons() {
+/// Words that go over several lines have the room of all of these.
+QRect AnswerTextView::placeOf(const AnswerDocument::Link& link) const {
+  QTextCursor cursor(text_);
+  cursor.setPosition(link.position);
+  const QRect begin = cursorRect(cursor);
+  cursor.setPosition(link.position + link.length);
+  const QRect end = cursorRect(cursor);
+  QRect place = begin.united(end);
+  if (begin.top() != end.top()) {
+    place.setLeft(0);
+    place.setRight(viewport()->width() - 1);
+  }
+  return place.adjusted(-2, 0, 2, 1) & viewport()->rect();
+}
+
+void AnswerTextView::placeStops() {
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
-    const QRect ground = groundOf(code_[i]).toRect();
+    const QRect ground = groundOf(text_->code()[i]).toRect();
     const QSize size(buttons_[i]->sizeHint().width(), kButtonHeight - 4);
     buttons_[i]->setGeometry(QRect({ground.right() - size.width() - 4, ground.top() + 3}, size));
   }
+  for (std::size_t i = 0; i < links_.size(); ++i) links_[i]->setGeometry(placeOf(text_->links()[i]));
 }
 
 void AnswerTextView::fitHeight() {
-  document()->setTextWidth(viewport()->width());
-  const double bottom = code_.empty() ? 0 : groundOf(code_.back()).bottom() + 1;
-  height_ = static_cast<int>(std::ceil(std::max(document()->size().height(), bottom)));
-  placeButtons();
+  text_->setTextWidth(viewport()->width());
+  const double bottom = text_->code().empty() ? 0 : groundOf(text_->code().back()).bottom() + 1;
+  height_ = static_cast<int>(std::ceil(std::max(text_->size().height(), bottom)));
+  placeStops();
   if (height_ != height()) setFixedHeight(height_);
   viewport()->update();
 }
@@ -199,18 +262,25 @@ QSize AnswerTextView::sizeHint() const { return {QTextBrowser::sizeHint().width(
 QSize AnswerTextView::minimumSizeHint() const { return {0, height_}; }
 
 void AnswerTextView::paintEvent(QPaintEvent* event) {
-  {
-    const Theme& theme = themeOf(*this);
-    QPainter painter(viewport());
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(theme.hairline);
-    painter.setBrush(theme.raised);
-    for (const Code& code : code_) {
-      const QRectF ground = groundOf(code).adjusted(0.5, 0.5, -0.5, -0.5);
-      if (ground.intersects(event->rect())) painter.drawRoundedRect(ground, Theme::kRowRadius, Theme::kRowRadius);
-    }
-  }
+  paintGrounds(event->rect());
   QTextBrowser::paintEvent(event);
+}
+
+void AnswerTextView::paintGrounds(const QRect& exposed) {
+  const Theme& theme = themeOf(*this);
+  QPainter painter(viewport());
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(theme.hairline);
+  painter.setBrush(theme.raised);
+  for (const AnswerDocument::Code& code : text_->code()) {
+    const QRectF ground = groundOf(code).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (ground.intersects(exposed)) painter.drawRoundedRect(ground, Theme::kRowRadius, Theme::kRowRadius);
+  }
+  for (QTextBlock block = text_->begin(); block.isValid(); block = block.next()) {
+    const QRectF lines = text_->documentLayout()->blockBoundingRect(block);
+    for (int level = 0; level < quoteLevel(block); ++level)
+      painter.fillRect(QRectF(level * kIndent + kQuoteInset, lines.top(), kQuoteBar, lines.height()), theme.edge);
+  }
 }
 
 void AnswerTextView::resizeEvent(QResizeEvent* event) {

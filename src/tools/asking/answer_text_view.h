@@ -4,10 +4,14 @@
 
 #include <vector>
 
+#include "tools/asking/answer_document.h"
+
+class LinkStop;
 class QToolButton;
 
 /// A text of a conversation, as high as what it shows: an answer in Markdown, whose code blocks can be copied, or plain
-/// words. What an answer names is never loaded, its HTML is text like any other, and its links are only handed on.
+/// words. Its links are only handed on. The keyboard stays where one types; it stops at the links and at the code
+/// blocks alone, and what is marked by the pointer is copied all the same.
 class AnswerTextView : public QTextBrowser {
   Q_OBJECT
 
@@ -16,17 +20,21 @@ class AnswerTextView : public QTextBrowser {
 
   void showMarkdown(const QString& text);
   void showPlain(const QString& text);
+  /// Whether only the beginning is shown; a copy has all of it.
+  bool isCut() const { return isCut_; }
   /// What the user has marked; empty: nothing.
   QString selectedText() const;
   /// The code blocks, from the first to the last.
   QStringList codeBlocks() const;
+  /// Where the keyboard stops, in reading order.
+  std::vector<QWidget*> stops() const;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
   void copyWanted(const QString& code);
-  /// A web address.
+  /// An address that may be opened.
   void linkChosen(const QUrl& url);
 
  protected:
@@ -34,28 +42,30 @@ class AnswerTextView : public QTextBrowser {
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void changeEvent(QEvent* event) override;
-  /// Past its buttons to whatever comes next, and not round among its links.
+  /// Past its stops to whatever comes next, and not round among its links.
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 
  private:
-  /// Consecutive blocks of the document.
-  struct Code {
-    int first = 0;
-    int last = 0;
-    QString text;
-  };
-
-  void findCode();
+  /// As much of it as is shown.
+  QString cut(const QString& text);
+  void finish();
   void styleBlocks();
-  void styleCode(const Code& code);
-  void replaceImages();
-  void followButtons();
-  void placeButtons();
-  QRectF groundOf(const Code& code) const;
+  void styleTables();
+  void styleCode(const AnswerDocument::Code& code);
+  void followStops();
+  QToolButton* addButton(std::size_t index);
+  LinkStop* addLink();
+  void placeStops();
+  QRectF groundOf(const AnswerDocument::Code& code) const;
+  QRect placeOf(const AnswerDocument::Link& link) const;
+  void paintGrounds(const QRect& exposed);
   void fitHeight();
 
-  std::vector<Code> code_;
+  AnswerDocument* text_;
+  /// Of the first code blocks, and of the first links.
   std::vector<QToolButton*> buttons_;
+  std::vector<LinkStop*> links_;
   QString markdown_;
+  bool isCut_ = false;
   int height_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "tools/asking/ask_composer.h"
 
+#include <QAbstractButton>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -42,7 +43,19 @@ AskComposer::AskComposer(AskModel& model, QWidget* parent)
 
 void AskComposer::setHint(const QString& hint) { hint_->setText(hint); }
 
-void AskComposer::addAbove(QWidget* widget) { column_->insertWidget(0, widget); }
+void AskComposer::addAbove(QWidget* widget) {
+  column_->insertWidget(0, widget);
+  above_ = widget;
+}
+
+std::vector<QWidget*> AskComposer::stops() const {
+  std::vector<QWidget*> all;
+  if (above_)
+    for (QAbstractButton* button : above_->findChildren<QAbstractButton*>()) all.push_back(button);
+  all.push_back(field_);
+  for (const auto& [button, symbol] : buttons_) all.push_back(button);
+  return all;
+}
 
 QToolButton* AskComposer::addButton(const QString& symbol, const QString& name, const QString& help) {
   auto* button = new QToolButton;

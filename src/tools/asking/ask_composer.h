@@ -21,6 +21,8 @@ class AskComposer : public QWidget {
   void setHint(const QString& hint);
   /// Above the field.
   void addAbove(QWidget* widget);
+  /// Where the keyboard stops, in reading order.
+  std::vector<QWidget*> stops() const;
   QToolButton* addButton(const QString& symbol, const QString& name, const QString& help);
 
  protected:
@@ -35,5 +37,6 @@ class AskComposer : public QWidget {
   QLabel* hint_;
   QHBoxLayout* row_;
   QVBoxLayout* column_;
+  QWidget* above_ = nullptr;
   std::vector<std::pair<QToolButton*, QString>> buttons_;
 };

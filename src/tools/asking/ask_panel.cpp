@@ -28,6 +28,8 @@ bool AskPanel::handleKey(const KeyPress& key) {
     view_->scrollTranscript(key.keyCode == keycode::kPageUp ? -kPage : kPage);
     return true;
   }
+  const bool isReturn = key.keyCode == keycode::kReturn || key.keyCode == keycode::kKeypadEnter;
+  if (isReturn && view_->pressFocused()) return true;
   if (key.isText() && !key.command) view_->takeTyping(key.characters);
   return flow_.handleKey(key);
 }

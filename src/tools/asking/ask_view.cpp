@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 #include "core/ui/theme.h"
 #include "tools/asking/ask_composer.h"
 #include "tools/asking/ask_flow.h"
@@ -75,6 +77,31 @@ void AskView::scrollTranscript(double pages) { transcript_->scroll(pages); }
 void AskView::takeTyping(const QString& characters) {
   const bool isPress = characters == u" " && qobject_cast<QAbstractButton*>(window()->focusWidget());
   if (!isPress) focusField();
+}
+
+std::vector<QWidget*> AskView::stops() const {
+  std::vector<QWidget*> all;
+  for (QAbstractButton* button : header_->findChildren<QAbstractButton*>()) all.push_back(button);
+  for (QWidget* stop : transcript_->stops()) all.push_back(stop);
+  for (QWidget* stop : composer_->stops()) all.push_back(stop);
+  std::erase_if(all, [](const QWidget* stop) { return !stop->isVisible() || !stop->isEnabled(); });
+  return all;
+}
+
+bool AskView::focusNextPrevChild(bool next) {
+  std::vector<QWidget*> all = stops();
+  if (!next) std::ranges::reverse(all);
+  const auto current = std::ranges::find(all, window()->focusWidget());
+  const auto following = current == all.end() ? all.begin() : std::next(current);
+  QWidget* stop = following == all.end() ? all.front() : *following;
+  stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
+}
+
+bool AskView::pressFocused() {
+  auto* button = qobject_cast<QAbstractButton*>(window()->focusWidget());
+  if (button) button->click();
+  return button != nullptr;
 }
 
 void AskView::focusField() { composer_->field().setFocus(); }

@@ -24,6 +24,8 @@ class AskView : public QWidget {
   void focusField();
   /// Words are for the field, wherever the keyboard is; but a space presses a button.
   void takeTyping(const QString& characters);
+  /// Presses the button or the link that the keyboard is at; false when it is at none.
+  bool pressFocused();
 
  Q_SIGNALS:
   void linkChosen(const QUrl& url);
@@ -43,12 +45,15 @@ class AskView : public QWidget {
   /// To the left of the transcript.
   void addBeside(QWidget* widget);
 
+  /// From one stop of the keyboard to the next in reading order, whichever was made first.
+  bool focusNextPrevChild(bool next) override;
   /// The keys that can be pressed now.
   virtual std::vector<KeyHint> hints() const = 0;
   /// Draws what has changed; the first time when the derived class calls it.
   virtual void follow();
 
  private:
+  std::vector<QWidget*> stops() const;
   void layOut();
   void connectParts(AskFlow& flow);
 

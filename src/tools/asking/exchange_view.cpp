@@ -40,7 +40,8 @@ ExchangeView::ExchangeView(const QString& question, QWidget* parent)
     : QWidget(parent),
       question_(new AnswerTextView(u"Question"_s)),
       answer_(new AnswerTextView(u"Answer"_s)),
-      waiting_(makeDetailLabel(u"Thinking…"_s)) {
+      waiting_(makeDetailLabel(u"Thinking…"_s)),
+      cut_(makeDetailLabel(u"The rest is too long to be shown here. A copy of the answer has all of it."_s)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
   column->setSpacing(Theme::kGrid + 2);
@@ -54,14 +55,16 @@ ExchangeView::ExchangeView(const QString& question, QWidget* parent)
   column->addLayout(row);
   column->addWidget(waiting_);
   column->addWidget(answer_);
+  column->addWidget(cut_);
   question_->showPlain(question);
-  answer_->hide();
+  for (QWidget* one : std::initializer_list<QWidget*>{answer_, cut_}) one->hide();
 }
 
 void ExchangeView::showAnswer(const QString& markdown, bool isWhole) {
   waiting_->setVisible(markdown.isEmpty() && !isWhole);
   answer_->setVisible(!markdown.isEmpty());
   answer_->showMarkdown(markdown);
+  cut_->setVisible(answer_->isCut());
 }
 
 QString ExchangeView::selectedText() const {

@@ -22,4 +22,5 @@ class ExchangeView : public QWidget {
   AnswerTextView* question_;
   AnswerTextView* answer_;
   QLabel* waiting_;
+  QLabel* cut_;
 };

@@ -1,5 +1,6 @@
 #include "tools/asking/transcript_view.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QScrollBar>
@@ -62,6 +63,7 @@ TranscriptView::TranscriptView(AskModel& model, const QString& emptyText, QWidge
   connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &TranscriptView::keepEndInSight);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int value) { isAtEnd_ = value >= verticalScrollBar()->maximum(); });
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { showStop(now); });
   follow();
 }
 
@@ -70,7 +72,10 @@ void TranscriptView::follow() {
   followOpen();
   const bool hasError = model_.errorMessage().has_value();
   // What went wrong is seen, wherever the user is reading.
-  if (hasError && error_->isHidden()) isAtEnd_ = true;
+  if (hasError && error_->isHidden()) {
+    isAtEnd_ = true;
+    top_.clear();
+  }
   error_->setText(model_.errorMessage().value_or(QString()));
   error_->setVisible(hasError);
   empty_->setVisible(exchanges_.empty() && !open_ && !hasError);
@@ -84,24 +89,28 @@ void TranscriptView::followExchanges() {
   }
   for (std::size_t i = exchanges_.size(); i < model_.exchanges().size(); ++i) {
     const AskExchange& exchange = model_.exchanges()[i];
+    if (open_ && open_->answer().isHidden()) top_ = open_;
     ExchangeView* view = open_ ? std::exchange(open_, nullptr) : add(exchange.question);
-    view->showAnswer(exchange.answer, true);
     exchanges_.push_back(view);
+    view->showAnswer(exchange.answer, true);
   }
 }
 
 void TranscriptView::followOpen() {
   const bool isBroken = !model_.pending() && model_.brokenOff();
   const bool isOpen = model_.pending() || isBroken;
-  const bool isAnother = isBroken_ && !isBroken;
+  const bool wasBroken = isBroken_;
+  const bool isAnother = wasBroken && !isBroken;
   if (!isOpen || isAnother) delete std::exchange(open_, nullptr);
   isBroken_ = isBroken;
   if (!isOpen) return;
-  if (!open_) {
+  const bool isNew = !open_;
+  if (isNew) {
     isAtEnd_ = true;
+    top_.clear();
     open_ = add(model_.pending() ? *model_.pending() : model_.brokenOff()->question);
   }
-  showPartial();
+  if (isNew || isBroken != wasBroken) showPartial();
 }
 
 void TranscriptView::grow() {
@@ -130,6 +139,21 @@ ExchangeView* TranscriptView::add(const QString& question) {
   return view;
 }
 
+std::vector<QWidget*> TranscriptView::stops() const {
+  std::vector<QWidget*> all;
+  const auto append = [&all](ExchangeView& exchange) {
+    const auto stops = exchange.answer().stops();
+    all.insert(all.end(), stops.begin(), stops.end());
+  };
+  for (ExchangeView* exchange : exchanges_) append(*exchange);
+  if (open_) append(*open_);
+  return all;
+}
+
+void TranscriptView::showStop(QWidget* stop) {
+  if (stop && widget()->isAncestorOf(stop)) ensureWidgetVisible(stop);
+}
+
 void TranscriptView::clearOtherSelections(const AnswerTextView* chosen) {
   for (auto* text : findChildren<AnswerTextView*>()) {
     if (text == chosen || !text->textCursor().hasSelection()) continue;
@@ -151,5 +175,6 @@ void TranscriptView::scroll(double pages) {
 }
 
 void TranscriptView::keepEndInSight() {
-  if (isAtEnd_) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+  QScrollBar& bar = *verticalScrollBar();
+  if (isAtEnd_) bar.setValue(top_ ? std::min(bar.maximum(), top_->y() - Theme::kGrid) : bar.maximum());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QScrollArea>
 #include <QTimer>
 #include <QUrl>
@@ -23,6 +24,8 @@ class TranscriptView : public QScrollArea {
 
   /// What the user has marked anywhere in it; empty: nothing.
   QString selectedText() const;
+  /// Where the keyboard stops, in reading order.
+  std::vector<QWidget*> stops() const;
   /// By this share of what is in sight.
   void scroll(double pages);
 
@@ -36,6 +39,7 @@ class TranscriptView : public QScrollArea {
   void followOpen();
   void grow();
   void showPartial();
+  void showStop(QWidget* stop);
   void clearOtherSelections(const AnswerTextView* chosen);
   ExchangeView* add(const QString& question);
   void keepEndInSight();
@@ -49,6 +53,8 @@ class TranscriptView : public QScrollArea {
   QLabel* empty_;
   /// Until what has arrived is drawn.
   QTimer growth_;
+  /// What came all at once is read from its beginning: this is at the top, not the end in sight.
+  QPointer<ExchangeView> top_;
   bool isBroken_ = false;
   bool isAtEnd_ = true;
 };
