@@ -159,15 +159,19 @@ def file_drop(stage):
     stage.close_window(title)
 
 
+def restart_with(stage, provider):
+    """The provider is read when the program starts."""
+    stage.application.stop()
+    stage.application.write_json("ai-provider.json", provider.settings)
+    stage.start()
+
+
 def generate_image(stage):
     """Generate Image from empty to its history, and a failure."""
     title = "Generate Image"
     provider = Provider()
     provider.picture = png(1024, 768)
-    # The provider is read when the program starts.
-    stage.application.stop()
-    stage.application.write_json("ai-provider.json", provider.settings)
-    stage.start()
+    restart_with(stage, provider)
     stage.summon("generate-image")
     stage.wait_for(title, "Your image appears here")
     yield View("generate-empty", title, has_tab=False)
@@ -195,10 +199,7 @@ def ask_ai(stage):
     """Ask AI before and after a question, and a failure."""
     title = "Ask AI"
     provider = Provider(ANSWER, pause=0.05)
-    # The provider is read when the program starts.
-    stage.application.stop()
-    stage.application.write_json("ai-provider.json", provider.settings)
-    stage.start()
+    restart_with(stage, provider)
     stage.summon("quick-question")
     stage.wait_for(title, "Short answers, right here.")
     yield View("ask-empty", title, has_tab=False)
@@ -224,9 +225,7 @@ def image_ask(stage):
     """Image Ask beside its capture, before and after a question."""
     title = "Image Ask"
     provider = Provider("It is **one** colour.", pause=0.02)
-    stage.application.stop()
-    stage.application.write_json("ai-provider.json", provider.settings)
-    stage.start()
+    restart_with(stage, provider)
     stage.summon("image-ask")
     whole = stage.desktop.screen_size
     until("the overlay is there", lambda: any((shape.width, shape.height) == whole for shape in stage.shapes()))

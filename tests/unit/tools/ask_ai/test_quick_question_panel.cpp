@@ -161,6 +161,33 @@ class TestQuickQuestionPanel : public QObject {
     QCOMPARE(world.model().question(), u"What is it?"_s);
   }
 
+  void whatIsAttachedComesBackWithEscapeAndGoesWithANewStart() {
+    QuickQuestionWorld world;
+    world.controller.show();
+    QVERIFY(world.attach(2));
+    world.ask(u"What are these?"_s);
+    QVERIFY(world.isWaiting());
+    world.controller.handleKey(code(keycode::kEscape));
+    QCOMPARE(world.model().attachments().size(), 2U);
+    world.controller.show();
+    world.press(u'n');
+    QVERIFY(world.model().attachments().empty());
+  }
+
+  void imagesThatAreReadAtOnceAreNoMoreThanSix() {
+    QuickQuestionWorld world;
+    world.controller.show();
+    for (int i = 0; i < 9; ++i) world.controller.attachImage(QImage::fromData(QuickQuestionWorld::png()));
+    // There is nothing to ask yet: what is typed later is not sent by itself.
+    world.controller.submit();
+    world.model().setQuestion(u"What"_s);
+    QThreadPool::globalInstance()->waitForDone();
+    QTRY_COMPARE(world.model().attachments().size(), 6U);
+    QTest::qWait(20);
+    QCOMPARE(world.model().attachments().size(), 6U);
+    QVERIFY(!world.model().pending());
+  }
+
   void withoutThePermissionAPanelSaysWhatIsMissing() {
     QuickQuestionWorld world;
     world.permissions.screenRecording = PermissionState::notGranted;

@@ -56,6 +56,8 @@ class TestAnswers : public QObject {
     QCOMPARE(ask.header("Authorization"), "Bearer secret");
     QCOMPARE(ask.header("Accept"), "text/event-stream");
     QVERIFY(ask.request().timeout == 60s);
+    // Nor does one that comes in drops go on for ever.
+    QVERIFY(ask.request().answerDeadline == 10min);
     QCOMPARE(QJsonDocument::fromJson(ask.request().body).object(), (QJsonObject{{u"question"_s, u"Grüße?"_s}}));
 
     ask.askPlain({u"And plus one?"_s, kEarlier});

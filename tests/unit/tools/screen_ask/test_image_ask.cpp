@@ -144,6 +144,14 @@ class TestImageAsk : public QObject {
     asking.tool.activate();
     asking.regions.loseKeyboard();
     QVERIFY(asking.launcher.shown.isEmpty());
+    // Nor over a second selection of its own.
+    asking.launcher.startedFromLauncher = true;
+    asking.tool.activate();
+    asking.tool.activate();
+    asking.regions.cancel();
+    QVERIFY(asking.launcher.shown.isEmpty());
+    asking.regions.select(Asking::png(70));
+    QCOMPARE(asking.model.previewImage().width(), 70);
   }
 
   void withoutThePermissionTheSystemAsks() {
