@@ -34,16 +34,12 @@ std::optional<QUrl> extractURL(const QByteArray& body) {
 
 }  // namespace
 
-QString UplinkError::description() const {
-  switch (reason) {
-    case Reason::badStatus:
-      return httpFailure(u"Upload failed"_s, {status, {}, body});
-    case Reason::noURLInResponse:
-      return u"No URL in response: "_s + beginning(body);
-    case Reason::other:
-      break;
-  }
-  return detail;
+UplinkError UplinkError::badStatus(int status, const QByteArray& body) {
+  return of(httpFailure(u"Upload failed"_s, {status, {}, body}));
+}
+
+UplinkError UplinkError::noURLInResponse(const QByteArray& body) {
+  return of(u"No URL in response: "_s + beginning(body));
 }
 
 std::expected<QUrl, UplinkError> linkIn(const std::expected<HttpResponse, HttpError>& response) {

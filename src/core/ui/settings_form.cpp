@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
 #include "core/ui/toggle_switch.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int kColumnWidth = 712;
 constexpr int kRowPadding = 12;
+constexpr int kStepSymbol = 18;
 
 /// One-pixel line that follows the theme.
 class Hairline final : public QWidget {
@@ -32,6 +34,28 @@ class DetailLabel final : public QLabel {
     setForegroundRole(QPalette::PlaceholderText);
   }
 };
+
+QWidget* makeStep(const HowItWorksStep& step) {
+  auto* widget = new QWidget;
+  auto* row = new QHBoxLayout(widget);
+  row->setContentsMargins(0, Theme::kGrid, 0, Theme::kGrid);
+  row->setSpacing(Theme::kGrid + Theme::kGrid / 2);
+  row->addWidget(new SymbolLabel(QString::fromUtf16(step.symbol), kStepSymbol));
+  auto* text = makeDetailLabel(QString::fromUtf16(step.text));
+  text->setForegroundRole(QPalette::WindowText);
+  row->addWidget(text, 1);
+  return widget;
+}
+
+SettingsSection* addHowItWorksSection(QVBoxLayout& column) {
+  QLabel* heading = makeHeading(QStringLiteral("How it works"));
+  // Below another section it keeps its distance.
+  if (column.count() > 0) heading->setContentsMargins(0, Theme::kGrid, 0, 0);
+  column.addWidget(heading);
+  auto* section = new SettingsSection;
+  column.addWidget(section);
+  return section;
+}
 
 }  // namespace
 
@@ -171,8 +195,11 @@ void SettingsPage::addWidget(QWidget* widget) { column_->insertWidget(column_->c
 void SettingsPage::scrollToTop() { verticalScrollBar()->setValue(0); }
 
 void addHowItWorks(QVBoxLayout& column, const QStringList& notes) {
-  column.addWidget(makeHeading(QStringLiteral("How it works")));
-  auto* section = new SettingsSection;
+  auto* section = addHowItWorksSection(column);
   for (const QString& note : notes) section->addWide(makeDetailLabel(note));
-  column.addWidget(section);
+}
+
+void addHowItWorks(QVBoxLayout& column, std::span<const HowItWorksStep> steps) {
+  auto* section = addHowItWorksSection(column);
+  for (const HowItWorksStep& step : steps) section->addWide(makeStep(step));
 }

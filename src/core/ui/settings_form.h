@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <span>
+
 class QVBoxLayout;
 
 /// The line below a row's text that says what stands in the way; hidden while there is nothing to say.
@@ -74,5 +76,11 @@ class SettingsPage : public QScrollArea {
 QLabel* makeDetailLabel(const QString& text, QWidget* parent = nullptr);
 /// Adds the heading "How it works" and below it what is to be known of a tool, a paragraph each.
 void addHowItWorks(QVBoxLayout& column, const QStringList& notes);
+/// A step of what a tool does, with its symbol.
+struct HowItWorksStep {
+  const char16_t* symbol;
+  const char16_t* text;
+};
+void addHowItWorks(QVBoxLayout& column, std::span<const HowItWorksStep> steps);
 /// A label in the weight of headings.
 QLabel* makeHeading(const QString& text, QWidget* parent = nullptr);

@@ -2,8 +2,7 @@
 
 #include <QVBoxLayout>
 
-#include "base/visible_text.h"
-#include "core/ui/check_control.h"
+#include "core/ui/connection_test.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "platform/system_info.h"
@@ -12,9 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Of what the service says.
-constexpr qsizetype kShown = 300;
 
 QStringList notes(const SystemInfo& system) {
   return {
@@ -42,18 +38,9 @@ FileDropSettingsView::FileDropSettingsView(BulkUploadClient& client, const Syste
 }
 
 QWidget* FileDropSettingsView::makeTest() {
-  auto* button = new CheckControl(
-      u"Connection"_s, [this](const JobRef& job, const auto& done) { test(job, done); }, u"Test Connection"_s);
-  auto* section = new SettingsSection;
-  button->setRemark(section->addRow(u"Connection"_s, u"Uploads a small text file."_s, button));
-  return section;
-}
-
-void FileDropSettingsView::test(const JobRef& job, const std::function<void(std::expected<QString, QString>)>& done) {
-  client_.testConnection(job, [done](const BulkUploadClient::Outcome& link) {
-    if (link)
-      done(link->toString(QUrl::FullyEncoded));
-    else
-      done(std::unexpected(visibleLine(link.error().description(), kShown)));
-  });
+  const auto run = [this](const JobRef& job, const CheckControl::Done& done) {
+    const auto address = [](const QUrl& link) { return link.toString(QUrl::FullyEncoded); };
+    client_.testConnection(job, tellingTest(done, address));
+  };
+  return makeConnectionTest(u"Connection"_s, u"Uploads a small text file."_s, run);
 }

@@ -2,11 +2,6 @@
 
 #include <QWidget>
 
-#include <expected>
-#include <functional>
-
-#include "base/job.h"
-
 class BulkUploadClient;
 class SystemInfo;
 
@@ -19,7 +14,6 @@ class FileDropSettingsView : public QWidget {
 
  private:
   QWidget* makeTest();
-  void test(const JobRef& job, const std::function<void(std::expected<QString, QString>)>& done);
 
   BulkUploadClient& client_;
 };

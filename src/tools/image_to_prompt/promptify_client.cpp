@@ -4,7 +4,6 @@
 
 #include "services/answer_text.h"
 #include "services/multipart.h"
-#include "services/service_error.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -25,18 +24,6 @@ std::expected<QString, PromptifyError> promptIn(const std::expected<HttpResponse
 }
 
 }  // namespace
-
-QString PromptifyError::description() const {
-  switch (reason) {
-    case Reason::badStatus:
-      return httpFailure(u"Processing failed"_s, {status, {}, body});
-    case Reason::noPrompt:
-      return u"No prompt in response: "_s + beginning(body);
-    case Reason::other:
-      break;
-  }
-  return detail;
-}
 
 void PromptifyClient::reverseEngineer(const ClipboardImage& image, PromptMode mode, const JobRef& job, Done done) {
   environments_.current<PromptifyEnvironment>(job, [this, image, mode, job, done = std::move(done)](const auto& found) {

@@ -1,27 +1,20 @@
 #pragma once
 
-#include "core/net/http_client.h"
+#include "services/service_error.h"
+#include "services/told_error.h"
 
 /// Why there is no prompt.
-struct PromptifyError {
-  enum class Reason {
-    /// The service answered with a status that is no success.
-    badStatus,
-    /// It answered, but with no prompt.
-    noPrompt,
-    /// There is no answer, or no service to ask; `detail` is the whole text.
-    other,
-  };
-  Reason reason = Reason::other;
-  int status = 0;
-  QByteArray body{};
-  QString detail{};
-
+class PromptifyError : public ToldError<PromptifyError> {
+ public:
+  /// The service answered with a status that is no success.
   static PromptifyError badStatus(const HttpResponse& response) {
-    return {Reason::badStatus, response.status, response.body};
+    return of(httpFailure(QStringLiteral("Processing failed"), response));
   }
-  static PromptifyError noPrompt(const QByteArray& body) { return {Reason::noPrompt, 0, body}; }
-  static PromptifyError of(const QString& text) { return {Reason::other, 0, {}, text}; }
+  /// It answered, but with no prompt.
+  static PromptifyError noPrompt(const QByteArray& body) {
+    return of(QStringLiteral("No prompt in response: ") + beginning(body));
+  }
 
-  QString description() const;
+ private:
+  using ToldError::ToldError;
 };

@@ -5,50 +5,22 @@
 
 #include <array>
 
-#include "base/visible_text.h"
-#include "core/ui/check_control.h"
+#include "core/ui/connection_test.h"
 #include "core/ui/settings_form.h"
-#include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Of what the service says.
-constexpr qsizetype kShown = 300;
-constexpr int kSymbol = 18;
-
-struct Step {
-  QLatin1StringView symbol;
-  QStringView text;
-};
-
 constexpr std::array kSteps = {
-    Step{"doc.on.clipboard"_L1, u"Copy any image — a design, a screenshot, something you want to recreate."},
-    Step{"wand.and.stars"_L1,
-         u"Press the shortcut. The image is sent to Orrin's AI service and reverse-engineered by a vision model."},
-    Step{"text.quote"_L1,
-         u"A detailed recreation prompt lands on your clipboard — paste it into any image generator or LLM."},
+    HowItWorksStep{u"doc.on.clipboard", u"Copy any image — a design, a screenshot, something you want to recreate."},
+    HowItWorksStep{
+        u"wand.and.stars",
+        u"Press the shortcut. The image is sent to Orrin's AI service and reverse-engineered by a vision model."},
+    HowItWorksStep{u"text.quote",
+                   u"A detailed recreation prompt lands on your clipboard — paste it into any image generator or LLM."},
 };
-
-QWidget* makeStep(const Step& step) {
-  auto* widget = new QWidget;
-  auto* row = new QHBoxLayout(widget);
-  row->setContentsMargins(0, Theme::kGrid, 0, Theme::kGrid);
-  row->setSpacing(Theme::kGrid + Theme::kGrid / 2);
-  row->addWidget(new SymbolLabel(step.symbol, kSymbol));
-  auto* text = makeDetailLabel(step.text.toString());
-  text->setForegroundRole(QPalette::WindowText);
-  row->addWidget(text, 1);
-  return widget;
-}
-
-QWidget* makeSteps() {
-  auto* section = new SettingsSection;
-  for (const Step& step : kSteps) section->addWide(makeStep(step));
-  return section;
-}
 
 QLabel* makeSectionHeading(const QString& text) {
   QLabel* heading = makeHeading(text);
@@ -74,9 +46,10 @@ PromptifySettingsView::PromptifySettingsView(Services services, QWidget* parent)
       "few seconds per image."_s.arg(services_.system.thisComputer());
   for (QWidget* widget :
        std::initializer_list<QWidget*>{makeDetailLabel(note), makeSectionHeading(u"Image source"_s), makeSource(),
-                                       sourceNote_, makeSectionHeading(u"Prompt style"_s), makeStyle(), styleNote_,
-                                       makeSectionHeading(u"How it works"_s), makeSteps(), makeTest()})
+                                       sourceNote_, makeSectionHeading(u"Prompt style"_s), makeStyle(), styleNote_})
     column->addWidget(widget);
+  addHowItWorks(*column, kSteps);
+  column->addWidget(makeTest());
   column->addStretch(1);
   connect(&services_.settings, &StoreBase::changed, this, &PromptifySettingsView::follow);
   follow();
@@ -107,17 +80,10 @@ QWidget* PromptifySettingsView::makeStyle() {
 
 QWidget* PromptifySettingsView::makeTest() {
   const auto run = [this](const JobRef& job, const CheckControl::Done& done) {
-    services_.client.reverseEngineer(promptifyTestImage(), PromptMode::general, job, [done](const auto& prompt) {
-      if (prompt)
-        done(u"Connected"_s);
-      else
-        done(std::unexpected(visibleLine(prompt.error().description(), kShown)));
-    });
+    const auto connected = [](const QString&) { return u"Connected"_s; };
+    services_.client.reverseEngineer(promptifyTestImage(), PromptMode::general, job, tellingTest(done, connected));
   };
-  auto* button = new CheckControl(u"Image to Prompt"_s, run, u"Test Connection"_s);
-  auto* section = new SettingsSection;
-  button->setRemark(section->addRow(u"Connection"_s, u"Asks for the prompt of a picture of one pixel."_s, button));
-  return section;
+  return makeConnectionTest(u"Image to Prompt"_s, u"Asks for the prompt of a picture of one pixel."_s, run);
 }
 
 void PromptifySettingsView::follow() {

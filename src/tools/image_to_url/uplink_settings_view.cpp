@@ -3,17 +3,13 @@
 #include <QComboBox>
 #include <QVBoxLayout>
 
-#include "base/visible_text.h"
-#include "core/ui/check_control.h"
+#include "core/ui/connection_test.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Of what the service says.
-constexpr qsizetype kShown = 300;
 
 QStringList notes(const SystemInfo& system) {
   return {u"Images only leave %1 when you press the shortcut — never automatically."_s.arg(system.thisComputer()),
@@ -55,20 +51,11 @@ QWidget* UplinkSettingsView::makeSource() {
 }
 
 QWidget* UplinkSettingsView::makeTest() {
-  auto* button = new CheckControl(
-      u"Image to URL"_s, [this](const JobRef& job, const auto& done) { test(job, done); }, u"Test Connection"_s);
-  auto* section = new SettingsSection;
-  button->setRemark(section->addRow(u"Connection"_s, u"Uploads a picture of one pixel."_s, button));
-  return section;
-}
-
-void UplinkSettingsView::test(const JobRef& job, const std::function<void(std::expected<QString, QString>)>& done) {
-  services_.uploader.upload(uplinkTestImage(), job, [done](const auto& link) {
-    if (link)
-      done(link->toString(QUrl::FullyEncoded));
-    else
-      done(std::unexpected(visibleLine(link.error().description(), kShown)));
-  });
+  const auto run = [this](const JobRef& job, const CheckControl::Done& done) {
+    const auto address = [](const QUrl& link) { return link.toString(QUrl::FullyEncoded); };
+    services_.uploader.upload(uplinkTestImage(), job, tellingTest(done, address));
+  };
+  return makeConnectionTest(u"Image to URL"_s, u"Uploads a picture of one pixel."_s, run);
 }
 
 void UplinkSettingsView::follow() {

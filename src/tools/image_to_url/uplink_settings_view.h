@@ -29,7 +29,6 @@ class UplinkSettingsView final : public QWidget {
 
  private:
   void follow();
-  void test(const JobRef& job, const std::function<void(std::expected<QString, QString>)>& done);
   QString explanation() const;
   QWidget* makeSource();
   QWidget* makeTest();

@@ -2,14 +2,10 @@
 
 using namespace Qt::StringLiterals;
 
-QString AITextTransformError::description() const {
-  switch (reason) {
-    case Reason::badStatus:
-      return httpFailure(u"Transform failed"_s, {status, {}, body});
-    case Reason::noText:
-      return u"No text in response: "_s + beginning(body);
-    case Reason::other:
-      break;
-  }
-  return detail;
+AITextTransformError AITextTransformError::badStatus(int status, const QByteArray& body) {
+  return of(httpFailure(u"Transform failed"_s, {status, {}, body}));
+}
+
+AITextTransformError AITextTransformError::noText(const QByteArray& body) {
+  return of(u"No text in response: "_s + beginning(body));
 }

@@ -6,42 +6,22 @@
 #include <array>
 
 #include "base/visible_text.h"
-#include "core/ui/check_control.h"
+#include "core/ui/connection_test.h"
 #include "core/ui/settings_form.h"
-#include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kSymbol = 16;
 /// Of a result.
 constexpr qsizetype kShownResult = 80;
-/// Of what went wrong.
-constexpr qsizetype kShownError = 300;
-
-struct UsageStep {
-  const char16_t* symbol;
-  const char16_t* text;
-};
-
 constexpr std::array kSteps = {
-    UsageStep{u"text.cursor", u"Select text in any app, then press the shortcut."},
-    UsageStep{u"wand.and.stars", u"Pick a transformation — or Custom Prompt to write your own instruction."},
-    UsageStep{u"arrow.left.arrow.right",
-              u"The rewrite replaces your selection or lands on your clipboard, per the setting above."},
+    HowItWorksStep{u"text.cursor", u"Select text in any app, then press the shortcut."},
+    HowItWorksStep{u"wand.and.stars", u"Pick a transformation — or Custom Prompt to write your own instruction."},
+    HowItWorksStep{u"arrow.left.arrow.right",
+                   u"The rewrite replaces your selection or lands on your clipboard, per the setting above."},
 };
-
-QWidget* makeStep(const UsageStep& step) {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins({});
-  layout->setSpacing(Theme::kGrid);
-  layout->addWidget(new SymbolLabel(QString::fromUtf16(step.symbol), kSymbol), 0, Qt::AlignTop);
-  layout->addWidget(makeDetailLabel(QString::fromUtf16(step.text)), 1);
-  return row;
-}
 
 QLabel* makeLaterHeading(const QString& text) {
   QLabel* heading = makeHeading(text);
@@ -64,8 +44,7 @@ AITextTransformSettingsView::AITextTransformSettingsView(Services services, QWid
   column->addWidget(makeLaterHeading(u"Result"_s));
   column->addWidget(makeResult());
   column->addWidget(replaceNote_);
-  column->addWidget(makeLaterHeading(u"How it works"_s));
-  for (const UsageStep& step : kSteps) column->addWidget(makeStep(step));
+  addHowItWorks(*column, kSteps);
   column->addWidget(makeLaterHeading(u"Service"_s));
   column->addWidget(makeTest());
   column->addStretch(1);
@@ -91,21 +70,12 @@ QWidget* AITextTransformSettingsView::makeResult() {
 }
 
 QWidget* AITextTransformSettingsView::makeTest() {
-  auto* button = new CheckControl(
-      u"AI Text Transform"_s, [this](const JobRef& job, const auto& done) { runTest(job, done); },
-      u"Test Connection"_s);
-  auto* section = new SettingsSection;
-  button->setRemark(section->addRow(u"Connection"_s, u"Has a short sentence corrected."_s, button));
-  return section;
-}
-
-void AITextTransformSettingsView::runTest(const JobRef& job, const Done& done) {
-  services_.client.transform({u"i has three cat"_s, TextTransformMode::fixGrammar}, job, [done](const auto& result) {
-    if (result)
-      done(visibleLine(result->trimmed(), kShownResult));
-    else
-      done(std::unexpected(visibleLine(result.error().description().trimmed(), kShownError)));
-  });
+  const auto run = [this](const JobRef& job, const CheckControl::Done& done) {
+    const auto beginning = [](const QString& text) { return visibleLine(text.trimmed(), kShownResult); };
+    services_.client.transform({u"i has three cat"_s, TextTransformMode::fixGrammar}, job,
+                               tellingTest(done, beginning));
+  };
+  return makeConnectionTest(u"AI Text Transform"_s, u"Has a short sentence corrected."_s, run);
 }
 
 void AITextTransformSettingsView::follow() {

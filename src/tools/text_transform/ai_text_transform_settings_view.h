@@ -25,10 +25,7 @@ class AITextTransformSettingsView final : public QWidget {
   explicit AITextTransformSettingsView(Services services, QWidget* parent = nullptr);
 
  private:
-  using Done = std::function<void(std::expected<QString, QString>)>;
-
   void follow();
-  void runTest(const JobRef& job, const Done& done);
   QString privacyNote() const;
   QWidget* makeResult();
   QWidget* makeTest();
