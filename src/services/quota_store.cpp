@@ -1,22 +1,34 @@
 #include "services/quota_store.h"
 
+#include <cmath>
+#include <cstdlib>
+
 #include "base/json_reader.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<int> integer(const std::optional<QByteArray>& header) {
+/// The largest number that JSON holds to the unit; sums and differences of two of them never overflow.
+constexpr qint64 kLargest = (qint64{1} << 53) - 1;
+
+std::optional<qint64> integer(const std::optional<QByteArray>& header) {
   if (!header) return std::nullopt;
   bool isNumber = false;
-  const int number = header->toInt(&isNumber);
-  return isNumber ? std::optional(number) : std::nullopt;
+  const qint64 number = header->toLongLong(&isNumber);
+  return isNumber && std::abs(number) <= kLargest ? std::optional(number) : std::nullopt;
+}
+
+std::optional<qint64> integer(const QJsonValue& value) {
+  const double number = value.toDouble(std::nan(""));
+  if (!(std::abs(number) <= double(kLargest)) || number != std::trunc(number)) return std::nullopt;
+  return static_cast<qint64>(number);
 }
 
 std::optional<MetricUsage> usage(const QJsonObject& entry) {
-  MetricUsage usage;
-  const bool isWhole = decode(entry["used"_L1], usage.used) && decode(entry["limit"_L1], usage.limit);
-  return isWhole ? std::optional(usage) : std::nullopt;
+  const auto used = integer(entry["used"_L1]);
+  const auto limit = integer(entry["limit"_L1]);
+  return used && limit ? std::optional(MetricUsage{*used, *limit}) : std::nullopt;
 }
 
 }  // namespace

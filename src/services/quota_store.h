@@ -12,8 +12,8 @@
 
 /// One metered counter.
 struct MetricUsage {
-  int used = 0;
-  int limit = 0;
+  qint64 used = 0;
+  qint64 limit = 0;
 
   bool operator==(const MetricUsage&) const = default;
 };

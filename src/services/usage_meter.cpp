@@ -34,7 +34,7 @@ QString UsageMeter::counts() const {
 
 QString UsageMeter::remaining() const {
   if (isUsedUp()) return u"None left this month"_s;
-  return QLocale().toString(qint64{usage.limit} - usage.used) + u" left this month"_s;
+  return QLocale().toString(usage.limit - usage.used) + u" left this month"_s;
 }
 
 std::vector<UsageMeter> usageMeters(const std::map<QString, MetricUsage>& metrics) {

@@ -32,9 +32,9 @@ QSize MeterBar::sizeHint() const { return {20 * Theme::kGrid, kBarHeight}; }
 void MeterBar::setMeter(const UsageMeter& meter) {
   fraction_ = meter.fraction();
   isUsedUp_ = meter.isUsedUp();
-  const int limit = std::max(1, meter.usage.limit);
-  setRange(0, limit);
-  setValue(isUsedUp_ ? limit : std::clamp(meter.usage.used, 0, limit));
+  const auto limit = std::clamp<qint64>(meter.usage.limit, 1, std::numeric_limits<int>::max());
+  setRange(0, static_cast<int>(limit));
+  setValue(isUsedUp_ ? maximum() : qRound(fraction_ * maximum()));
   setAccessibleName(meter.label);
   setAccessibleDescription(meter.remaining());
   update();

@@ -43,6 +43,18 @@ class TestQuota : public QObject {
     QCOMPARE(changes.size(), 1);
   }
 
+  void largeNumbersAreNumbersAndHostileOnesNone() {
+    FakeClock clock;
+    QuotaStore store(clock);
+    store.record(answer({{"X-Quota-Limit", "5000000000"}, {"X-Quota-Remaining", "-1"}}), u"text"_s);
+    QCOMPARE(store.metrics().at(u"text"_s), (MetricUsage{5'000'000'001, 5'000'000'000}));
+    store.record(answer({{"X-Quota-Limit", "-9223372036854775807"}, {"X-Quota-Remaining", "9"}}), u"answers"_s);
+    store.record(answer({{"X-Quota-Limit", "9"}, {"X-Quota-Remaining", "99999999999999999999"}}), u"answers"_s);
+    store.apply(json(R"({"usage": {"answers": {"used": -1e300, "limit": 5}, "text": {"used": 1, "limit": 6000000000},
+                        "image_answers": {"used": 1.5, "limit": 5}}})"));
+    QCOMPARE(store.metrics(), (std::map<QString, MetricUsage>{{u"text"_s, {1, 6'000'000'000}}}));
+  }
+
   void unreadableHeadersChangeNothing() {
     FakeClock clock;
     QuotaStore store(clock);

@@ -47,23 +47,23 @@ class UsageWindowControllerTest : public QObject {
   }
 
   void whatIsLeft_data() {
-    QTest::addColumn<int>("used");
-    QTest::addColumn<int>("limit");
+    QTest::addColumn<qint64>("used");
+    QTest::addColumn<qint64>("limit");
     QTest::addColumn<double>("fraction");
     QTest::addColumn<QString>("remaining");
     const QString none = u"None left this month"_s;
-    QTest::newRow("some") << 3 << 100 << 0.03 << u"97 left this month"_s;
-    QTest::newRow("one") << 99 << 100 << 0.99 << u"1 left this month"_s;
-    QTest::newRow("none") << 100 << 100 << 1.0 << none;
-    QTest::newRow("more than allowed") << 130 << 100 << 1.0 << none;
-    QTest::newRow("nothing allowed") << 0 << 0 << 1.0 << none;
-    QTest::newRow("credited") << -5 << 100 << 0.0 << u"105 left this month"_s;
-    QTest::newRow("absurd") << std::numeric_limits<int>::min() << std::numeric_limits<int>::max() << 0.0
-                            << u"4294967295 left this month"_s;
+    QTest::newRow("some") << qint64{3} << qint64{100} << 0.03 << u"97 left this month"_s;
+    QTest::newRow("one") << qint64{99} << qint64{100} << 0.99 << u"1 left this month"_s;
+    QTest::newRow("none") << qint64{100} << qint64{100} << 1.0 << none;
+    QTest::newRow("more than allowed") << qint64{130} << qint64{100} << 1.0 << none;
+    QTest::newRow("nothing allowed") << qint64{0} << qint64{0} << 1.0 << none;
+    QTest::newRow("credited") << qint64{-5} << qint64{100} << 0.0 << u"105 left this month"_s;
+    QTest::newRow("absurd") << qint64{-4'000'000'000} << qint64{4'000'000'000} << 0.0
+                            << u"8000000000 left this month"_s;
   }
   void whatIsLeft() {
-    QFETCH(const int, used);
-    QFETCH(const int, limit);
+    QFETCH(const qint64, used);
+    QFETCH(const qint64, limit);
     const UsageMeter meter{u"text"_s, u"Text"_s, {used, limit}};
     QTEST(meter.fraction(), "fraction");
     QTEST(meter.remaining(), "remaining");
