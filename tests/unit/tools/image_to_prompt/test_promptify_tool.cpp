@@ -1,5 +1,7 @@
+#include <QElapsedTimer>
 #include <QImage>
 #include <QTest>
+#include <QThreadPool>
 
 #include "support/files.h"
 #include "support/prompt_world.h"
@@ -97,6 +99,8 @@ class TestPromptifyTool : public QObject {
              Body{"{'prompt': '', 'data': {'prompt': 'inner', 'text': 'other'}}", u"inner"_s},
              Body{"{'data': {'text': 'other'}}", {}},
              Body{"  a plain text\n", u"a plain text"_s},
+             Body{"[{'prompt': 'p'}]", {}},
+             Body{"{'prompt': 'cut off", u"{\"prompt\": \"cut off"_s},
              Body{" \n", {}},
          })
       QCOMPARE(PromptifyClient::extractPrompt(json(body)).value_or(QString()), prompt);
@@ -164,6 +168,48 @@ class TestPromptifyTool : public QObject {
     QCOMPARE(at_->pasteboard.texts.size(), 1);
   }
 
+  void onlyTheLastOfTwoStartsArrivesAtEveryStage_data() {
+    QTest::addColumn<int>("reached");
+    for (const int reached : {0, 1, 2, 3}) QTest::addRow("stage %d", reached) << reached;
+  }
+  /// Started anew while the image is read, before it is sent, before it is answered, and while the card is made.
+  void onlyTheLastOfTwoStartsArrivesAtEveryStage() {
+    QFETCH(const int, reached);
+    at_->copyImage(kPNG);
+    tool_->activate();
+    if (reached == 1) QTRY_VERIFY(!at_->toast().isEmpty());
+    if (reached >= 2) QTRY_COMPARE(at_->http.sent.size(), 1U);
+    if (reached == 3) QVERIFY(at_->http.answer(200, "old"));
+    at_->copyImage(kPNG + "2");
+    QElapsedTimer timer;
+    timer.start();
+    tool_->activate();
+    QVERIFY(timer.elapsed() < 100);
+    const auto isLast = [this] { return !at_->http.waiting.empty() && at_->http.sent.back().body.contains("2\r\n"); };
+    QTRY_VERIFY(isLast());
+    while (at_->http.waiting.size() > 1) at_->http.answer(200, "old");
+    settle();
+    QVERIFY(!at_->result.isShown() && at_->pasteboard.texts.isEmpty());
+    QVERIFY(at_->http.answer(200, "new") && at_->http.waiting.empty());
+    QTRY_VERIFY(at_->result.isShown());
+    settle();
+    QCOMPARE(at_->pasteboard.texts, QStringList(u"new"_s));
+    QCOMPARE(at_->sounds.completions, 1);
+  }
+
+  /// The user sees no more of it, whatever the next start comes to.
+  void aStartThatFindsNothingEndsTheOneBeforeToo() {
+    at_->copyImage(kPNG);
+    tool_->activate();
+    QTRY_COMPARE(at_->http.sent.size(), 1U);
+    at_->pasteboard.data.clear();
+    tool_->activate();
+    QTRY_VERIFY(at_->toast().startsWith(u"No image on the clipboard"_s));
+    QVERIFY(at_->http.answer(200, "old"));
+    settle();
+    QVERIFY(!at_->result.isShown() && at_->pasteboard.texts.isEmpty());
+  }
+
   void aNewImageIsAskedForAnew() {
     at_->set(PromptStyleSetting::ask);
     at_->copyImage(kPNG);
@@ -199,6 +245,13 @@ class TestPromptifyTool : public QObject {
   }
 
  private:
+  /// What is under way in the background comes to its end.
+  static void settle() {
+    for (int turn = 0; turn < 10; ++turn) {
+      QThreadPool::globalInstance()->waitForDone();
+      QCoreApplication::processEvents();
+    }
+  }
   static QByteArray headerOf(const HttpRequest& request, const QByteArray& name) {
     for (const auto& [key, value] : request.headers)
       if (key == name) return value;
