@@ -26,10 +26,12 @@ constexpr std::array kCommands = {
     Command{"upload"_L1, "<path>... [--json]"_L1, "upload files and folders and print the one link"_L1, runUpload},
     Command{"transform"_L1, "--mode improve|enhance-prompt|shorten|fix-grammar | --instruction TEXT"_L1,
             "rewrite the text on standard input"_L1, runTransform},
-    Command{"generate"_L1,
-            "<prompt>|- -o FILE [--image FILE]... [--edit] [--size auto|1024x1024|1536x1024|1024x1536] "
-            "[--quality auto|low|medium|high]"_L1,
-            "generate an image, or with --edit change the first one given, and write it as PNG"_L1, runGenerate},
+    Command{
+        "generate"_L1,
+        "<prompt>|- -o FILE [--image FILE]... [--edit] [--size auto|1024x1024|1536x1024|1024x1536] "
+        "[--quality auto|low|medium|high] [--no-history]"_L1,
+        "generate an image, or with --edit change the first one given, write it as PNG, and keep it in the history"_L1,
+        runGenerate},
     Command{"prompt"_L1, "<image>|- [--mode ui|general|image]"_L1, "print the prompt that would recreate an image"_L1,
             runPrompt},
     Command{"feedback"_L1, "--category bug|feedback|question <text>|- [--image FILE]..."_L1,

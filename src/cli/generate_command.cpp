@@ -5,6 +5,8 @@
 #include "cli/command_services.h"
 #include "cli/options.h"
 #include "tools/generate_image/generate_image_client.h"
+#include "tools/generate_image/generate_image_settings.h"
+#include "tools/generate_image/history_folder.h"
 #include "tools/generate_image/image_reference_reader.h"
 
 using namespace Qt::StringLiterals;
@@ -57,6 +59,27 @@ int fail(const QString& text, CommandContext& context) {
   return exit_code::kFailure;
 }
 
+/// Where the application keeps its images too. The user has the image all the same when that fails.
+bool keep(const ImageRequest& request, const GeneratedImage& image, const CommandContext& context) {
+  const HistoryFolder history(context.folders.file(u"GenerateImage/History"_s));
+  const GenerateImageStore settings(context.folders.file(u"GenerateImage/settings.json"_s));
+  const HistoryEntry entry = entryOf(request, QDateTime::currentDateTimeUtc());
+  const auto written = history.write(entry, image.png, request.references);
+  if (written)
+    history.trim(settings.value().historyLimit());
+  else
+    context.err << "vantle: not kept in the history: " << written.error().description() << '\n';
+  return written.has_value();
+}
+
+/// What is read and asked for is known to be good; error: why there is no image.
+std::expected<GeneratedImage, GenerateImageError> generated(const ImageRequest& request, CommandContext& context) {
+  CommandServices with(context, CommandLineService::Purpose::answer);
+  GenerateImageClient client(with.services);
+  return awaited<GenerateImageClient::Outcome>(
+      [&](const JobRef& job, auto done) { client.generate(request, job, done); });
+}
+
 }  // namespace
 
 int runGenerate(const QStringList& arguments, CommandContext& context) {
@@ -65,22 +88,22 @@ int runGenerate(const QStringList& arguments, CommandContext& context) {
                                                   {"image"_L1, "file"_L1},
                                                   {"edit"_L1, {}},
                                                   {"size"_L1, "size"_L1},
-                                                  {"quality"_L1, "quality"_L1}});
+                                                  {"quality"_L1, "quality"_L1},
+                                                  {"no-history"_L1, {}}});
   if (!options) return usageError(command, options.error(), context);
   auto request = requestOf(*options, context);
   if (!request) return usageError(command, request.error(), context);
   if (const auto read = readReferences(options->values("image"_L1), *request); !read)
-    return fail(read.error() + u": this is not an image that can be read"_s, context);
+    return fail(read.error() + u": this is not an image that can be read, or it is too large"_s, context);
   // Known before an image is paid for.
   const QFileInfo file(options->value("o"_L1));
   if (file.isDir() || !QFileInfo(file.absolutePath()).isWritable())
     return fail(file.filePath() + u": nothing can be written there"_s, context);
-  CommandServices with(context, CommandLineService::Purpose::answer);
-  GenerateImageClient client(with.services);
-  const auto outcome = awaited<GenerateImageClient::Outcome>(
-      [&](const JobRef& job, auto done) { client.generate(*request, job, done); });
+  const auto outcome = generated(*request, context);
   if (!outcome) return fail(outcome.error().description(), context);
+  const bool isKept = !options->has("no-history"_L1) && keep(*request, *outcome, context);
   if (const auto written = replaceFileAtomically(file.absoluteFilePath(), outcome->png); !written)
-    return fail(written.error().description(), context);
+    return fail(written.error().description() + (isKept ? u"; the image is in Generate Image's history"_s : QString()),
+                context);
   return exit_code::kSuccess;
 }

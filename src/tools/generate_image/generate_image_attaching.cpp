@@ -3,6 +3,7 @@
 #include "base/atomic_file.h"
 #include "base/background.h"
 #include "base/visible_text.h"
+#include "capture/png_encoding.h"
 #include "core/presenters/toast_presenter.h"
 #include "tools/generate_image/generate_image_panel_controller.h"
 #include "tools/generate_image/image_reference_reader.h"
@@ -75,6 +76,10 @@ void GenerateImagePanelController::attachImage(const QByteArray& bytes) {
   prepareReference([bytes] { return bytes; }, Use::reference);
 }
 
+void GenerateImagePanelController::attachPicture(const QImage& picture) {
+  prepareReference([picture] { return pngWithTransparency(picture); }, Use::reference);
+}
+
 void GenerateImagePanelController::paste() {
   pasting_ = Job::start();
   images_.read(pasting_, [this](const std::optional<ClipboardImage>& image) {
@@ -97,17 +102,17 @@ void GenerateImagePanelController::prepareReference(std::function<QByteArray()> 
   const bool isFull = model_.references().size() + static_cast<std::size_t>(reading_) >= ImageRequest::kMostReferences;
   if (use == Use::reference && isFull) return model_.setNotice(tooMany());
   ++reading_;
-  const auto work = [bytes = std::move(bytes)](const std::stop_token&) {
-    return preparedReference(bytes(), GenerateImageModel::kThumbnailEdge);
+  const auto work = [bytes = std::move(bytes)](const std::stop_token& stop) {
+    return stop.stop_requested() ? std::nullopt : preparedReference(bytes(), GenerateImageModel::kThumbnailEdge);
   };
-  runInBackground(attaching_, work, [this, use](const auto& reference) { takeReference(reference, use); });
+  runInBackground(attaching_, work, [this, use](const auto& reference) { takeReference(reference, use); }, readers_);
 }
 
 void GenerateImagePanelController::takeReference(const std::optional<PreparedReference>& reference, Use use) {
   --reading_;
   if (!reference) {
     startsWhenRead_ = false;
-    return model_.setNotice(u"That is not an image that can be read."_s);
+    return model_.setNotice(u"That is not an image that can be read, or it is too large."_s);
   }
   if (use == Use::edit)
     model_.edit(reference->png, reference->thumbnail);
@@ -116,10 +121,23 @@ void GenerateImagePanelController::takeReference(const std::optional<PreparedRef
   if (reading_ == 0 && std::exchange(startsWhenRead_, false)) generate();
 }
 
-void GenerateImagePanelController::save(const QString& path) {
-  const auto work = [path, png = model_.shown()->image.png](const std::stop_token&) {
-    return replaceFileAtomically(path, png);
-  };
+void GenerateImagePanelController::stopReading() {
+  startsWhenRead_ = false;
+  attaching_ = Job::start();
+  reading_ = 0;
+}
+
+void GenerateImagePanelController::restoreReferences(const ImageRequest& request) {
+  if (request.references.empty()) return;
+  stopReading();
+  model_.removeReferences();
+  Use use = request.isEdit ? Use::edit : Use::reference;
+  for (const QByteArray& png : request.references)
+    prepareReference([png] { return png; }, std::exchange(use, Use::reference));
+}
+
+void GenerateImagePanelController::save(const QString& path, const QByteArray& png) {
+  const auto work = [path, png](const std::stop_token&) { return replaceFileAtomically(path, png); };
   runInBackground(saving_, work, [this, path](const std::expected<void, FileError>& saved) {
     if (!saved) return model_.setError(u"Not saved: %1"_s.arg(saved.error().reason));
     model_.setNotice(u"Saved as %1"_s.arg(visibleLine(QFileInfo(path).fileName(), kShownPath)));

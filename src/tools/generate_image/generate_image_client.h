@@ -3,21 +3,9 @@
 #include "services/environments.h"
 #include "services/quota_store.h"
 #include "tools/generate_image/generated_image.h"
-#include "tools/generate_image/image_options.h"
+#include "tools/generate_image/image_request.h"
 
 struct Services;
-
-/// One picture to be made.
-struct ImageRequest {
-  QString prompt;
-  ImageOptions options;
-  /// Whether the first of `references` is to be changed, instead of a new picture being made.
-  bool isEdit = false;
-  /// As PNG, at most `kMostReferences`.
-  std::vector<QByteArray> references;
-
-  static constexpr std::size_t kMostReferences = 4;
-};
 
 /// Has pictures made by the API service. Main thread only.
 class GenerateImageClient {

@@ -44,13 +44,21 @@ bool GenerateImagePanelController::handleKey(const KeyPress& key, bool hasSelect
   }
   if (key.command) return handleCommand(key, hasSelection);
   if (key.keyCode == keycode::kTab) {
-    if (model_.area() == Area::history)
-      model_.setArea(Area::prompt);
-    else if (historyList_.rowCount() > 0)
-      moveInHistory(0);
+    nextArea();
     return true;
   }
-  return model_.area() == Area::history && handleHistoryKey(key);
+  if (model_.area() == Area::history) return handleHistoryKey(key);
+  return model_.area() == Area::references && handleReferenceKey(key);
+}
+
+/// The prompt, the images that go with it and the history, round and round; what is empty is passed over.
+void GenerateImagePanelController::nextArea() {
+  if (model_.area() == Area::prompt && !model_.references().empty())
+    model_.moveInReferences(0);
+  else if (model_.area() != Area::history && historyList_.rowCount() > 0)
+    moveInHistory(0);
+  else
+    model_.setArea(Area::prompt);
 }
 
 bool GenerateImagePanelController::handleCommand(const KeyPress& key, bool hasSelection) {
@@ -93,6 +101,30 @@ bool GenerateImagePanelController::handleHistoryKey(const KeyPress& key) {
     case keycode::kReturn:
     case keycode::kKeypadEnter:
       reusePrompt();
+      return true;
+    default:
+      if (key.isText()) model_.setArea(Area::prompt);
+      return false;
+  }
+}
+
+bool GenerateImagePanelController::handleReferenceKey(const KeyPress& key) {
+  switch (key.keyCode) {
+    case keycode::kLeft:
+    case keycode::kUp:
+      model_.moveInReferences(-1);
+      return true;
+    case keycode::kRight:
+    case keycode::kDown:
+      model_.moveInReferences(+1);
+      return true;
+    case keycode::kDelete:
+    case keycode::kForwardDelete:
+      model_.removeReference(model_.selectedReference());
+      return true;
+    case keycode::kReturn:
+    case keycode::kKeypadEnter:
+      model_.setArea(Area::prompt);
       return true;
     default:
       if (key.isText()) model_.setArea(Area::prompt);

@@ -34,9 +34,33 @@ bool GenerateImageModel::attach(const QByteArray& png, const QImage& thumbnail) 
 
 /// Without the image that was to be changed, the others are references again.
 void GenerateImageModel::removeReference(int id) {
+  const auto one = std::ranges::find(references_, id, &ImageReference::id);
+  if (one == references_.end()) return;
   change([&] {
-    if (!references_.empty() && references_.front().id == id) isEdit_ = false;
-    std::erase_if(references_, [id](const ImageReference& one) { return one.id == id; });
+    if (one == references_.begin()) isEdit_ = false;
+    const auto next = references_.erase(one);
+    if (references_.empty() && area_ == Area::references) area_ = Area::prompt;
+    if (selectedReference_ == id && !references_.empty())
+      selectedReference_ = next == references_.end() ? references_.back().id : next->id;
+  });
+}
+
+void GenerateImageModel::moveInReferences(int delta) {
+  if (references_.empty()) return;
+  change([&] {
+    const auto selected = std::ranges::find(references_, selectedReference(), &ImageReference::id);
+    const auto row = selected == references_.end() ? 0 : selected - references_.begin() + delta;
+    const auto last = std::ssize(references_) - 1;
+    selectedReference_ = references_[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(row, 0, last))].id;
+    area_ = Area::references;
+  });
+}
+
+void GenerateImageModel::removeReferences() {
+  change([&] {
+    references_.clear();
+    isEdit_ = false;
+    if (area_ == Area::references) area_ = Area::prompt;
   });
 }
 
@@ -109,6 +133,13 @@ void GenerateImageModel::hideShown() {
   change([&] {
     shown_.reset();
     selectedID_.clear();
+  });
+}
+
+void GenerateImageModel::miss(const QString& reason) {
+  change([&] {
+    shown_.reset();
+    error_ = reason;
   });
 }
 

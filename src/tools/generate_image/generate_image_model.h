@@ -18,8 +18,9 @@ struct ImageReference {
 /// The picture in the middle of the panel.
 struct ShownImage {
   GeneratedImage image;
-  /// What it was made from. Of an image of earlier days the references are not kept.
+  /// What it was made from.
   ImageRequest request;
+  /// Not all of the images that went with it are there any more; then `request` has none.
   bool lacksReferences = false;
   /// Its place in the history.
   QString historyID;
@@ -32,7 +33,7 @@ class GenerateImageModel final : public QObject {
  public:
   using Time = std::chrono::steady_clock::time_point;
   /// What the arrows and Delete are about.
-  enum class Area { prompt, history };
+  enum class Area { prompt, references, history };
 
   static constexpr int kThumbnailEdge = 96;
 
@@ -46,7 +47,13 @@ class GenerateImageModel final : public QObject {
   bool canAttach() const { return references_.size() < ImageRequest::kMostReferences; }
   /// False when there are as many as may be.
   bool attach(const QByteArray& png, const QImage& thumbnail);
+  /// Its neighbour is selected in its place.
   void removeReference(int id);
+  void removeReferences();
+  /// The id of the one that Delete would take away, while that is what the keys are about; else 0.
+  int selectedReference() const { return area_ == Area::references ? selectedReference_ : 0; }
+  /// The keys are about the references then. Nothing without one; `delta` rows from the one that is selected, if any.
+  void moveInReferences(int delta);
   /// Whether the first reference is to be changed.
   bool isEdit() const { return isEdit_ && !references_.empty(); }
   /// This image, and no other reference, is to be changed.
@@ -72,8 +79,10 @@ class GenerateImageModel final : public QObject {
   /// Of the history.
   void show(ShownImage image);
   void hideShown();
+  /// The selected image of the history cannot be shown: no other stands in its place.
+  void miss(const QString& reason);
   /// Whether the making stands in the place of the picture: not while the user looks through the history.
-  bool showsProgress() const { return isGenerating() && area_ == Area::prompt; }
+  bool showsProgress() const { return isGenerating() && area_ != Area::history; }
   const QString& error() const { return error_; }
   void setError(const QString& reason);
   /// A word about what has just been done; the next change takes it away.
@@ -106,6 +115,7 @@ class GenerateImageModel final : public QObject {
   ImageOptions options_;
   std::vector<ImageReference> references_;
   int lastReference_ = 0;
+  int selectedReference_ = 0;
   bool isEdit_ = false;
   std::optional<Time> startedAt_;
   std::optional<ShownImage> shown_;

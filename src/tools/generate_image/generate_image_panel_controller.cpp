@@ -28,16 +28,6 @@ QDateTime timeOf(const Clock& clock) {
 /// Many services end what they say with a line break.
 QString shownText(const GenerateImageError& error) { return visibleLine(error.description().trimmed(), kShown); }
 
-HistoryEntry entryOf(const ImageRequest& request, const QDateTime& time) {
-  return {.id = makeHistoryID(time),
-          .prompt = request.prompt,
-          .options = request.options,
-          .isEdit = request.isEdit,
-          .references = static_cast<int>(request.references.size()),
-          .date = time,
-          .bytes = 0};
-}
-
 /// The choice after `value`, after the last the first.
 template <class Value>
 Value following(std::span<const ImageChoice<Value>> choices, Value value) {
@@ -53,6 +43,7 @@ GenerateImagePanelController::GenerateImagePanelController(Services services, Pa
       historyList_(services_.history),
       images_(services_.pasteboard),
       attaching_(Job::start()) {
+  readers_.setMaxThreadCount(1);
   const auto follow = [this] {
     model_.setOptions(services_.settings.value().options);
     services_.history.setLimit(services_.settings.value().historyLimit());
@@ -135,7 +126,9 @@ void GenerateImagePanelController::finish(const ImageRequest& request, const Gen
 
 void GenerateImagePanelController::keep(const ImageRequest& request, const GeneratedImage& image) {
   const HistoryEntry entry = entryOf(request, timeOf(services_.clock));
-  services_.history.add(entry, image);
+  services_.history.add(entry, image, request.references);
+  // What was about to be shown of the history is not what is selected now.
+  opening_.cancel();
   model_.finish({image, request, false, entry.id});
 }
 
@@ -171,7 +164,6 @@ void GenerateImagePanelController::regenerate() {
   if (!shown) return generate();
   if (!shown->lacksReferences) return start(shown->request);
   reusePrompt();
-  model_.setNotice(u"Its reference images were not kept: attach them anew."_s);
 }
 
 void GenerateImagePanelController::editShown() {
@@ -182,11 +174,10 @@ void GenerateImagePanelController::editShown() {
 }
 
 void GenerateImagePanelController::startNew() {
-  startsWhenRead_ = false;
   generation_.cancel();
   opening_.cancel();
-  attaching_ = Job::start();
-  reading_ = 0;
+  pasting_.cancel();
+  stopReading();
   model_.clear();
 }
 
@@ -219,9 +210,10 @@ void GenerateImagePanelController::saveShown() {
   // It would stand above the dialog, and have the keys.
   hide();
   saving_ = Job::start();
-  const auto chosen = [this](const QString& path) {
+  // Another picture may be shown, or none, by the time that a place is chosen.
+  const auto chosen = [this, png = model_.shown()->image.png](const QString& path) {
     reshow();
-    if (!path.isEmpty()) save(path);
+    if (!path.isEmpty()) save(path, png);
   };
   services_.dialogs.chooseDestination(suggestedFileName(model_.shown()->request.prompt), saving_.bind(chosen));
 }
@@ -234,13 +226,11 @@ void GenerateImagePanelController::openHistory(int row) {
   model_.select(id);
   opening_ = Job::start();
   if (model_.shown() && model_.shown()->historyID == id) return;
-  const ImageRequest request{entry->prompt, entry->options, entry->isEdit, {}};
-  const bool lacksReferences = entry->references > 0;
-  services_.history.open(id, opening_, [=, this](const std::optional<GeneratedImage>& image) {
-    if (image)
-      model_.show({*image, request, lacksReferences, id});
+  services_.history.open(*entry, opening_, [id, this](const std::optional<KeptImage>& kept) {
+    if (kept)
+      model_.show({kept->image, kept->request, kept->lacksReferences, id});
     else
-      model_.setError(u"This image cannot be read any more."_s);
+      model_.miss(u"This image cannot be read any more."_s);
   });
 }
 
@@ -252,10 +242,12 @@ void GenerateImagePanelController::moveInHistory(int delta) {
 
 void GenerateImagePanelController::reusePrompt() {
   if (!model_.shown()) return;
-  const ImageRequest request = model_.shown()->request;
-  setOptions(request.options);
-  model_.setPrompt(request.prompt);
+  const ShownImage shown = *model_.shown();
+  setOptions(shown.request.options);
+  model_.setPrompt(shown.request.prompt);
   model_.setArea(Area::prompt);
+  restoreReferences(shown.request);
+  if (shown.lacksReferences) model_.setNotice(u"Its reference images are not there any more: attach them anew."_s);
 }
 
 void GenerateImagePanelController::removeSelected() {
@@ -273,7 +265,7 @@ void GenerateImagePanelController::removeSelected() {
 
 void GenerateImagePanelController::escape() {
   if (model_.isDeletionAsked()) return model_.setDeletionAsked(false);
-  if (model_.area() == Area::history) return model_.setArea(Area::prompt);
+  if (model_.area() != Area::prompt) return model_.setArea(Area::prompt);
   if (model_.isGenerating() || startsWhenRead_) return cancel();
   hide();
   if (returnsToLauncher_) services_.launcher.showLauncher(kGenerateImageID);

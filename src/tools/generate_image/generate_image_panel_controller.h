@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QThreadPool>
 #include <QUrl>
 
 #include <memory>
@@ -83,6 +84,8 @@ class GenerateImagePanelController final : public QObject {
   void attachFiles();
   void attach(const QList<QUrl>& urls);
   void attachImage(const QByteArray& bytes);
+  /// Encodes it in the background.
+  void attachPicture(const QImage& picture);
   /// The image on the clipboard as a reference, else its text into the prompt.
   void paste();
   void pasteText();
@@ -91,7 +94,7 @@ class GenerateImagePanelController final : public QObject {
   void saveShown();
   /// Shows an image of the history.
   void openHistory(int row);
-  /// Takes its prompt and its options over.
+  /// Takes its prompt, its options and the images that went with it over.
   void reusePrompt();
   /// Deletes the selected one, when asked twice.
   void removeSelected();
@@ -114,11 +117,16 @@ class GenerateImagePanelController final : public QObject {
   /// Reads and attaches in the background, one after the other.
   void prepareReference(std::function<QByteArray()> bytes, Use use);
   void takeReference(const std::optional<PreparedReference>& reference, Use use);
-  void save(const QString& path);
+  void stopReading();
+  /// Unless a picture had none: then those of the user stay.
+  void restoreReferences(const ImageRequest& request);
+  void save(const QString& path, const QByteArray& png);
   void moveInHistory(int delta);
   void escape();
   bool handleCommand(const KeyPress& key, bool hasSelection);
   bool handleHistoryKey(const KeyPress& key);
+  bool handleReferenceKey(const KeyPress& key);
+  void nextArea();
 
   Services services_;
   PanelFactory makePanel_;
@@ -131,6 +139,8 @@ class GenerateImagePanelController final : public QObject {
   int reading_ = 0;
   bool startsWhenRead_ = false;
   ClipboardImages images_;
+  /// One thread: images are attached in the order in which they come.
+  QThreadPool readers_;
   Job generation_;
   Job pasting_;
   Job attaching_;

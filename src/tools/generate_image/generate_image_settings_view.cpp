@@ -6,8 +6,7 @@
 #include <array>
 
 #include "base/byte_count.h"
-#include "base/visible_text.h"
-#include "core/ui/check_control.h"
+#include "core/ui/connection_test.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "platform/system_info.h"
@@ -18,8 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Of what the service says.
-constexpr qsizetype kShown = 300;
 /// In megabytes.
 constexpr std::array kRooms = {100, 500, 2'000, 10'000};
 
@@ -46,10 +43,7 @@ GenerateImageSettingsView::GenerateImageSettingsView(Services services, QWidget*
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
   column->setSpacing(Theme::kGrid);
-  column->addWidget(makeHeading(u"How it works"_s));
-  auto* section = new SettingsSection;
-  for (const QString& note : notes(services_.system)) section->addWide(makeDetailLabel(note));
-  column->addWidget(section);
+  addHowItWorks(*column, notes(services_.system));
   column->addWidget(spaced(makeHeading(u"History"_s)));
   column->addWidget(makeHistory(removal));
   column->addWidget(spaced(makeHeading(u"Service"_s)));
@@ -70,30 +64,24 @@ QWidget* GenerateImageSettingsView::makeHistory(QWidget* removal) {
   });
   auto* section = new SettingsSection;
   section->addRow(u"Room on the disk"_s, u"When it is used up, the oldest images are deleted for good."_s, room_);
-  used_ = section->addRow(u"Kept images"_s,
-                          u"Every image and its prompt stay on %1."_s.arg(services_.system.thisComputer()), removal);
+  used_ = section->addRow(
+      u"Kept images"_s,
+      u"Every image, its prompt and the images that went with it stay on %1."_s.arg(services_.system.thisComputer()),
+      removal);
   return section;
 }
 
 QWidget* GenerateImageSettingsView::makeConnection() {
-  auto* button = new CheckControl(
-      u"Generate Image"_s, [this](const JobRef& job, const auto& done) { test(job, done); }, u"Test Connection"_s);
-  auto* section = new SettingsSection;
-  button->setRemark(section->addRow(
-      u"Connection"_s,
-      u"Generates one square image at low quality, which costs what such an image costs. It is not kept."_s, button));
-  return section;
-}
-
-void GenerateImageSettingsView::test(const JobRef& job,
-                                     const std::function<void(std::expected<QString, QString>)>& done) {
-  const ImageRequest request{u"A plain blue circle on white"_s, {ImageSize::square, ImageQuality::low}, false, {}};
-  services_.client.generate(request, job, [done](const GenerateImageClient::Outcome& outcome) {
-    if (outcome)
-      done(u"An image of %1 × %2 pixels"_s.arg(outcome->size.width()).arg(outcome->size.height()));
-    else
-      done(std::unexpected(visibleLine(outcome.error().description().trimmed(), kShown)));
-  });
+  const auto run = [this](const JobRef& job, const CheckControl::Done& done) {
+    const auto measures = [](const GeneratedImage& image) {
+      return u"An image of %1 × %2 pixels"_s.arg(image.size.width()).arg(image.size.height());
+    };
+    services_.client.generate({u"A plain blue circle on white"_s, {ImageSize::square, ImageQuality::low}, false, {}},
+                              job, tellingTest(done, measures));
+  };
+  return makeConnectionTest(
+      u"Generate Image"_s,
+      u"Generates one square image at low quality, which costs what such an image costs. It is not kept."_s, run);
 }
 
 void GenerateImageSettingsView::follow() {

@@ -2,9 +2,6 @@
 
 #include <QWidget>
 
-#include <expected>
-
-#include "base/job.h"
 #include "tools/generate_image/generate_image_settings.h"
 
 class GenerateImageClient;
@@ -31,7 +28,6 @@ class GenerateImageSettingsView final : public QWidget {
  private:
   QWidget* makeConnection();
   QWidget* makeHistory(QWidget* removal);
-  void test(const JobRef& job, const std::function<void(std::expected<QString, QString>)>& done);
   void follow();
 
   Services services_;

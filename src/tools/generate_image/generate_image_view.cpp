@@ -10,7 +10,6 @@
 
 #include <algorithm>
 
-#include "capture/png_encoding.h"
 #include "core/ui/footer_hints.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
@@ -36,6 +35,8 @@ std::vector<KeyHint> hints(const GenerateImageModel& model, bool hasHistory) {
             {{u"⌫"_s}, u"delete"_s},
             {{u"⌘"_s, u"C"_s}, u"copy"_s},
             {{u"esc"_s}, u"back"_s}};
+  if (model.area() == Area::references)
+    return {{{u"←"_s, u"→"_s}, u"choose"_s}, {{u"⌫"_s}, u"take it away"_s}, {{u"esc"_s}, u"back"_s}};
   if (model.isGenerating()) return {{{u"esc"_s}, u"cancel"_s}, {{u"⌘"_s, u"N"_s}, u"new"_s}};
   std::vector<KeyHint> hints{{{u"⌘"_s, u"↩"_s}, u"generate"_s}, {{u"⌘"_s, u"S"_s}, u"add snip"_s}};
   if (model.shown()) {
@@ -46,7 +47,10 @@ std::vector<KeyHint> hints(const GenerateImageModel& model, bool hasHistory) {
     hints.push_back({{u"⇧"_s, u"⌘"_s, u"E"_s}, u"edit a snip"_s});
     hints.push_back({{u"⌘"_s, u"V"_s}, u"paste image"_s});
   }
-  if (hasHistory) hints.push_back({{u"⇥"_s}, u"history"_s});
+  if (!model.references().empty())
+    hints.push_back({{u"⇥"_s}, u"images"_s});
+  else if (hasHistory)
+    hints.push_back({{u"⇥"_s}, u"history"_s});
   hints.push_back({{u"esc"_s}, u"close"_s});
   return hints;
 }
@@ -139,7 +143,7 @@ void GenerateImageView::dropEvent(QDropEvent* event) {
   event->accept();
   const QMimeData& held = *event->mimeData();
   if (held.hasImage())
-    controller_.attachImage(pngWithTransparency(qvariant_cast<QImage>(held.imageData())));
+    controller_.attachPicture(qvariant_cast<QImage>(held.imageData()));
   else
     controller_.attach(held.urls());
   Q_EMIT dropped();

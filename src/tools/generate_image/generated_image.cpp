@@ -49,7 +49,8 @@ QByteArray imageInObject(const QJsonObject& object) {
 }
 
 QByteArray encodedImageIn(const HttpResponse& response) {
-  if (response.header("Content-Type").value_or(QByteArray()).toLower().startsWith("image/")) return response.body;
+  // What the service calls it may be wrong.
+  if (!pixelFormat(response.body).isEmpty()) return response.body;
   return imageInObject(QJsonDocument::fromJson(response.body).object());
 }
 

@@ -5,18 +5,17 @@
 #include <QString>
 
 #include <optional>
-#include <vector>
 
-#include "tools/generate_image/image_options.h"
+#include "tools/generate_image/image_request.h"
 
-/// What is kept about one generated image, beside the image itself.
+/// What is kept about one generated image, beside the images themselves.
 struct HistoryEntry {
-  /// The name of its two files, without their suffixes. By name they are in the order of their making.
+  /// What the names of its files begin with. By name they are in the order of their making.
   QString id;
   QString prompt;
   ImageOptions options;
   bool isEdit = false;
-  /// How many images went with the prompt; they are not kept.
+  /// How many images went with the prompt.
   int references = 0;
   QDateTime date;
   /// What its files take on the disk.
@@ -25,15 +24,16 @@ struct HistoryEntry {
   bool operator==(const HistoryEntry&) const = default;
 };
 
+/// An entry of a new id for an image that was made at `time`; its bytes are not known yet.
+HistoryEntry entryOf(const ImageRequest& request, const QDateTime& time);
+
 /// An id for an image made at `time`, unlike any other.
 QString makeHistoryID(const QDateTime& time);
-/// When an image of that id was made; none for the name of any other file.
+/// When an image of that id was made; none for any other text.
 std::optional<QDateTime> timeOfHistoryID(const QString& id);
+/// The id that the name of a file begins with; empty for the name of a file that is none of the history's.
+QString historyIDOf(const QString& fileName);
 
 QJsonObject encode(const HistoryEntry& entry);
 /// None for anything that `encode` has not made.
 std::optional<HistoryEntry> decodeHistoryEntry(const QString& id, const QJsonObject& object);
-
-/// The images in a folder, the newest first: for each "<id>.png", a regular file that begins as a PNG, and a readable
-/// "<id>.json". Everything else is passed over. Takes its time; any thread.
-std::vector<HistoryEntry> readHistory(const QString& folder);

@@ -8,14 +8,11 @@
 #include <map>
 #include <set>
 
-#include "base/file_error.h"
 #include "base/job.h"
-#include "tools/generate_image/generated_image.h"
-#include "tools/generate_image/history_entry.h"
+#include "tools/generate_image/history_folder.h"
 
-/// The images that were generated, on the disk: a PNG each, and what was asked for as JSON beside it. The PNG comes
-/// first and goes last, so that whenever the program dies an image is kept whole or not at all; what is left over is
-/// swept. Main thread only; the disk is waited for on a thread of its own.
+/// The images that were generated, by this program and by others on the same disk. Main thread only; the disk is waited
+/// for on a thread of its own.
 class ImageHistory final : public QObject {
   Q_OBJECT
 
@@ -23,11 +20,11 @@ class ImageHistory final : public QObject {
   /// Thumbnails are squares that lie in the middle of their pictures, in pixels.
   static constexpr int kThumbnailEdge = 128;
 
-  explicit ImageHistory(QString folder);
+  explicit ImageHistory(const QString& folder);
   /// What is being written is written whole.
   ~ImageHistory() override;
 
-  /// Reads the folder, at the first call only.
+  /// Reads the folder, anew at each call.
   void load();
   bool isLoaded() const { return isLoaded_; }
   /// The newest first.
@@ -39,14 +36,15 @@ class ImageHistory final : public QObject {
   /// The room that all of them may take, in bytes: the oldest are removed until the rest, or the newest alone, fits.
   void setLimit(qint64 limit);
   /// Keeps an image; `entry.id` is a new one.
-  void add(HistoryEntry entry, const GeneratedImage& image);
+  void add(HistoryEntry entry, const GeneratedImage& image, const std::vector<QByteArray>& references = {});
   void remove(QString id);
+  /// Those of other programs too, known here or not.
   void removeAll();
 
   /// The file of an image; it may not be there yet.
-  QString path(const QString& id) const;
+  QString path(const QString& id) const { return folder_.imageFile(id); }
   /// Answers, later, with a kept image; nothing when it cannot be read.
-  void open(const QString& id, const JobRef& job, std::function<void(std::optional<GeneratedImage>)> done);
+  void open(const HistoryEntry& entry, const JobRef& job, std::function<void(std::optional<KeptImage>)> done);
   /// The picture in the list; null until it is there, which `thumbnailReady` tells.
   QImage thumbnail(const QString& id);
 
@@ -61,24 +59,27 @@ class ImageHistory final : public QObject {
   void failed(const QString& reason);
 
  private:
-  using Result = std::expected<void, FileError>;
   template <class Work, class Done>
   void onDisk(Work work, Done done);
+  /// The same for what changes the folder: what is read of it meanwhile is out of date.
+  template <class Work, class Done>
+  void changeDisk(Work work, Done done);
   void takeOver(std::vector<HistoryEntry> found);
   void forget(const QString& id);
   void trim();
   void removeFiles(const QStringList& ids);
   void takeThumbnail(const QString& id, const QImage& picture);
 
-  QString folder_;
+  HistoryFolder folder_;
   std::vector<HistoryEntry> entries_;
   std::map<QString, QImage> thumbnails_;
   std::set<QString> asked_;
   qint64 limit_ = 500'000'000;
-  bool isAsked_ = false;
   bool isLoaded_ = false;
   bool isClosed_ = false;
   Job job_ = Job::start();
+  /// Runs while the folder is read.
+  Job loading_;
   /// One thread: what is done to the folder is done in its order.
   QThreadPool disk_;
 };

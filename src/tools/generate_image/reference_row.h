@@ -18,6 +18,8 @@ class ReferenceRow final : public QWidget {
   void follow();
 
  private:
+  void makeChips(const std::vector<int>& ids);
+
   GenerateImageModel& model_;
   QHBoxLayout* row_;
   std::vector<int> ids_;

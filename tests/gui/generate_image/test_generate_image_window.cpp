@@ -119,6 +119,11 @@ class TestGenerateImageWindow : public QObject {
     QTRY_COMPARE(window.controller.model().references().size(), 3U);
     window.controller.model().setPrompt(u"A hill in the evening, flat colours, in the manner of these three"_s);
     shoot(window.panel.panel(), u"generate-references"_s);
+    window.press(Qt::Key_Tab);
+    window.press(Qt::Key_Right);
+    QVERIFY(window.footer().accessibleName().contains(u"take it away"_s));
+    shoot(window.panel.panel(), u"generate-reference-selected"_s);
+    window.press(Qt::Key_Escape);
 
     window.press(Qt::Key_Return, Qt::ControlModifier);
     QVERIFY(window.says(u"Generating… 0 s"_s) && window.button(u"Cancel"_s));

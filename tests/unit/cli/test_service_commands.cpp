@@ -21,8 +21,6 @@ const QByteArray kQuotaAnswer =
     R"({"plan": "free", "resetsAt": "2026-12-01T12:00:00Z", "usage": {"text": {"used": 3, "limit": 100}}})";
 
 using World = CommandWorld;
-const QByteArray kPNG = QByteArray::fromBase64(
-    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAIAAACQd1PeAAAADElEQVR4nGP4z8AAAAMBAQDJ/pLvAAAAAElFTkSuQmCC");
 
 }  // namespace
 
@@ -305,58 +303,6 @@ class TestServiceCommands : public QObject {
     };
     QCOMPARE(typeOf(0), "image/gif");
     QCOMPARE(typeOf(1), "application/zip");
-  }
-
-  void generateWritesTheImage() {
-    World world;
-    StrictServer server;
-    world.useServer(server);
-    const QByteArray png = kPNG;
-    server.answer = [&](const auto&) {
-      return StrictServer::Answer{StrictServer::response(200, png, "Content-Type: image/png\r\n")};
-    };
-    const QString file = world.directory.filePath(u"fox.png"_s);
-    const QString reference = world.image(u"one.gif"_s);
-    const Run run = world.run({u"generate"_s, u"-"_s, u"--image"_s, reference, u"--image"_s, reference, u"--edit"_s,
-                               u"--size"_s, u"1024x1024"_s, u"-o"_s, file},
-                              " a fox\n");
-    QCOMPARE(run.err, QString());
-    QCOMPARE(run.code, exit_code::kSuccess);
-    QCOMPARE(readFile(file), png);
-    const auto& request = server.requests.front();
-    QCOMPARE(request.line, "POST /v1/image-generate HTTP/1.1");
-    const auto parts = StrictForm::parse(request.headers.at("content-type"), request.body);
-    QVERIFY(parts && parts->size() == 6);
-    QCOMPARE(parts->at(0), (FormPart{"edit", {}, {}, "true"}));
-    QCOMPARE(parts->at(1), (FormPart{"prompt", {}, {}, "a fox"}));
-    QCOMPARE(parts->at(3), (FormPart{"size", {}, {}, "1024x1024"}));
-    QVERIFY(parts->at(5).content.startsWith("\x89PNG"));
-  }
-
-  /// Before anything is sent and paid for.
-  void generateSaysWhatIsWrong() {
-    World world;
-    StrictServer server;
-    world.useServer(server);
-    const QString file = world.directory.filePath(u"fox.png"_s);
-    const QString text = world.image(u"text.png"_s, "no picture");
-    for (const QStringList& arguments : {QStringList{},
-                                         {u"a fox"_s},
-                                         {u" "_s, u"-o"_s, file},
-                                         {u"a"_s, u"fox"_s, u"-o"_s, file},
-                                         {u"a"_s, u"-o"_s, file, u"--size"_s, u"huge"_s},
-                                         {u"a"_s, u"-o"_s, file, u"--edit"_s}})
-      QCOMPARE(world.run(QStringList(u"generate"_s) + arguments).code, exit_code::kUsage);
-    QCOMPARE(world.run({u"generate"_s, u"a"_s, u"--image"_s, text, u"-o"_s, file}).err,
-             u"vantle: %1: this is not an image that can be read\n"_s.arg(text));
-    QCOMPARE(world.run({u"generate"_s, u"a"_s, u"-o"_s, u"/nowhere/fox.png"_s}).err,
-             u"vantle: /nowhere/fox.png: nothing can be written there\n"_s);
-    QVERIFY(server.requests.empty());
-    server.answer = [](const auto&) { return StrictServer::Answer{StrictServer::response(500, "oops")}; };
-    const Run failed = world.run({u"generate"_s, u"a"_s, u"-o"_s, file});
-    QCOMPARE(failed.err, u"vantle: Generation failed (HTTP 500) oops\n"_s);
-    QCOMPARE(failed.code, exit_code::kFailure);
-    QVERIFY(!QFile::exists(file));
   }
 
   void uploadSaysWhatIsWrong() {

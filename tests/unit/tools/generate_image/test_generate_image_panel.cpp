@@ -1,65 +1,13 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
-#include <QTest>
 
 #include "support/files.h"
-#include "support/generate_image_world.h"
-#include "support/strict_multipart.h"
+#include "support/generate_image_stage.h"
 
 using namespace Qt::StringLiterals;
 
 using Area = GenerateImageModel::Area;
-
-namespace {
-
-struct Stage : GenerateImageWorld {
-  Stage() { controller.show(); }
-
-  GenerateImageModel& model() { return controller.model(); }
-  bool press(QChar letter, bool shift = false, bool hasSelection = false) {
-    return controller.handleKey({.command = true, .shift = shift, .charactersIgnoringModifiers = QString(letter)},
-                                hasSelection);
-  }
-  bool key(std::uint32_t code, bool command = false) {
-    return controller.handleKey({.keyCode = code, .command = command});
-  }
-  void generate(const QString& prompt) {
-    model().setPrompt(prompt);
-    key(keycode::kReturn, true);
-    if (!isSent()) qFatal("nothing was sent");
-  }
-  bool isSent() {
-    return QTest::qWaitFor([this] { return !http.waiting.empty(); }, 2000);
-  }
-  /// Lets the service answer the oldest request that waits, and waits for what comes of it.
-  void answer(const QByteArray& png) {
-    http.answer(200, imageAnswer(png));
-    if (!QTest::qWaitFor([this] { return !model().isGenerating(); })) qFatal("it is still generating");
-  }
-  void make(const QString& prompt, const QByteArray& png = pngPicture()) {
-    generate(prompt);
-    answer(png);
-  }
-  void snip(const QByteArray& png) {
-    regions.select(png);
-    const std::size_t before = model().references().size();
-    if (!QTest::qWaitFor([&] { return model().references().size() != before || model().isEdit(); }))
-      qFatal("not attached");
-  }
-  std::map<QByteArray, QByteArray> lastForm() const {
-    std::map<QByteArray, QByteArray> values;
-    const HttpRequest& request = http.sent.back();
-    const auto parts = StrictForm::parse(headerOf(request, "Content-Type"), request.body);
-    if (!parts) qFatal("not a form");
-    for (const FormPart& part : *parts) values[part.filename.isNull() ? part.name : part.filename] = part.content;
-    return values;
-  }
-
-  GenerateImagePanelController controller{controllerServices(),
-                                          [this] { return std::make_unique<CountingPanel>(isPanelUp); }};
-};
-
-}  // namespace
+using Stage = GenerateImageStage;
 
 class TestGenerateImagePanel : public QObject {
   Q_OBJECT
@@ -203,7 +151,7 @@ class TestGenerateImagePanel : public QObject {
     const QString text = stage_->folders.file(u"a.png"_s);
     QVERIFY(writeFile(text, "no picture"));
     stage_->controller.attach({QUrl::fromLocalFile(text), QUrl(u"https://example.com/a.png"_s)});
-    QTRY_COMPARE(stage_->model().notice(), u"That is not an image that can be read."_s);
+    QTRY_COMPARE(stage_->model().notice(), u"That is not an image that can be read, or it is too large."_s);
     QVERIFY(stage_->model().references().empty());
   }
 
@@ -216,111 +164,119 @@ class TestGenerateImagePanel : public QObject {
     QVERIFY(stage_->lastForm().contains("image-1.png"));
   }
 
-  void theResultIsCopiedUnlessTextIsSelected() {
-    QVERIFY(!stage_->press(u'c'));
-    stage_->make(u"a fox"_s);
-    QVERIFY(!stage_->press(u'c', false, true));
-    QVERIFY(stage_->pasteboard.images.empty());
-    QVERIFY(stage_->press(u'c'));
-    QCOMPARE(stage_->pasteboard.images, std::vector{pngPicture()});
-    QCOMPARE(stage_->model().notice(), u"Image copied to clipboard"_s);
-  }
-
-  void theResultIsSaved() {
-    stage_->make(u"A red fox, in the snow"_s);
-    QVERIFY(stage_->press(u's', true));
-    QVERIFY(!stage_->isPanelUp);
-    QCOMPARE(stage_->suggestedName, u"a-red-fox-in-the-snow.png"_s);
-    const QString path = stage_->directory.filePath(u"fox.png"_s);
-    stage_->chosenDestination(path);
-    QTRY_COMPARE(stage_->model().notice(), u"Saved as fox.png"_s);
-    QCOMPARE(readFile(path), pngPicture());
-    stage_->press(u's', true);
-    stage_->chosenDestination(stage_->directory.filePath(u"nowhere/fox.png"_s));
-    QTRY_VERIFY(stage_->model().error().startsWith(u"Not saved: "_s));
-    stage_->press(u's', true);
-    stage_->chosenDestination({});
-    QVERIFY(stage_->isPanelUp);
-  }
-
-  void theResultIsMadeAnewOrChanged() {
-    stage_->make(u"a fox"_s);
-    stage_->model().setPrompt(u"something else"_s);
-    QVERIFY(stage_->press(u'r'));
-    QVERIFY(stage_->isSent());
-    QCOMPARE(stage_->lastForm().at("prompt"), "a fox");
-    stage_->answer(pngPicture({20, 20}));
-    QCOMPARE(stage_->history.entries().size(), 2U);
-    stage_->model().setPrompt(u"a fox"_s);
-    QVERIFY(stage_->press(u'e'));
-    QTRY_VERIFY(stage_->model().isEdit());
-    QCOMPARE(stage_->model().prompt(), QString());
-    QCOMPARE(stage_->model().references()[0].png, pngPicture({20, 20}));
-    QVERIFY(stage_->press(u'n'));
-    QVERIFY(!stage_->model().shown() && stage_->model().references().empty());
-  }
-
-  void theHistoryIsWalkedWithTheArrows() {
-    stage_->make(u"first"_s, pngPicture({10, 10}));
-    stage_->make(u"second"_s, pngPicture({20, 20}));
-    QVERIFY(!stage_->key(keycode::kLeft));
-    QVERIFY(stage_->key(keycode::kTab));
-    QCOMPARE(stage_->model().area(), Area::history);
-    QVERIFY(stage_->key(keycode::kRight));
-    QTRY_COMPARE(stage_->model().shown()->image.size, QSize(10, 10));
-    QVERIFY(stage_->key(keycode::kRight));
-    QCOMPARE(stage_->controller.historyList().rowOf(stage_->model().selectedID()), 1);
-    QVERIFY(stage_->key(keycode::kReturn));
-    QCOMPARE(stage_->model().prompt(), u"first"_s);
+  void referencesAreTakenAwayWithTheKeys() {
+    for (const int edge : {1, 2, 3}) stage_->model().attach(pngPicture({edge, edge}), {});
+    const auto edges = [this] {
+      QList<int> found;
+      for (const auto& one : stage_->model().references()) found.append(QImage::fromData(one.png).width());
+      return found;
+    };
+    QVERIFY(!stage_->key(keycode::kDelete));
+    stage_->key(keycode::kTab);
+    QCOMPARE(stage_->model().area(), Area::references);
+    QCOMPARE(stage_->model().selectedReference(), stage_->model().references()[0].id);
+    stage_->key(keycode::kRight);
+    QVERIFY(stage_->key(keycode::kDelete));
+    QCOMPARE(edges(), QList({1, 3}));
+    stage_->key(keycode::kRight);
+    stage_->key(keycode::kDelete);
+    QCOMPARE(edges(), QList({1}));
+    stage_->key(keycode::kEscape);
     QCOMPARE(stage_->model().area(), Area::prompt);
+    QVERIFY(stage_->controller.isShown() && stage_->model().selectedReference() == 0);
+    stage_->key(keycode::kTab);
+    stage_->key(keycode::kDelete);
+    QVERIFY(edges().isEmpty());
+    QCOMPARE(stage_->model().area(), Area::prompt);
+  }
+
+  void tabGoesRoundWhatThereIs() {
+    stage_->make(u"one"_s);
+    stage_->model().attach(pngPicture(), {});
+    QList<Area> areas;
+    for (int turn = 0; turn < 3; ++turn) {
+      stage_->key(keycode::kTab);
+      areas.append(stage_->model().area());
+    }
+    QCOMPARE(areas, QList({Area::references, Area::history, Area::prompt}));
     stage_->key(keycode::kTab);
     QVERIFY(!stage_->controller.handleKey({.keyCode = 0, .characters = u"x"_s}));
     QCOMPARE(stage_->model().area(), Area::prompt);
   }
 
-  void theHistoryIsLookedThroughWhileAnImageIsMade() {
-    stage_->make(u"first"_s);
-    stage_->generate(u"second"_s);
-    stage_->key(keycode::kTab);
-    QVERIFY(!stage_->model().showsProgress());
-    stage_->key(keycode::kEscape);
-    QVERIFY(stage_->model().isGenerating() && stage_->model().showsProgress());
-    stage_->key(keycode::kTab);
-    stage_->answer(pngPicture({10, 10}));
-    QCOMPARE(stage_->model().shown()->request.prompt, u"second"_s);
-    QCOMPARE(stage_->model().area(), Area::prompt);
+  void referencesStandInTheOrderInWhichTheyCame() {
+    stage_->controller.attachImage(pngPicture({3000, 3000}));
+    QImage dropped(20, 20, QImage::Format_RGB32);
+    dropped.fill(Qt::blue);
+    stage_->controller.attachPicture(dropped);
+    QTRY_COMPARE(stage_->model().references().size(), 2U);
+    QCOMPARE(QImage::fromData(stage_->model().references()[1].png).size(), QSize(20, 20));
   }
 
-  void deletingIsAskedTwice() {
-    stage_->make(u"first"_s, pngPicture({10, 10}));
-    stage_->make(u"second"_s);
-    stage_->key(keycode::kTab);
-    stage_->key(keycode::kDelete);
-    QVERIFY(stage_->model().isDeletionAsked());
-    stage_->key(keycode::kEscape);
-    QVERIFY(!stage_->model().isDeletionAsked());
-    QCOMPARE(stage_->history.entries().size(), 2U);
-    stage_->key(keycode::kDelete);
-    stage_->key(keycode::kDelete);
+  void aRunEndsAtOnceAtEveryStage_data() {
+    QTest::addColumn<int>("reached");
+    QTest::addColumn<QChar>("letter");
+    for (const int reached : {0, 1, 2, 3}) {
+      QTest::addRow("Escape, stage %d", reached) << reached << QChar();
+      QTest::addRow("a new prompt, stage %d", reached) << reached << QChar(u'n');
+    }
+  }
+  /// While its references are read, before it is sent, before it is answered, and while the answer is decoded.
+  void aRunEndsAtOnceAtEveryStage() {
+    QFETCH(const int, reached);
+    QFETCH(const QChar, letter);
+    stage_->model().setPrompt(u"doomed"_s);
+    if (reached == 0) stage_->controller.attachImage(pngPicture({2000, 2000}));
+    stage_->key(keycode::kReturn, true);
+    if (reached >= 2) QVERIFY(stage_->isSent());
+    if (reached == 3) stage_->http.answer(200, imageAnswer(pngPicture({2000, 2000})));
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(letter.isNull() ? stage_->key(keycode::kEscape) : stage_->press(letter));
+    QVERIFY(timer.elapsed() < 100);
+    QVERIFY(!stage_->model().isGenerating() && stage_->controller.isShown());
+    // Behind what was read for it.
+    stage_->controller.attachImage(pngPicture({7, 7}));
+    QTRY_COMPARE(stage_->model().references().size(), reached == 0 && letter.isNull() ? 2U : 1U);
+    stage_->settle();
+    while (stage_->http.answer(200, imageAnswer(pngPicture()))) stage_->settle();
+    QVERIFY(!stage_->model().shown() && stage_->history.entries().empty() && stage_->historyFiles().isEmpty());
+    QVERIFY(stage_->toasts.shown.empty() && stage_->pasteboard.images.empty() && stage_->pasteboard.texts.isEmpty());
+    if (reached == 0) QVERIFY(stage_->http.sent.empty());
+  }
+
+  void onlyTheLastOfTwoStartsArrivesAtEveryStage_data() {
+    QTest::addColumn<int>("reached");
+    for (const int reached : {0, 1, 2, 3}) QTest::addRow("stage %d", reached) << reached;
+  }
+  void onlyTheLastOfTwoStartsArrivesAtEveryStage() {
+    QFETCH(const int, reached);
+    stage_->model().setPrompt(u"doomed"_s);
+    if (reached == 0) stage_->controller.attachImage(pngPicture({2000, 2000}));
+    stage_->key(keycode::kReturn, true);
+    if (reached >= 2) QVERIFY(stage_->isSent());
+    if (reached == 3) stage_->http.answer(200, imageAnswer(pngPicture({9, 9})));
+    stage_->model().setPrompt(u"last"_s);
+    stage_->key(keycode::kReturn, true);
+    if (reached == 2) stage_->http.answer(200, imageAnswer(pngPicture({9, 9})));
+    QVERIFY(stage_->isSent());
+    stage_->settle();
+    QVERIFY(stage_->model().isGenerating() && stage_->history.entries().empty());
+    stage_->answer(pngPicture({20, 20}));
     QCOMPARE(stage_->history.entries().size(), 1U);
-    QTRY_COMPARE(stage_->model().shown()->request.prompt, u"first"_s);
-    stage_->key(keycode::kDelete);
-    stage_->key(keycode::kDelete);
-    QVERIFY(stage_->history.entries().empty() && !stage_->model().shown());
-    QCOMPARE(stage_->model().area(), Area::prompt);
+    QCOMPARE(stage_->model().shown()->request.prompt, u"last"_s);
   }
 
-  void referencesOfEarlierDaysAreMissed() {
-    stage_->model().attach(pngPicture(), {});
-    stage_->make(u"with one"_s, pngPicture({10, 10}));
-    stage_->make(u"other"_s);
-    stage_->key(keycode::kTab);
-    stage_->key(keycode::kRight);
-    QTRY_COMPARE(stage_->model().shown()->request.prompt, u"with one"_s);
-    stage_->press(u'r');
-    QVERIFY(!stage_->model().isGenerating());
-    QCOMPARE(stage_->model().prompt(), u"with one"_s);
-    QVERIFY(stage_->model().notice().contains(u"attach them anew"_s));
+  void aPasteIntoThePromptBeforeIsLost() {
+    QSignalSpy pasted(&stage_->controller, &GenerateImagePanelController::textPasted);
+    stage_->pasteboard.writeText(u"words"_s);
+    stage_->press(u'v');
+    stage_->press(u'n');
+    stage_->pasteboard.data = {{PasteboardFormat::png, pngPicture()}};
+    stage_->press(u'v');
+    stage_->press(u'n');
+    stage_->settle();
+    QVERIFY(pasted.empty() && stage_->model().references().empty());
   }
 
   void withoutAnImageTextIsPasted() {
@@ -342,23 +298,6 @@ class TestGenerateImagePanel : public QObject {
     stage_->key(keycode::kEscape);
     QCOMPARE(stage_->launcher.shown, QStringList(u"generate-image"_s));
     QVERIFY(!stage_->press(u's'));
-  }
-
-  void namesOfFilesComeFromThePrompt() {
-    QCOMPARE(suggestedFileName(u" ../etc/passwd: 日本 Größe!"_s), u"etc-passwd-日本-größe.png"_s);
-    QCOMPARE(suggestedFileName(u"?!"_s), u"image.png"_s);
-    const QString longest = suggestedFileName(u"word "_s.repeated(100));
-    QVERIFY(longest.size() < 60 && longest.endsWith(u"word.png"_s));
-  }
-
-  void settingsOfAnotherHandAreBounded() {
-    const QString path = stage_->folders.file(u"GenerateImage/settings.json"_s);
-    const QByteArray json =
-        QByteArray("{'historyMegabytes': -3, 'size': 'huge', 'quality': 'high'}").replace('\'', '"');
-    QVERIFY(writeFile(path, json));
-    const GenerateImageStore store(path);
-    QCOMPARE(store.value().historyMegabytes, 1);
-    QVERIFY(store.value().options == (ImageOptions{ImageSize::automatic, ImageQuality::high}));
   }
 
  private:
