@@ -45,7 +45,10 @@ QVariant HistoryListModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DecorationRole) return history_.thumbnail(id);
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   const HistoryEntry* entry = history_.find(id);
-  return entry ? QVariant(description(*entry)) : QVariant();
+  if (!entry) return {};
+  const QString text = description(*entry);
+  // A tip would take a prompt that looks like a page for one, and load what it names.
+  return role == Qt::ToolTipRole ? u"<p>%1</p>"_s.arg(text.toHtmlEscaped()) : text;
 }
 
 int HistoryListModel::rowOf(const QString& id) const { return static_cast<int>(ids_.indexOf(id)); }

@@ -11,6 +11,7 @@
 #include <array>
 
 #include "base/clock.h"
+#include "base/visible_text.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
@@ -29,6 +30,8 @@ using Controller = GenerateImagePanelController;
 constexpr int kIcon = 40;
 constexpr int kTextWidth = 380;
 constexpr int kTextLines = 3;
+constexpr int kCaptionWidth = 540;
+constexpr qsizetype kShownPrompt = 300;
 
 struct Action {
   const char16_t* text;
@@ -48,6 +51,14 @@ QLabel* centred(QLabel* label) {
   return label;
 }
 
+/// What an image of the history was made from: the prompt beside it is the next one's.
+QString captionOf(const ShownImage& shown) {
+  const QString prompt = visibleLine(shown.request.prompt, kShownPrompt);
+  const auto references = shown.request.references.size();
+  return references == 0 ? prompt
+                         : prompt + (references == 1 ? u" · from 1 image"_s : u" · from %1 images"_s.arg(references));
+}
+
 QString seconds(std::chrono::steady_clock::duration time) {
   return u"%1 s"_s.arg(std::chrono::duration_cast<std::chrono::seconds>(time).count());
 }
@@ -63,12 +74,15 @@ ResultColumn::ResultColumn(GenerateImagePanelController& controller, QWidget* pa
                                  const QString path = controller.history().path(id);
                                  return !id.isEmpty() && QFileInfo(path).isFile() ? path : QString();
                                })),
+      caption_(centred(makeDetailLabel({}))),
       symbol_(new SymbolLabel(u"sparkles"_s, kIcon)),
       title_(centred(makeHeading({}))),
       detail_(centred(makeDetailLabel({}))),
       pages_(new QStackedLayout),
       strip_(new HistoryStrip(controller)),
       ticks_(new QTimer(this)) {
+  caption_->setWordWrap(false);
+  caption_->setTextFormat(Qt::PlainText);
   error_->setWordWrap(true);
   error_->setTextFormat(Qt::PlainText);
   error_->setFont(Theme::detailFont());
@@ -77,6 +91,7 @@ ResultColumn::ResultColumn(GenerateImagePanelController& controller, QWidget* pa
   column->setSpacing(Theme::kGrid);
   column->addWidget(error_);
   column->addLayout(pages_, 1);
+  column->addWidget(caption_);
   column->addWidget(makeActions());
   column->addWidget(strip_);
   pages_->addWidget(picture_);
@@ -125,6 +140,7 @@ void ResultColumn::follow() {
   error_->setVisible(!model.error().isEmpty());
   picture_->follow();
   actions_->setVisible(hasPicture);
+  followCaption(hasPicture && model.area() == GenerateImageModel::Area::history);
   strip_->setVisible(controller_.historyList().rowCount() > 0);
   strip_->follow();
   pages_->setCurrentWidget(hasPicture ? static_cast<QWidget*>(picture_) : message_);
@@ -134,6 +150,13 @@ void ResultColumn::follow() {
   else
     ticks_->stop();
   followMessage();
+}
+
+void ResultColumn::followCaption(bool isShown) {
+  caption_->setVisible(isShown);
+  if (!isShown) return;
+  const QString text = captionOf(*controller_.model().shown());
+  caption_->setText(caption_->fontMetrics().elidedText(text, Qt::ElideRight, kCaptionWidth));
 }
 
 void ResultColumn::followMessage() {

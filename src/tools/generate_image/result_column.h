@@ -24,10 +24,12 @@ class ResultColumn final : public QWidget {
   QWidget* makeMessage();
   QWidget* makeActions();
   void followMessage();
+  void followCaption(bool isShown);
 
   GenerateImagePanelController& controller_;
   TonedLabel* error_;
   PictureView* picture_;
+  QLabel* caption_;
   QWidget* message_ = nullptr;
   SymbolLabel* symbol_;
   QLabel* title_;

@@ -154,6 +154,7 @@ class TestGenerateImageWindow : public QObject {
     window.press(Qt::Key_Right);
     QTRY_COMPARE(window.controller.model().shown()->request.prompt, u"dusk"_s);
     QCOMPARE(window.strip().currentIndex().row(), 1);
+    QVERIFY(window.says(u"dusk"_s));
     QVERIFY(window.footer().accessibleName().contains(u"use its prompt"_s));
     shoot(window.panel.panel(), u"generate-history"_s);
     window.press(Qt::Key_Delete);

@@ -66,6 +66,7 @@ class TestGenerateImageClient : public QObject {
     QCOMPARE(headerOf(request, "Authorization"), "Bearer secret");
     QCOMPARE(request.timeout, std::chrono::milliseconds(180s));
     QVERIFY(request.maximumAnswer >= 64'000'000);
+    QVERIFY(request.answerDeadline > request.timeout);
     const std::vector<FormPart> parts{{"edit", {}, {}, "true"},
                                       {"prompt", {}, {}, "größer"},
                                       {"quality", {}, {}, "high"},

@@ -35,9 +35,11 @@ class TestGenerateImageResults : public QObject {
     stage_->press(u's', true);
     stage_->chosenDestination(stage_->directory.filePath(u"nowhere/fox.png"_s));
     QTRY_VERIFY(stage_->model().error().startsWith(u"Not saved: "_s));
+    stage_->make(u"another"_s);
     stage_->press(u's', true);
     stage_->chosenDestination({});
-    QVERIFY(stage_->isPanelUp);
+    stage_->settle();
+    QVERIFY(stage_->isPanelUp && stage_->model().error().isEmpty());
   }
 
   void theResultIsMadeAnewOrChanged() {
@@ -86,6 +88,13 @@ class TestGenerateImageResults : public QObject {
     stage_->answer(pngPicture({10, 10}));
     QCOMPARE(stage_->model().shown()->request.prompt, u"second"_s);
     QCOMPARE(stage_->model().area(), Area::prompt);
+  }
+
+  void aPromptThatLooksLikeAPageIsShownAsItStands() {
+    stage_->make(u"<img src='file:///etc/hostname'> & co"_s);
+    const QModelIndex index = stage_->controller.historyList().index(0);
+    QVERIFY(index.data(Qt::DisplayRole).toString().startsWith(u"<img src="_s));
+    QVERIFY(index.data(Qt::ToolTipRole).toString().startsWith(u"<p>&lt;img src="_s));
   }
 
   void deletingIsAskedTwice() {

@@ -48,6 +48,7 @@ class TestPromptifyTool : public QObject {
     QCOMPARE(request.url, QUrl(u"http://127.0.0.1:9/ai-prompt"_s));
     QCOMPARE(request.method, "POST");
     QCOMPARE(request.timeout, 60s);
+    QVERIFY(request.answerDeadline > request.timeout && request.maximumAnswer < 1'000'000);
     QCOMPARE(headerOf(request, "Authorization"), "Bearer embedded");
     const std::vector<FormPart> parts{{"mode", {}, {}, "general"},
                                       {"file", "clipboard.png", "image/png", promptifyTestImage().data}};
@@ -62,10 +63,13 @@ class TestPromptifyTool : public QObject {
     QCOMPARE(at_->result.model().styleLabel(), u"General Purpose"_s);
     QVERIFY(!at_->result.model().sourceImage().isNull());
     QVERIFY(at_->result.model().copied());
-    at_->clock.advance(1500ms);
-    QVERIFY(!at_->result.model().copied());
+    at_->clock.advance(1000ms);
     QVERIFY(at_->result.handleKey({.keyCode = 8, .command = true}));
     QCOMPARE(at_->pasteboard.texts.size(), 2);
+    at_->clock.advance(1000ms);
+    QVERIFY(at_->result.model().copied());
+    at_->clock.advance(500ms);
+    QVERIFY(!at_->result.model().copied());
     QVERIFY(!at_->result.handleKey({.keyCode = 8}));
     QVERIFY(at_->result.handleKey({.keyCode = keycode::kEscape}));
     QVERIFY(!at_->result.isShown() && !at_->result.handleKey({.keyCode = 8, .command = true}));
