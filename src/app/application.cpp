@@ -385,7 +385,8 @@ QJsonObject Application::doctorAnswer() const {
                                {u"hotkey"_s, encode(entry.hotkey)},
                                {u"reason"_s, entry.refusal.description()}});
   }
-  return {{u"refused"_s, refused}};
+  const bool isLimited = !parts_->platform.permissions->shortcutsRemedy().isEmpty();
+  return {{u"refused"_s, refused}, {u"shortcutsLimited"_s, isLimited}};
 }
 
 QString Application::ownerName(const HotkeyCenter::Refused& entry) const {

@@ -54,11 +54,8 @@ std::vector<RefusedShortcut> decodeRefused(const QJsonObject& answer) {
   return refused;
 }
 
-void reportShortcuts(const std::vector<BoundCommand>& wanted, const std::vector<RefusedShortcut>& refused,
-                     const Platform& platform, std::vector<Finding>& findings) {
-  // Where the desktop has them, those of other programs are not reached by ours.
-  const bool reachAll = platform.permissions->shortcutsRemedy().isEmpty();
-  if (refused.empty() && reachAll) findings.push_back({u"Shortcuts"_s, true, u"all %1 are ours"_s.arg(wanted.size())});
+void reportRefused(const std::vector<BoundCommand>& wanted, const std::vector<RefusedShortcut>& refused,
+                   const Platform& platform, std::vector<Finding>& findings) {
   std::vector<Hotkey> used;
   for (const BoundCommand& entry : wanted) used.push_back(entry.hotkey);
   const QString hint = platform.systemInfo->shortcutOwnerHint();
@@ -74,7 +71,7 @@ void reportShortcuts(const std::vector<BoundCommand>& wanted, const std::vector<
 }
 
 /// A permission that is granted but does not reach everything is a finding too.
-void reportPermissions(const Permissions& permissions, std::vector<Finding>& findings) {
+void reportPermissions(const Permissions& permissions, const QString& shortcutsRemedy, std::vector<Finding>& findings) {
   for (const auto& [permission, name] : kPermissionNames) {
     const bool granted = permissions.state(permission) == PermissionState::granted;
     const QString remedy = permissions.remedy(permission);
@@ -83,8 +80,7 @@ void reportPermissions(const Permissions& permissions, std::vector<Finding>& fin
     if (!remedy.isEmpty()) texts.append(remedy);
     findings.push_back({name, remedy.isEmpty(), texts.join(u"; "_s)});
   }
-  if (const QString remedy = permissions.shortcutsRemedy(); !remedy.isEmpty())
-    findings.push_back({u"Shortcuts"_s, false, remedy});
+  if (!shortcutsRemedy.isEmpty()) findings.push_back({u"Shortcuts"_s, false, shortcutsRemedy});
 }
 
 Finding networkFinding(NetworkPath& path) {
@@ -127,16 +123,28 @@ void printJson(const std::vector<Finding>& findings, QTextStream& out) {
   out << QJsonDocument(rows).toJson(QJsonDocument::Indented);
 }
 
-std::vector<Finding> examine(const Platform& platform, const Folders& folders,
+using Running = std::expected<QJsonObject, AppClient::Error>;
+
+/// The running application knows whether the desktop has given it the shortcuts.
+QString shortcutsRemedy(const Permissions& permissions, const Running& running) {
+  const bool isLimited = !running || running->value("shortcutsLimited"_L1).toBool(true);
+  return isLimited ? permissions.shortcutsRemedy() : QString();
+}
+
+std::vector<Finding> examine(const Platform& platform, const Folders& folders, const Running& running,
                              const std::vector<BoundCommand>& wanted) {
-  const auto running = AppClient::request({{u"do"_s, u"doctor"_s}});
+  const QString remedy = shortcutsRemedy(*platform.permissions, running);
   std::vector<Finding> findings;
   findings.push_back({u"Application"_s, true, running ? u"running"_s : u"not running"_s});
   if (isDisplayThere(platform)) {
     platform.hotkeys->install([](std::uint32_t) {});
     findings.push_back({u"Display"_s, true, qEnvironmentVariable("DISPLAY", platform.systemInfo->systemName())});
-    reportShortcuts(wanted, running ? decodeRefused(*running) : tryOut(*platform.hotkeys, wanted), platform, findings);
-    reportPermissions(*platform.permissions, findings);
+    const auto refused = running ? decodeRefused(*running) : tryOut(*platform.hotkeys, wanted);
+    // Where the desktop has them, those of other programs are not reached by ours.
+    if (refused.empty() && remedy.isEmpty())
+      findings.push_back({u"Shortcuts"_s, true, u"all %1 are ours"_s.arg(wanted.size())});
+    reportRefused(wanted, refused, platform, findings);
+    reportPermissions(*platform.permissions, remedy, findings);
   } else {
     findings.push_back({u"Display"_s, false, u"none: shortcuts, panels and typing need one"_s});
   }
@@ -162,8 +170,9 @@ int runDoctor(const QStringList& arguments, CommandContext& context) {
   const Bindings bindings{boundCommands(settings.value()), platform.systemInfo->desktops()};
   if (options->has("bindings"_L1)) return printBindings(bindings, options->value("bindings"_L1), json, context);
 
-  const auto findings = examine(platform, context.folders, bindings.commands);
-  const bool isLeftToDesktop = !platform.permissions->shortcutsRemedy().isEmpty();
+  const Running running = AppClient::request({{u"do"_s, u"doctor"_s}});
+  const auto findings = examine(platform, context.folders, running, bindings.commands);
+  const bool isLeftToDesktop = !shortcutsRemedy(*platform.permissions, running).isEmpty();
   if (json) {
     printJson(findings, context.out);
   } else {

@@ -14,10 +14,17 @@ struct HotkeyRefusal {
   QString description() const;
 };
 
+/// What a combination is for: a name that never changes, and what people call it.
+struct HotkeyPurpose {
+  QString id;
+  QString name;
+};
+
 /// System-wide key combinations. Main thread only.
 class HotkeyBackend {
  public:
   using Pressed = std::function<void(std::uint32_t id)>;
+  using Describe = std::function<HotkeyPurpose(std::uint32_t keyCode, std::uint32_t carbonModifiers)>;
 
   virtual ~HotkeyBackend() = default;
 
@@ -28,4 +35,13 @@ class HotkeyBackend {
                                                             std::uint32_t carbonModifiers) = 0;
   /// Gives the combination of `id` back; an unknown id is ignored.
   virtual void unregisterHotkey(std::uint32_t id) = 0;
+  /// Who knows what a combination is for, told before any is registered; systems that show a list of them ask.
+  virtual void describeBy([[maybe_unused]] Describe describe) {}
+  /// What the user has to press instead, in the system's words, where the system decides that; empty: as registered.
+  virtual QString systemTrigger([[maybe_unused]] std::uint32_t keyCode,
+                                [[maybe_unused]] std::uint32_t carbonModifiers) const {
+    return {};
+  }
+  /// Calls `changed` whenever `systemTrigger` has something else to say.
+  virtual void watchTriggers([[maybe_unused]] std::function<void()> changed) {}
 };

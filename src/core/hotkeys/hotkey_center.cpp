@@ -161,6 +161,7 @@ void HotkeyCenter::handOver(std::function<void()> start) {
 void HotkeyCenter::installHandler() {
   if (std::exchange(handlerInstalled_, true)) return;
   backend_.install([this](std::uint32_t id) { handlePress(id); });
+  backend_.watchTriggers([this] { Q_EMIT changed(); });
 }
 
 std::uint32_t HotkeyCenter::takeCarbonID() {

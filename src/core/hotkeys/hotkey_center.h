@@ -46,6 +46,8 @@ class HotkeyCenter : public QObject {
 
   /// Who is told which tool's combination was pressed.
   void setToolHandler(std::function<void(const QString& toolID)> handler) { summonTool_ = std::move(handler); }
+  /// Who knows what combinations are for; before `bootstrap`.
+  void describeBy(HotkeyBackend::Describe describe) { backend_.describeBy(std::move(describe)); }
   /// The window that has to close before a tool opens; null for none.
   void setShortcutsWindow(ShortcutsWindowGate* gate) { shortcutsWindow_ = gate; }
 
@@ -55,6 +57,10 @@ class HotkeyCenter : public QObject {
 
   const std::map<QString, Hotkey>& bindings() const { return bindings_; }
   std::optional<Hotkey> binding(const QString& toolID) const;
+  /// What has to be pressed in place of the combination, where the system decides that; empty: the combination.
+  QString systemTrigger(const Hotkey& hotkey) const {
+    return backend_.systemTrigger(hotkey.keyCode, hotkey.carbonModifiers);
+  }
   bool isRegistered(const QString& toolID) const { return registrations_.contains(toolID); }
   /// Combinations that are wanted now and that the system refused, for those who show them.
   std::vector<Refused> refused() const;

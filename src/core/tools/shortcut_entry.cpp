@@ -31,6 +31,12 @@ QString refusalSentence(const ShortcutSources& sources, const HotkeyCenter::Refu
   return text + u'.';
 }
 
+/// Where the desktop hands combinations out, in its own words.
+QString triggerSentence(const ShortcutSources& sources, const Hotkey& hotkey) {
+  const QString trigger = sources.hotkeys.systemTrigger(hotkey);
+  return trigger.isEmpty() ? QString() : u"Your desktop has it as: %1"_s.arg(trigger);
+}
+
 ShortcutEntry toolEntry(const ShortcutSources& sources, const Tool& tool) {
   ShortcutEntry entry{.toolID = tool.id(), .name = tool.name(), .icon = tool.icon(), .summary = tool.summary()};
   entry.hotkey = sources.hotkeys.binding(tool.id());
@@ -76,7 +82,7 @@ QString shortcutObstacle(const ShortcutSources& sources, const QString& toolID) 
                                                                                 tool ? tool->name() : *other);
   }
   const auto refused = refusalOf(sources.hotkeys, toolID, *hotkey);
-  return refused ? refusalSentence(sources, *refused) : QString();
+  return refused ? refusalSentence(sources, *refused) : triggerSentence(sources, *hotkey);
 }
 
 QString shortcutObstacle(const ShortcutSources& sources, const AppShortcut& shortcut) {

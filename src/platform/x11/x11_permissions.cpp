@@ -2,6 +2,7 @@
 
 #include <xcb/xtest.h>
 
+#include "platform/portal/portal.h"
 #include "platform/x11/xcb_reply.h"
 
 using namespace Qt::StringLiterals;
@@ -14,7 +15,9 @@ PermissionState stateOf(bool works) { return works ? PermissionState::granted : 
 
 PermissionState X11Permissions::state(Permission permission) const {
   if (permission == Permission::accessibility) return stateOf(canType());
-  return isWaylandSession() ? PermissionState::unavailable : stateOf(canRead());
+  if (!isWaylandSession()) return stateOf(canRead());
+  const bool isOffered = portal_ && portal_->offers(u"Screenshot"_s);
+  return isOffered ? PermissionState::granted : PermissionState::unavailable;
 }
 
 QString X11Permissions::remedy(Permission permission) const {
@@ -25,15 +28,15 @@ QString X11Permissions::remedy(Permission permission) const {
     return u"Under Wayland only programs that run through XWayland can be reached: log in with an X11 session to reach "
            u"all of them."_s;
   }
+  if (state(permission) == PermissionState::granted) return {};
   if (isWaylandSession())
-    return u"Wayland gives the screen only to the desktop portal, which Vantle does not use yet: log in with an X11 "
-           u"session to capture regions."_s;
-  if (canRead()) return {};
+    return u"Wayland gives the screen only to the desktop portal, and none here takes screenshots: install "
+           u"xdg-desktop-portal with your desktop's part of it, or log in with an X11 session."_s;
   return u"The X server refuses GetImage on the root window: trust this program (over SSH: “ssh -Y”) and log in again."_s;
 }
 
 QString X11Permissions::shortcutsRemedy() const {
-  if (!isWaylandSession()) return {};
+  if (!isWaylandSession() || (haveShortcuts_ && haveShortcuts_())) return {};
   return u"Wayland leaves global shortcuts to the desktop: “vantle doctor” prints what to paste there."_s;
 }
 

@@ -1,5 +1,7 @@
 #include "platform/keychain_vault.h"
 #include "platform/platform.h"
+#include "platform/portal/portal_hotkeys.h"
+#include "platform/portal/portal_screen_grabber.h"
 #include "platform/x11/x11_desktop_application.h"
 #include "platform/x11/x11_hotkeys.h"
 #include "platform/x11/x11_key_events.h"
@@ -16,7 +18,23 @@
 #include "platform/x11/x11_sounds.h"
 #include "platform/x11/x11_system_info.h"
 #include "platform/x11/x11_tray_panel.h"
+#include "platform/x11/xwayland_key_events.h"
 #include "platform/xdg/xdg_login_item.h"
+
+namespace {
+
+/// Through XWayland, what the X server has not got to give.
+void addWayland(Platform& platform, const X11Session& session) {
+  const auto portal = std::make_shared<Portal>(QDBusConnection::sessionBus());
+  auto hotkeys = std::make_unique<PortalHotkeys>(QDBusConnection::sessionBus(), portal, std::move(platform.hotkeys));
+  platform.permissions =
+      std::make_unique<X11Permissions>(session, portal, [&hotkeys = *hotkeys] { return hotkeys.areBound(); });
+  platform.hotkeys = std::move(hotkeys);
+  platform.screenGrabber = std::make_unique<PortalScreenGrabber>(portal);
+  platform.keyEvents = makeXWaylandKeyEvents(std::move(platform.keyEvents), *platform.keyTargets);
+}
+
+}  // namespace
 
 Platform makePlatform() {
   Platform platform = makeNullPlatform();
@@ -33,9 +51,13 @@ Platform makePlatform() {
   platform.panelWindow = std::move(panels);
   platform.selectedText = std::make_unique<X11SelectedText>(session);
   platform.pasteboard = std::make_unique<X11Pasteboard>();
-  platform.permissions = std::make_unique<X11Permissions>(session);
   platform.networkPath = std::make_unique<X11NetworkPath>();
-  platform.screenGrabber = std::make_unique<X11ScreenGrabber>(session, traces);
+  if (isWaylandSession()) {
+    addWayland(platform, session);
+  } else {
+    platform.permissions = std::make_unique<X11Permissions>(session);
+    platform.screenGrabber = std::make_unique<X11ScreenGrabber>(session, traces);
+  }
   platform.sounds = std::make_unique<X11Sounds>(session);
   platform.systemInfo = std::make_unique<X11SystemInfo>(session);
   platform.desktopApplication = std::make_unique<X11DesktopApplication>();

@@ -93,6 +93,30 @@ class X11PanelWindowTest : public QObject {
     QCOMPARE(terminal_.keysReceived().back(), kFirstLetter);
   }
 
+  /// Where the compositor gives the keyboard only to windows that it manages, as the window manager here does too.
+  void underWaylandThePanelIsTheActiveWindowWhileItIsShown() {
+    panel_.reset();
+    qputenv("WAYLAND_DISPLAY", "wayland-0");
+    platform_ = makePlatform();
+    qunsetenv("WAYLAND_DISPLAY");
+    panel_ = std::make_unique<Panel>(*platform_.panelWindow);
+    QVERIFY(platform_.panelWindow->windowFlags(PanelKind::toast).testFlag(Qt::BypassWindowManagerHint));
+
+    panel_->present();
+    panel_->watch();
+    QTRY_COMPARE(user_.activeWindow(), static_cast<xcb_window_t>(panel_->winId()));
+    QTRY_VERIFY(panel_->isActiveWindow());
+    QCOMPARE(panel_->geometry(), kPanel);
+    user_.tap(kFirstLetter);
+    QTRY_COMPARE(panel_->typed, QStringLiteral("q"));
+    QCOMPARE(panel_->losses, 0);
+    xcb_set_input_focus(user_.connection(), XCB_INPUT_FOCUS_POINTER_ROOT, terminal_.window(), XCB_CURRENT_TIME);
+    user_.sync();
+    QTRY_COMPARE(panel_->losses, 1);
+    panel_->dismiss();
+    QTRY_COMPARE(user_.activeWindow(), terminal_.window());
+  }
+
   /// All is typed before this process gets its turn.
   void typingRightAfterTheShortcut() {
     platform_.hotkeys->install([this](std::uint32_t) { panel_->present(); });

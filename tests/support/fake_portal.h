@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QThread>
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+
+/// A desktop portal on the session bus, on a thread of its own, that plays what the test has written into `answer`.
+class FakePortal {
+ public:
+  /// What it does when it is asked for something that goes through a request object.
+  struct Answer {
+    enum class Kind { respond, stayQuiet, refuseTheCall, vanish };
+    Kind kind = Kind::respond;
+    uint code = 0;
+    QVariantMap results = {};
+    /// The request object has another path than the one that was asked for.
+    bool atOwnPath = false;
+  };
+
+  FakePortal() : object_(*this) {
+    object_.moveToThread(&thread_);
+    thread_.start();
+    on([this] {
+      connection_.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), &object_,
+                                        QDBusConnection::SubPath);
+      connection_.registerService(kService);
+    });
+  }
+  ~FakePortal() {
+    on([this] { connection_.unregisterService(kService); });
+    thread_.quit();
+    thread_.wait();
+    QDBusConnection::disconnectFromBus(QStringLiteral("fake portal"));
+  }
+  FakePortal(const FakePortal&) = delete;
+  FakePortal& operator=(const FakePortal&) = delete;
+
+  void setAnswer(const Answer& answer) {
+    const std::scoped_lock lock(mutex_);
+    answer_ = answer;
+  }
+  /// Called with each question before it is answered, on the portal's thread.
+  std::function<void(const QDBusMessage&)> asked;
+
+  std::atomic<uint> version = 2;
+  std::atomic<int> calls = 0;
+  /// Questions that were taken back.
+  std::atomic<int> closed = 0;
+
+ private:
+  static inline const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
+
+  class Object final : public QDBusVirtualObject {
+   public:
+    explicit Object(FakePortal& portal) : portal_(portal) {}
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+      return portal_.handle(message, connection);
+    }
+
+   private:
+    FakePortal& portal_;
+  };
+
+  void on(const std::function<void()>& work) {
+    QMetaObject::invokeMethod(&object_, work, Qt::BlockingQueuedConnection);
+  }
+
+  bool handle(const QDBusMessage& message, QDBusConnection connection) {
+    if (message.member() == QStringLiteral("Get")) {
+      const auto reply = message.createReply(QVariant::fromValue(QDBusVariant(version.load())));
+      const auto refusal = message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such interface"));
+      return connection.send(version > 0 ? reply : refusal);
+    }
+    if (message.member() == QStringLiteral("Close")) {
+      ++closed;
+      return connection.send(message.createReply());
+    }
+    ++calls;
+    if (asked) asked(message);
+    const std::scoped_lock lock(mutex_);
+    return play(message, connection);
+  }
+
+  bool play(const QDBusMessage& message, QDBusConnection connection) {
+    if (answer_.kind == Answer::Kind::refuseTheCall)
+      return connection.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("not to you")));
+    if (answer_.kind == Answer::Kind::vanish) return connection.unregisterService(kService);
+    const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().constLast());
+    const QString token =
+        answer_.atOwnPath ? QStringLiteral("own") : options[QStringLiteral("handle_token")].toString();
+    const QString sender = message.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
+    const QString path = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
+    connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+    if (answer_.kind == Answer::Kind::stayQuiet) return true;
+    // Portals that choose the path answer after somebody could have learned it.
+    if (answer_.atOwnPath) QThread::msleep(50);
+    auto signal = QDBusMessage::createTargetedSignal(
+        message.service(), path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
+    signal << answer_.code << answer_.results;
+    return connection.send(signal);
+  }
+
+  QDBusConnection connection_ =
+      QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("fake portal"));
+  Object object_;
+  QThread thread_;
+  std::mutex mutex_;
+  Answer answer_;
+};
