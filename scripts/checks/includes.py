@@ -27,7 +27,7 @@ SHARED_TOOL_FILES = (
     "tools/session_history/vibe_history_settings.h",
 )
 # What the backends of one family of systems share.
-SHARED_BACKENDS = ("platform/xdg/",)
+SHARED_BACKENDS = ("platform/xdg/", "platform/portal/")
 # Stands in for a system's own headers, so it has their include root.
 SYSTEM_DECLARATIONS = "platform/mac/check"
 WIDGETS = re.compile(

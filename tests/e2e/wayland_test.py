@@ -2,6 +2,7 @@
 """Vantle in a Wayland session: what `vantle doctor` prints binds its shortcuts, and its panels get the keyboard."""
 
 import argparse
+import json
 import os
 import re
 import subprocess
@@ -17,6 +18,10 @@ from driver.waiting import StepFailed, expect, until  # noqa: E402
 
 SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true, "hotkeys": {"feedback": {"keyCode": 96, "carbonModifiers": 256}}}'
 
+COMMANDS = json.dumps(
+    [{"id": "11111111-1111-4111-8111-111111111111", "title": "Echo", "command": "echo wayland", "pressReturn": False}]
+)
+
 
 class Test:
     def __init__(self, vantle, session):
@@ -26,6 +31,8 @@ class Test:
         data = session.folder / "home/.local/share/Vantle"
         data.mkdir(parents=True)
         (data / "settings.json").write_text(SETTINGS)
+        (data / "FrequentCLIs").mkdir()
+        (data / "FrequentCLIs/commands.json").write_text(COMMANDS)
         self.keyboard = VirtualKeyboard(os.environ["XDG_RUNTIME_DIR"], os.environ["WAYLAND_DISPLAY"])
 
     def run(self):
@@ -34,6 +41,7 @@ class Test:
         self.a_key_starts_vantle_and_shows_the_launcher()
         self.keys_go_to_the_panel_and_back_to_the_program()
         self.the_users_own_combination_is_bound()
+        self.what_cannot_be_typed_is_on_the_clipboard()
         self.summoning_is_quick()
 
     def command(self, *words):
@@ -85,6 +93,24 @@ class Test:
         self.look()
         self.keyboard.press("Escape")
         until("Feedback goes", lambda: not self.height("Feedback"), 5)
+
+    def what_cannot_be_typed_is_on_the_clipboard(self):
+        before = self.typed.read_text()
+        self.keyboard.press("Ctrl+Alt+Return")
+        until("Frequent CLIs is there", lambda: self.height("Frequent CLIs"), 5)
+        self.look()
+        self.keyboard.press("Return")
+        until("the command is on the clipboard", lambda: "echo wayland" in self.clipboard(), 5)
+        expect("nothing was typed", self.typed.read_text() == before)
+
+    @staticmethod
+    def clipboard():
+        """As X programs see it: the compositor shows it to native ones."""
+        command = ["xclip", "-selection", "clipboard", "-out"]
+        try:
+            return subprocess.run(command, capture_output=True, text=True, timeout=2).stdout
+        except subprocess.TimeoutExpired:
+            return ""
 
     def summoning_is_quick(self):
         times = []

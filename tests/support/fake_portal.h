@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <mutex>
 
 /// A desktop portal on the session bus, on a thread of its own, that plays what the test has written into `answer`.
@@ -29,8 +30,7 @@ class FakePortal {
     object_.moveToThread(&thread_);
     thread_.start();
     on([this] {
-      connection_.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), &object_,
-                                        QDBusConnection::SubPath);
+      connection_.registerVirtualObject(kObject, &object_, QDBusConnection::SubPath);
       connection_.registerService(kService);
     });
   }
@@ -38,14 +38,22 @@ class FakePortal {
     on([this] { connection_.unregisterService(kService); });
     thread_.quit();
     thread_.wait();
-    QDBusConnection::disconnectFromBus(QStringLiteral("fake portal"));
+    QDBusConnection::disconnectFromBus(connection_.name());
   }
   FakePortal(const FakePortal&) = delete;
   FakePortal& operator=(const FakePortal&) = delete;
 
-  void setAnswer(const Answer& answer) {
+  /// To every question, or to those of one name.
+  void setAnswer(const Answer& answer, const QString& question = {}) {
     const std::scoped_lock lock(mutex_);
-    answer_ = answer;
+    answers_[question] = answer;
+  }
+  /// The user presses what the portal has given.
+  void activate(const QString& session, const QString& shortcut) {
+    auto signal = QDBusMessage::createSignal(kObject, QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
+                                             QStringLiteral("Activated"));
+    signal << QVariant::fromValue(QDBusObjectPath(session)) << shortcut << qulonglong{1} << QVariantMap();
+    on([this, signal] { connection_.send(signal); });
   }
   /// Called with each question before it is answered, on the portal's thread.
   std::function<void(const QDBusMessage&)> asked;
@@ -57,6 +65,7 @@ class FakePortal {
 
  private:
   static inline const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
+  static inline const QString kObject = QStringLiteral("/org/freedesktop/portal/desktop");
 
   class Object final : public QDBusVirtualObject {
    public:
@@ -91,28 +100,34 @@ class FakePortal {
   }
 
   bool play(const QDBusMessage& message, QDBusConnection connection) {
-    if (answer_.kind == Answer::Kind::refuseTheCall)
+    const auto own = answers_.find(message.member());
+    const Answer answer = own == answers_.end() ? answers_[{}] : own->second;
+    if (answer.kind == Answer::Kind::refuseTheCall)
       return connection.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("not to you")));
-    if (answer_.kind == Answer::Kind::vanish) return connection.unregisterService(kService);
+    if (answer.kind == Answer::Kind::vanish) return connection.unregisterService(kService);
     const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().constLast());
-    const QString token =
-        answer_.atOwnPath ? QStringLiteral("own") : options[QStringLiteral("handle_token")].toString();
+    const QString token = answer.atOwnPath ? QStringLiteral("own") : options[QStringLiteral("handle_token")].toString();
     const QString sender = message.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
-    const QString path = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
+    const QString path = QStringLiteral("%1/request/%2/%3").arg(kObject, sender, token);
     connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
-    if (answer_.kind == Answer::Kind::stayQuiet) return true;
+    if (answer.kind == Answer::Kind::stayQuiet) return true;
     // Portals that choose the path answer after somebody could have learned it.
-    if (answer_.atOwnPath) QThread::msleep(50);
+    if (answer.atOwnPath) QThread::msleep(50);
     auto signal = QDBusMessage::createTargetedSignal(
         message.service(), path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
-    signal << answer_.code << answer_.results;
+    signal << answer.code << answer.results;
     return connection.send(signal);
   }
 
-  QDBusConnection connection_ =
-      QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("fake portal"));
+  /// Each has a connection of its own.
+  static QDBusConnection connect() {
+    static int count = 0;
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("fake portal %1").arg(++count));
+  }
+
+  QDBusConnection connection_ = connect();
   Object object_;
   QThread thread_;
   std::mutex mutex_;
-  Answer answer_;
+  std::map<QString, Answer> answers_;
 };

@@ -24,7 +24,7 @@ constexpr auto kGathering = 200ms;
 /// The user is asked about all of them, and may read first.
 constexpr auto kPatience = 10min;
 
-/// As the specification of shortcuts has it: "CTRL+ALT+u".
+/// As desktops write combinations to one another: "CTRL+ALT+u".
 QString triggerOf(std::uint32_t keyCode, std::uint32_t carbonModifiers) {
   const KeyCode* key = findKeyCode(keyCode);
   if (!key) return {};
@@ -45,10 +45,10 @@ QString pathIn(const QVariant& value) {
 
 PortalHotkeys::PortalHotkeys(QDBusConnection bus, std::shared_ptr<Portal> portal, std::unique_ptr<HotkeyBackend> inner)
     : bus_(std::move(bus)), portal_(std::move(portal)), inner_(std::move(inner)) {
+  // By its name too, which is how a slot's arguments are looked up.
+  qRegisterMetaType<QDBusObjectPath>();
   qDBusRegisterMetaType<PortalShortcut>();
   qDBusRegisterMetaType<PortalShortcuts>();
-  bus_.connect(portal_names::kService, portal_names::kObject, portal_names::kPrefix + kInterface, u"Activated"_s, this,
-               SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
 }
 
 PortalHotkeys::~PortalHotkeys() { closeSession(); }
@@ -104,6 +104,9 @@ void PortalHotkeys::bind() {
 }
 
 void PortalHotkeys::openSession() {
+  isListening_ = isListening_ ||
+                 bus_.connect(portal_names::kService, portal_names::kObject, portal_names::kPrefix + kInterface,
+                              u"Activated"_s, this, SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
   const QString token = u"vantle%1"_s.arg(QRandomGenerator::global()->generate64(), 0, 16);
   PortalCall call{kInterface, u"CreateSession"_s, {}, {{u"session_handle_token"_s, token}}};
   portal_->request(std::move(call), run_, [this](const auto& answer) {

@@ -63,6 +63,7 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
   std::map<QString, QString> bound_;
   std::map<QString, QString> triggers_;
   QString session_;
+  bool isListening_ = false;
   /// Gathers registrations; then the questions.
   Job run_;
 };

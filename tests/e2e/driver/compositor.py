@@ -11,7 +11,7 @@ from pathlib import Path
 
 from .waiting import StepFailed, until
 
-NEEDED = ["sway", "swaymsg", "Xwayland", "foot", "dbus-run-session"]
+NEEDED = ["sway", "swaymsg", "Xwayland", "foot", "dbus-run-session", "xwininfo", "xclip"]
 SKIPPED = 77
 # Sway does not run for root: inside, the same user has another number.
 AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]

@@ -29,6 +29,8 @@ class PortalTest : public QObject {
   void init() {
     folder_ = std::make_unique<QTemporaryDir>();
     file_ = folder_->filePath(u"shot.png"_s);
+    // Before the next one: the name is one program's.
+    fake_.reset();
     fake_ = std::make_unique<FakePortal>();
     portal_ = std::make_shared<Portal>(QDBusConnection::sessionBus());
     job_ = Job::start();

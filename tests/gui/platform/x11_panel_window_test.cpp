@@ -111,7 +111,7 @@ class X11PanelWindowTest : public QObject {
     QTRY_COMPARE(panel_->typed, QStringLiteral("q"));
     QCOMPARE(panel_->losses, 0);
     xcb_set_input_focus(user_.connection(), XCB_INPUT_FOCUS_POINTER_ROOT, terminal_.window(), XCB_CURRENT_TIME);
-    user_.sync();
+    xcb_flush(user_.connection());
     QTRY_COMPARE(panel_->losses, 1);
     panel_->dismiss();
     QTRY_COMPARE(user_.activeWindow(), terminal_.window());
