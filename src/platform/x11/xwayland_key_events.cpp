@@ -18,7 +18,8 @@ class XWaylandKeyEvents final : public KeyEvents {
 
  private:
   static std::expected<void, KeyEventError> refusal() {
-    return std::unexpected(KeyEventError{u"Under Wayland keys reach only programs that run through XWayland"_s});
+    return std::unexpected(KeyEventError{u"Under Wayland keys reach only programs that run through XWayland"_s,
+                                         KeyEventError::Kind::refused});
   }
 
   /// What is still to be delivered goes with it.
