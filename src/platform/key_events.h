@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <stop_token>
 #include <variant>
 #include <vector>
 
@@ -62,5 +63,7 @@ class KeyEvents {
   /// thread. Modifiers that the user holds do not reach the typed text and are as they were afterwards. A step that
   /// cannot be performed is skipped; the first such failure is what `done` gets. While another program keeps all keys
   /// to itself, as a password field or a locked screen does, the whole sequence is refused before anything is typed.
-  virtual void perform(KeySequence steps, Done done) = 0;
+  /// Once a stop is requested no further step is begun, which is a failure too.
+  virtual void perform(KeySequence steps, std::stop_token stop, Done done) = 0;
+  void perform(KeySequence steps, Done done) { perform(std::move(steps), {}, std::move(done)); }
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/job.h"
+#include "platform/key_target.h"
 
 /// What other programs put on the pasteboard, as far as anything here asks for it.
 enum class PasteboardFormat {
@@ -66,6 +67,12 @@ class Pasteboard {
   virtual void writeImage([[maybe_unused]] const QByteArray& png) {}
   /// Moves whenever any program puts something on it, also when that equals what was there.
   virtual std::int64_t changeCount() const { return 0; }
+  /// Whether what moved the count on to `change` certainly was that program, because of something that happened before
+  /// `touch` (nothing: at any time). Of the last few changes only; false where nobody can tell.
+  virtual bool isChangeBy([[maybe_unused]] KeyTarget program, [[maybe_unused]] std::int64_t change,
+                          [[maybe_unused]] std::optional<InputTime> touch) const {
+    return false;
+  }
   /// Answers, later, with its plain text; nothing when it has none.
   virtual void readText(const JobRef& job, ReadText answer) {
     job.later([answer = std::move(answer)] { answer(std::nullopt); });

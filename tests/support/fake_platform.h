@@ -54,13 +54,22 @@ class FakeHotkeys final : public HotkeyBackend {
 /// Records what would be typed; `performed` is what the program that it is typed into does.
 class FakeKeyEvents final : public KeyEvents {
  public:
-  void perform(KeySequence steps, Done done) override {
+  using KeyEvents::perform;
+  void perform(KeySequence steps, std::stop_token stop, Done done) override {
     sequences.push_back(std::move(steps));
+    stops.push_back(std::move(stop));
     if (performed) performed();
-    if (done) done(result);
+    if (isSlow)
+      waiting = std::move(done);
+    else if (done)
+      done(result);
   }
   std::vector<KeySequence> sequences;
+  std::vector<std::stop_token> stops;
   std::function<void()> performed;
+  /// Until somebody calls `waiting`.
+  bool isSlow = false;
+  Done waiting;
   std::expected<void, KeyEventError> result;
 };
 
@@ -112,6 +121,10 @@ class FakePasteboard final : public Pasteboard {
     copy({{{QStringLiteral("image"), png}}});
   }
   std::int64_t changeCount() const override { return changes; }
+  bool isChangeBy(KeyTarget program, std::int64_t change, std::optional<InputTime> touch) const override {
+    const auto known = copies.find(change);
+    return known != copies.end() && known->second.first == program && (!touch || known->second.second < *touch);
+  }
   void readText(const JobRef& job, ReadText answer) override {
     job.later([this, answer = std::move(answer)] { answer(text()); });
   }
@@ -137,6 +150,11 @@ class FakePasteboard final : public Pasteboard {
     contents = std::move(copied);
     ++changes;
   }
+  /// The same, of a program that has a name, because of something that happened at `time`.
+  void copy(PasteboardContents copied, KeyTarget program, InputTime time = {}) {
+    copy(std::move(copied));
+    copies[changes] = {program, time};
+  }
   /// Its plain text, the flavour "text".
   std::optional<QString> text() const {
     for (const PasteboardFlavour& flavour : contents.flavours)
@@ -151,12 +169,24 @@ class FakePasteboard final : public Pasteboard {
   PasteboardContents contents;
   std::vector<PasteboardContents> restored;
   std::int64_t changes = 0;
+  std::map<std::int64_t, std::pair<KeyTarget, InputTime>> copies;
 };
 
 class FakeKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return target; }
+  std::unique_ptr<InputWatch> watchInput() const override { return std::make_unique<Watch>(*this); }
+
   KeyTarget target = KeyTarget{7};
+  /// Of a key or a button, whenever it is looked for.
+  std::optional<InputTime> touch;
+
+ private:
+  struct Watch final : InputWatch {
+    explicit Watch(const FakeKeyTargets& owner) : touch(owner.touch) {}
+    std::optional<InputTime> firstTouch() override { return touch; }
+    const std::optional<InputTime>& touch;
+  };
 };
 
 /// Hands over `text`; `isTerminal` is where the copy shortcut means something else.

@@ -53,22 +53,28 @@ class MacKeyEvents final : public KeyEvents {
   MacKeyEvents() { worker_.setMaxThreadCount(1); }
   ~MacKeyEvents() override { ending_ = true; }
 
-  void perform(KeySequence steps, Done done) override {
+  void perform(KeySequence steps, std::stop_token stop, Done done) override {
     if (mac::isSecureInputOn()) return refuse(std::move(done));
     for (KeyStep& step : steps)
       if (auto* key = std::get_if<PressKey>(&step)) findKey(*key);
-    worker_.start([this, steps = std::move(steps), done = std::move(done)]() mutable {
+    worker_.start([this, steps = std::move(steps), stop = std::move(stop), done = std::move(done)]() mutable {
       KeyStepPerformer performer;
       for (const KeyStep& step : steps) {
         if (ending_) return;
+        if (stop.stop_requested()) break;
         performer.perform(step);
       }
       if (!done) return;
-      mac::onMainThread(scope_, [done = std::move(done), result = performer.result()] { done(result); });
+      const auto result = stop.stop_requested() ? stopped() : performer.result();
+      mac::onMainThread(scope_, [done = std::move(done), result] { done(result); });
     });
   }
 
  private:
+  static std::expected<void, KeyEventError> stopped() {
+    return std::unexpected(KeyEventError{u"Typing was stopped"_s});
+  }
+
   void refuse(Done done) {
     if (!done) return;
     const KeyEventError error{

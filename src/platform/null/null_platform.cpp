@@ -15,7 +15,7 @@ class NullHotkeys final : public HotkeyBackend {
 
 class NullKeyEvents final : public KeyEvents {
  public:
-  void perform(KeySequence, Done done) override {
+  void perform(KeySequence, std::stop_token, Done done) override {
     done(std::unexpected(KeyEventError{QStringLiteral("Typing needs a display"), KeyEventError::Kind::refused}));
   }
 };

@@ -37,9 +37,18 @@ std::int64_t ClipboardWatch::count() {
   return count_;
 }
 
+std::optional<ClipboardWatch::Change> ClipboardWatch::change(std::int64_t number) const {
+  const Change& known = last_[static_cast<std::size_t>(number) % last_.size()];
+  return number > 0 && known.number == number ? std::optional(known) : std::nullopt;
+}
+
 void ClipboardWatch::take() {
-  while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())})
-    count_ += (event->response_type & 0x7f) == firstEvent_ + XCB_XFIXES_SELECTION_NOTIFY ? 1 : 0;
+  while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    if ((event->response_type & 0x7f) != firstEvent_ + XCB_XFIXES_SELECTION_NOTIFY) continue;
+    const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(*event);
+    ++count_;
+    last_[static_cast<std::size_t>(count_) % last_.size()] = {count_, change.owner, change.selection_timestamp};
+  }
   // A server that is gone would call again and again.
   if (xcb_connection_has_error(connection_.get())) arrived_->setEnabled(false);
 }

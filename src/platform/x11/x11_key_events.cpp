@@ -24,10 +24,10 @@ class X11KeyEvents final : public KeyEvents {
     worker_.join();
   }
 
-  void perform(KeySequence steps, Done done) override {
+  void perform(KeySequence steps, std::stop_token stop, Done done) override {
     {
       const std::scoped_lock lock(mutex_);
-      queue_.push_back({std::move(steps), std::move(done)});
+      queue_.push_back({std::move(steps), std::move(stop), std::move(done)});
     }
     wake_.notify_all();
   }
@@ -35,6 +35,7 @@ class X11KeyEvents final : public KeyEvents {
  private:
   struct Request {
     KeySequence steps;
+    std::stop_token stop;
     Done done;
   };
 
@@ -42,9 +43,17 @@ class X11KeyEvents final : public KeyEvents {
     std::unique_ptr<X11Typist> typist = X11Typist::open();
     while (auto request = next(typist.get(), stop)) {
       if (!typist || typist->isBroken()) typist = X11Typist::open();
-      deliver(std::move(request->done), typist ? typist->perform(request->steps, stop) : unavailable());
+      deliver(std::move(request->done), typist ? perform(*typist, *request, stop) : unavailable());
     }
     if (typist) typist->finish();
+  }
+
+  /// Until the request is stopped, or all of them are.
+  static X11Typist::Result perform(X11Typist& typist, const Request& request, const std::stop_token& stop) {
+    std::stop_source either;
+    const std::stop_callback all(stop, [&either] { either.request_stop(); });
+    const std::stop_callback one(request.stop, [&either] { either.request_stop(); });
+    return typist.perform(request.steps, either.get_token());
   }
 
   /// The next request; gives borrowed keys back meanwhile when it is time. Empty at the end.

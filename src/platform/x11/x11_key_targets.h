@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/key_target.h"
+#include "platform/x11/x11_input_watch.h"
 #include "platform/x11/x11_session.h"
 
 /// The window that the window manager calls active, as long as the keyboard's focus is in it. Main thread only.
@@ -13,6 +14,7 @@ class X11KeyTargets final : public KeyTargets {
   X11KeyTargets(const X11Session& session, std::function<bool()> isPanelTyping);
 
   KeyTarget current() const override;
+  std::unique_ptr<InputWatch> watchInput() const override { return X11InputWatch::open(); }
 
  private:
   std::vector<xcb_window_t> focusedWindows() const;

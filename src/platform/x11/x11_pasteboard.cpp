@@ -2,6 +2,8 @@
 
 #include "base/background.h"
 #include "platform/x11/clipboard_reader.h"
+#include "platform/x11/window_client.h"
+#include "platform/x11/x11_key_targets.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -40,6 +42,13 @@ void X11Pasteboard::offer(PasteboardContents contents) {
 std::int64_t X11Pasteboard::changeCount() const {
   if (!watch_) watch_ = std::make_unique<ClipboardWatch>();
   return watch_->count();
+}
+
+bool X11Pasteboard::isChangeBy(KeyTarget program, std::int64_t change, std::optional<InputTime> touch) const {
+  const auto known = watch_ ? watch_->change(change) : std::nullopt;
+  if (!known || !isSameClient(currentX11Session(), known->owner, windowOf(program))) return false;
+  // The server's clock runs over.
+  return !touch || static_cast<std::int32_t>(known->time - static_cast<xcb_timestamp_t>(*touch)) < 0;
 }
 
 void X11Pasteboard::readText(const JobRef& job, ReadText answer) {

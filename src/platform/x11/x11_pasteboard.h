@@ -17,6 +17,7 @@ class X11Pasteboard final : public Pasteboard {
   void writeText(const QString& text) override;
   void writeImage(const QByteArray& png) override;
   std::int64_t changeCount() const override;
+  bool isChangeBy(KeyTarget program, std::int64_t change, std::optional<InputTime> touch) const override;
   void readText(const JobRef& job, ReadText answer) override;
   void keep(const JobRef& job, Kept answer) override;
   void restore(const PasteboardContents& contents) override;

@@ -24,6 +24,8 @@ X11Typist::Result refused(const QString& reason) {
   return std::unexpected(KeyEventError{reason, KeyEventError::Kind::refused});
 }
 
+X11Typist::Result stopped() { return std::unexpected(KeyEventError{u"Typing was stopped"_s}); }
+
 bool isChord(const KeyStep& step) {
   const auto* key = std::get_if<PressKey>(&step);
   return key != nullptr && key->carbonModifiers != 0;
@@ -41,6 +43,7 @@ X11Typist::X11Typist(std::unique_ptr<XTestKeyboard> keyboard)
     : keyboard_(std::move(keyboard)), modifiers_(*keyboard_), lender_(*keyboard_) {}
 
 X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::stop_token& stop) {
+  if (stop.stop_requested()) return stopped();
   map_ = KeyboardMap::read(keyboard_->connection(), lender_.lent());
   if (!map_) return refused(u"The keyboard's map could not be read"_s);
   lender_.prepare(*map_);
@@ -56,7 +59,7 @@ X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::sto
   if (!free) return refused(u"A modifier key stayed held down"_s);
   if (!heard)
     return refused(u"Another program keeps the keyboard to itself, as a locked screen or an open menu does"_s);
-  if (stop.stop_requested()) return std::unexpected(KeyEventError{u"Typing was stopped"_s});
+  if (stop.stop_requested()) return stopped();
   if (skipped_ > 0) return std::unexpected(KeyEventError{u"%1 characters could not be typed"_s.arg(skipped_)});
   return {};
 }

@@ -20,22 +20,22 @@ KeyEventError notPermitted() { return {u"The system does not let Vantle type"_s,
 
 }  // namespace
 
-void KeystrokeSender::send(const QString& text, bool pressReturn, KeyEvents::Done done) {
-  perform(sequence(text, pressReturn), std::move(done));
+void KeystrokeSender::send(const QString& text, bool pressReturn, KeyEvents::Done done, std::stop_token stop) {
+  perform(sequence(text, pressReturn), std::move(stop), std::move(done));
 }
 
 void KeystrokeSender::sendCommandKey(std::uint32_t keyCode, KeyEvents::Done done) {
-  perform({PressKey{keyCode, kCommandMask}}, std::move(done));
+  perform({PressKey{keyCode, kCommandMask}}, {}, std::move(done));
 }
 
-void KeystrokeSender::perform(KeySequence steps, KeyEvents::Done done) {
+void KeystrokeSender::perform(KeySequence steps, std::stop_token stop, KeyEvents::Done done) {
   const auto report = [done = std::move(done)](const std::expected<void, KeyEventError>& result) {
     if (!result) qCWarning(lcTyping).noquote() << result.error().description();
     if (done) done(result);
   };
   if (!mayType()) return report(std::unexpected(notPermitted()));
   if (steps.empty()) return report({});
-  events_.perform(std::move(steps), report);
+  events_.perform(std::move(steps), std::move(stop), report);
 }
 
 KeySequence KeystrokeSender::sequence(const QString& text, bool pressReturn) {

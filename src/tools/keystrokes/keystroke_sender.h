@@ -17,8 +17,9 @@ class KeystrokeSender {
   KeystrokeSender(KeyEvents& events, Permissions& permissions) : events_(events), permissions_(permissions) {}
 
   /// Types `text`, then Return if asked. Without permission nothing is typed and the system's prompt is requested.
-  /// `done` is called once all is typed, or with what went wrong; that may be before this returns.
-  void send(const QString& text, bool pressReturn, KeyEvents::Done done = {});
+  /// `done` is called once all is typed, or with what went wrong; that may be before this returns. A requested stop
+  /// ends the typing between two chunks.
+  void send(const QString& text, bool pressReturn, KeyEvents::Done done = {}, std::stop_token stop = {});
   /// Posts one key press with only Command held (Ctrl on Linux), once the user's own hands have left the keyboard.
   void sendCommandKey(std::uint32_t keyCode, KeyEvents::Done done = {});
 
@@ -27,7 +28,7 @@ class KeystrokeSender {
 
  private:
   bool mayType();
-  void perform(KeySequence steps, KeyEvents::Done done);
+  void perform(KeySequence steps, std::stop_token stop, KeyEvents::Done done);
 
   KeyEvents& events_;
   Permissions& permissions_;

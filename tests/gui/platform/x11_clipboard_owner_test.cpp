@@ -4,7 +4,9 @@
 #include <QTest>
 
 #include "platform/x11/clipboard_reader.h"
+#include "platform/x11/x11_input_watch.h"
 #include "platform/x11/x11_pasteboard.h"
+#include "platform/x11/x11_session.h"
 #include "support/x_client.h"
 
 using namespace Qt::StringLiterals;
@@ -53,6 +55,48 @@ class X11ClipboardOwnerTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void itIsKnownWhoCopiedAndWhen() {
+    const X11Session session = currentX11Session();
+    X11Pasteboard pasteboard;
+    std::int64_t count = pasteboard.changeCount();
+    XClient client;
+    client.openWindow(0, 0, 50, 50);
+    const auto program = static_cast<KeyTarget>(client.window());
+    client.own("CLIPBOARD");
+    QCOMPARE(pasteboard.changeCount(), ++count);
+    QVERIFY(pasteboard.isChangeBy(program, count, {}));
+    QVERIFY(!pasteboard.isChangeBy(static_cast<KeyTarget>(session.root), count, {}));
+    QVERIFY(!pasteboard.isChangeBy(program, count + 1, {}));
+
+    const auto watch = X11InputWatch::open();
+    QVERIFY(watch && !watch->firstTouch());
+    // Whoever has the keyboard.
+    QVERIFY(client.takeWholeKeyboard());
+    client.tap(client.keyCode('a'));
+    client.giveWholeKeyboard();
+    const auto touch = watch->firstTouch();
+    QVERIFY(touch);
+    client.own("CLIPBOARD");
+    client.click(400, 400);
+    QCOMPARE(watch->firstTouch(), touch);
+    QCOMPARE(pasteboard.changeCount(), ++count);
+    // Copied before, and perhaps because of it.
+    QVERIFY(pasteboard.isChangeBy(program, count - 1, touch));
+    QVERIFY(!pasteboard.isChangeBy(program, count, touch));
+    for (int time = 0; time < 10; ++time) client.own("CLIPBOARD");
+    QCOMPARE(pasteboard.changeCount(), count + 10);
+    QVERIFY(!pasteboard.isChangeBy(program, count, {}));
+  }
+
+  void aButtonIsATouchToo() {
+    const auto watch = X11InputWatch::open();
+    XClient client;
+    client.moveTo(300, 300);
+    QVERIFY(!watch->firstTouch());
+    client.click(400, 400);
+    QVERIFY(watch->firstTouch());
+  }
+
   void everyKindComesBackByteForByte() {
     X11Pasteboard pasteboard;
     pasteboard.restore(allKinds());

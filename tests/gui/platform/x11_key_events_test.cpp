@@ -107,6 +107,23 @@ class X11KeyEventsTest : public QObject {
     QVERIFY(!done);
   }
 
+  void aStopEndsOneSequenceOnly() {
+    std::stop_source stop;
+    std::optional<bool> succeeded;
+    const auto end = [&](const auto& result) { succeeded = result.has_value(); };
+    events_->perform(KeystrokeSender::sequence(u"x"_s.repeated(1 << 20), false), stop.get_token(), end);
+    events_->perform(KeystrokeSender::sequence(u"never"_s, false), stop.get_token(), {});
+    events_->perform(KeystrokeSender::sequence(u"next"_s, false), {});
+    QTRY_VERIFY(!text_->toPlainText().isEmpty());
+    QElapsedTimer timer;
+    timer.start();
+    stop.request_stop();
+    QTRY_VERIFY_WITH_TIMEOUT(succeeded, 1000);
+    QVERIFY2(timer.elapsed() < 100, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(!*succeeded);
+    QTRY_VERIFY(text_->toPlainText().endsWith(u"xnext"_s));
+  }
+
   void withoutADisplayItSaysSo() {
     const QByteArray display = qgetenv("DISPLAY");
     qputenv("DISPLAY", ":987");

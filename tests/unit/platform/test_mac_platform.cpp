@@ -119,6 +119,23 @@ class MacPlatformTest : public QObject {
     QTRY_COMPARE(told, (std::vector{false, true}));
   }
 
+  void aStopEndsOneSequenceOnly() {
+    std::stop_source stop;
+    QString failure;
+    KeySequence hour;
+    for (int step = 0; step < 360'000; ++step) hour.insert(hour.end(), {TypeText{u"x"_s}, Pause{10ms}});
+    platform_->keyEvents->perform(hour, stop.get_token(), [&](auto result) {
+      if (!result) failure = result.error().description();
+    });
+    QTRY_VERIFY(!fake->posted().isEmpty());
+    stop.request_stop();
+    bool done = false;
+    platform_->keyEvents->perform({TypeText{u"c"_s}}, [&](auto result) { done = result.has_value(); });
+    QTRY_VERIFY(done);
+    QCOMPARE(failure, u"Typing was stopped"_s);
+    QCOMPARE(fake->posted().back(), u"c"_s);
+  }
+
   void typingEndsWithTheProgram() {
     bool done = false;
     KeySequence hour;
