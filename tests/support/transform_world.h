@@ -13,7 +13,9 @@ struct TransformWorld : ServiceWorld {
       : real(folders, client ? *client : http, vault, builtIn, clock), transforms(real) {}
 
   /// Something is selected, and copying it has displaced what the clipboard held.
-  void select(const QString& text) { reader.selection = {text, earlier, KeyTarget{7}}; }
+  void select(const QString& text) {
+    reader.selection = {text, std::make_shared<const PasteboardContents>(earlier), KeyTarget{7}};
+  }
   void useReplace() {
     settings.update([](AITextTransformSettings& values) { values.output = TransformOutput::replace; });
   }

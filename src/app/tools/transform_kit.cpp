@@ -18,10 +18,11 @@ ChoicePickerView::Texts pickerTexts() {
 
 TransformKit::TransformKit(AppContext& context, KeystrokeSender& keystrokes)
     : context_(context),
-      reader_({*context.platform.keyTargets, *context.platform.selectedText, *context.platform.pasteboard, keystrokes,
-               context.clock}),
-      replacer_({*context.platform.keyTargets, *context.platform.selectedText, *context.platform.pasteboard, keystrokes,
-                 context.clock}),
+      displaced_({*context.platform.pasteboard, context.clock}),
+      reader_({*context.platform.keyTargets, *context.platform.selectedText, *context.platform.pasteboard, displaced_,
+               keystrokes, context.clock}),
+      replacer_({*context.platform.keyTargets, *context.platform.selectedText, *context.platform.pasteboard, displaced_,
+                 keystrokes, context.clock}),
       settings_(context.folders.file(u"AITextTransform/settings.json"_s)),
       client_(context.services),
       picker_(context.launcher,

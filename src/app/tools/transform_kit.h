@@ -20,6 +20,7 @@ class TransformKit final : public ToolKit {
 
  private:
   AppContext& context_;
+  DisplacedClipboard displaced_;
   CopyingSelectionReader reader_;
   TypingSelectionReplacer replacer_;
   AITextTransformStore settings_;

@@ -56,10 +56,10 @@ X11Typist::Result X11Typist::perform(const KeySequence& sequence, const std::sto
   lender_.finish();
   modifiers_.giveBack(*map_);
   if (isBroken()) return std::unexpected(KeyEventError{u"The connection to the display was lost"_s});
+  if (stop.stop_requested()) return stopped();
   if (!free) return refused(u"A modifier key stayed held down"_s);
   if (!heard)
     return refused(u"Another program keeps the keyboard to itself, as a locked screen or an open menu does"_s);
-  if (stop.stop_requested()) return stopped();
   if (skipped_ > 0) return std::unexpected(KeyEventError{u"%1 characters could not be typed"_s.arg(skipped_)});
   return {};
 }

@@ -11,8 +11,9 @@ class XWaylandKeyEvents final : public KeyEvents {
   XWaylandKeyEvents(std::unique_ptr<KeyEvents> keyEvents, const KeyTargets& targets)
       : keyEvents_(std::move(keyEvents)), targets_(targets) {}
 
-  void perform(KeySequence steps, Done done) override {
-    if (targets_.current() != KeyTarget::none) return keyEvents_->perform(std::move(steps), std::move(done));
+  void perform(KeySequence steps, std::stop_token stop, Done done) override {
+    if (targets_.current() != KeyTarget::none)
+      return keyEvents_->perform(std::move(steps), std::move(stop), std::move(done));
     if (done) QMetaObject::invokeMethod(&context_, [done = std::move(done)] { done(refusal()); }, Qt::QueuedConnection);
   }
 

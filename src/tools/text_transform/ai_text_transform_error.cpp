@@ -2,10 +2,6 @@
 
 using namespace Qt::StringLiterals;
 
-AITextTransformError AITextTransformError::badStatus(int status, const QByteArray& body) {
-  return of(httpFailure(u"Transform failed"_s, {status, {}, body}));
-}
-
 AITextTransformError AITextTransformError::noText(const QByteArray& body) {
   return of(u"No text in response: "_s + beginning(body));
 }

@@ -8,11 +8,9 @@
 class AITextTransformError : public ToldError<AITextTransformError> {
  public:
   using ToldError::of;
-  /// No allowance left, or no answer.
+  /// No allowance left, a status that is no success, or no answer.
   static AITextTransformError of(const MeteredFailure& failure) { return of(::description(failure)); }
   static AITextTransformError of(const ServiceError& error) { return of(error.description()); }
-  /// The service answered with a status that is no success.
-  static AITextTransformError badStatus(int status, const QByteArray& body);
   /// It answered, but there is no text in its answer.
   static AITextTransformError noText(const QByteArray& body);
 

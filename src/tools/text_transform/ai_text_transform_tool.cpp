@@ -32,8 +32,8 @@ AITextTransformTool::AITextTransformTool(Services services, SettingsViewFactory 
 
 void AITextTransformTool::activate() {
   const bool startedFromLauncher = services_.launcher.takeStartedFromLauncher();
-  // Text that is being typed, or a panel that asks, is not to be disturbed by a second copy.
-  if (stage_ != Stage::idle && stage_ != Stage::requesting) return;
+  // One start is enough, and a panel that asks is not to be disturbed by a second copy.
+  if (stage_ == Stage::reading || stage_ == Stage::asking || stage_ == Stage::ended) return;
   if (!services_.permissions.isAccessibilityTrusted()) return showNoPermission();
   cancel();
   services_.picker.setReturnsToLauncher(startedFromLauncher);
@@ -77,15 +77,15 @@ void AITextTransformTool::transform(TextTransformMode mode, const std::optional<
 }
 
 void AITextTransformTool::cancel() {
-  if (stage_ != Stage::requesting) return;
+  if (stage_ != Stage::requesting && stage_ != Stage::placing) return;
   giveUp();
   services_.toasts.dismiss(true);
 }
 
 void AITextTransformTool::abandon() {
   job_.cancel();
-  const Stage left = std::exchange(stage_, Stage::placing);
-  if (left == Stage::asking || left == Stage::requesting) services_.replacer.restore(selection_);
+  stage_ = Stage::ended;
+  services_.replacer.restore(selection_);
 }
 
 Selection AITextTransformTool::end() {

@@ -15,8 +15,8 @@
 inline constexpr QLatin1StringView kAITextTransformID{"ai-text-transform"};
 
 /// Rewrites what is selected in any application, by typing over it or on the clipboard. One transform at a time: a new
-/// start ends a request that is under way. However a transform ends without a result, the clipboard then holds what it
-/// held before.
+/// start ends a request that is under way, or the typing of its result. However a transform ends without a result, the
+/// clipboard then holds what it held before.
 class AITextTransformTool final : public Tool {
  public:
   struct Services {
@@ -39,13 +39,13 @@ class AITextTransformTool final : public Tool {
   AITextTransformTool(Services services, SettingsViewFactory settingsView);
 
   void activate() override;
-  /// Ends the request under way, if there is one, with the clipboard as it was before.
+  /// Ends the request or the typing under way, if there is any, with the clipboard as it was before.
   void cancel();
   /// The program ends: puts the clipboard right, whatever is under way. Nothing happens afterwards.
   void abandon();
 
  private:
-  enum class Stage { idle, reading, asking, requesting, placing };
+  enum class Stage { idle, reading, asking, requesting, placing, ended };
 
   void take(const Selection& selection);
   void chosen(std::optional<TextTransformMode> mode);

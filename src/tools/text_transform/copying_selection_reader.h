@@ -3,7 +3,7 @@
 #include <deque>
 #include <memory>
 
-#include "tools/text_transform/selection.h"
+#include "tools/text_transform/displaced_clipboard.h"
 
 class Clock;
 class KeystrokeSender;
@@ -17,11 +17,16 @@ class CopyingSelectionReader final : public SelectionReader {
     KeyTargets& targets;
     SelectedText& selectedText;
     Pasteboard& pasteboard;
+    DisplacedClipboard& displaced;
     KeystrokeSender& keys;
     Clock& clock;
   };
 
   explicit CopyingSelectionReader(const Services& services) : services_(services) {}
+  /// A copy of a reading that is under way is undone.
+  ~CopyingSelectionReader() override;
+  CopyingSelectionReader(const CopyingSelectionReader&) = delete;
+  CopyingSelectionReader& operator=(const CopyingSelectionReader&) = delete;
 
   /// When the job ends in the middle of it, a copy that comes after all is undone.
   void readSelectedText(const JobRef& job, Answer answer) override;
@@ -31,17 +36,20 @@ class CopyingSelectionReader final : public SelectionReader {
     JobRef job;
     Answer answer;
     Selection selection;
-    PasteboardContents earlier;
-    std::int64_t count = 0;
+    DisplacedClipboard::Before before;
+    /// Since the copy was asked for.
+    std::unique_ptr<InputWatch> input;
     int looks = 0;
   };
 
   void startNext();
   void takeHandedOver(std::optional<QString> text);
-  void copy(PasteboardContents earlier);
+  void copy(const DisplacedClipboard::Before& before);
+  void waitForCopy(const std::expected<void, KeyEventError>& pressed);
   void lookAgain();
   void look();
   void takeCopy();
+  void missCopy();
   void finish();
 
   Services services_;

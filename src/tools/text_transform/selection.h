@@ -2,18 +2,22 @@
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 #include "platform/key_events.h"
 #include "platform/key_target.h"
 #include "platform/pasteboard.h"
 
+/// All that the clipboard held before a copy took its place; what each copy has displaced is another object.
+using EarlierClipboard = std::shared_ptr<const PasteboardContents>;
+
 /// What the user has selected in whatever application is in front, and what has to be put right afterwards.
 struct Selection {
   /// As it was copied; absent when nothing was copied in time, or nothing that has a text.
   std::optional<QString> text;
-  /// What the clipboard held before the copy took its place; absent when the clipboard was not touched.
-  std::optional<PasteboardContents> previousClipboard;
+  /// Null when the clipboard was not touched.
+  EarlierClipboard previousClipboard;
   /// Where it was selected.
   KeyTarget owner = KeyTarget::none;
   /// The pasteboard's change count with the copy on it.

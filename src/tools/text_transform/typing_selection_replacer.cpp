@@ -10,11 +10,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Until the window behind our panel has the keyboard again.
-constexpr auto kSettle = 140ms;
+/// How often is looked whether the result is still wanted, and where keys go.
+constexpr auto kBetweenLooks = 20ms;
+/// Until the window behind our panel has the keyboard again: 140 ms.
+constexpr int kSettle = 7;
 /// A panel that is slow to go, or a window that is slow to come back, is waited for half a second more.
-constexpr auto kBetweenTries = 20ms;
-constexpr int kMostTries = 25;
+constexpr int kMostLooks = kSettle + 25;
 /// Programs look at the last keys a little later.
 constexpr auto kBeforeRestore = 120ms;
 
@@ -32,16 +33,21 @@ QString withoutReturnAtEnd(const QString& result, const Selection& selection) {
 
 void TypingSelectionReplacer::replace(const Selection& selection, const QString& result, const JobRef& job, Done done) {
   const auto place = replacements_.insert(replacements_.end(), {selection, result, job, std::move(done), Job::start()});
-  services_.clock.after(kSettle, place->run, [this, place] { tryToType(place); });
+  lookLater(place);
 }
 
-void TypingSelectionReplacer::tryToType(Place place) {
+void TypingSelectionReplacer::lookLater(Place place) {
+  services_.clock.after(kBetweenLooks, place->run, [this, place] { look(place); });
+}
+
+void TypingSelectionReplacer::look(Place place) {
   const KeyTarget owner = place->selection.owner;
   if (!place->job.isRunning()) return giveUp(place);
+  if (++place->looks < kSettle) return lookLater(place);
   if (owner == KeyTarget::none || wouldRunLines(*place)) return copy(place);
   if (services_.targets.current() == owner) return type(place);
-  if (++place->tries > kMostTries) return copy(place);
-  services_.clock.after(kBetweenTries, place->run, [this, place] { tryToType(place); });
+  if (place->looks == kMostLooks) return copy(place);
+  lookLater(place);
 }
 
 /// A terminal takes each line as a command.
@@ -60,7 +66,8 @@ void TypingSelectionReplacer::type(Place place) {
       finish(place, Outcome::typed);
     });
   };
-  services_.keys.send(withoutReturnAtEnd(place->result, place->selection), false, place->run.bind(typed));
+  services_.keys.send(withoutReturnAtEnd(place->result, place->selection), false, place->run.bind(typed),
+                      place->job.stopToken());
 }
 
 void TypingSelectionReplacer::copy(Place place) {
@@ -77,16 +84,4 @@ void TypingSelectionReplacer::finish(Place place, std::expected<Outcome, KeyEven
   const Replacement replacement = std::move(*place);
   replacements_.erase(place);
   if (replacement.job.isRunning()) replacement.done(std::move(outcome));
-}
-
-void TypingSelectionReplacer::restore(const Selection& selection) {
-  if (!selection.previousClipboard) return;
-  if (services_.pasteboard.changeCount() == selection.copyCount)
-    return services_.pasteboard.restore(*selection.previousClipboard);
-  // Clipboard managers take over what others copy, and it is still the copy; anything else is the user's.
-  // One that is still looked into goes on beside this one.
-  if (!restoring_.isRunning()) restoring_ = Job::start();
-  services_.pasteboard.readText(restoring_, [this, selection](const std::optional<QString>& text) {
-    if (text == selection.text) services_.pasteboard.restore(*selection.previousClipboard);
-  });
 }

@@ -2,7 +2,7 @@
 
 #include <list>
 
-#include "tools/text_transform/selection.h"
+#include "tools/text_transform/displaced_clipboard.h"
 
 class Clock;
 class KeystrokeSender;
@@ -15,15 +15,16 @@ class TypingSelectionReplacer final : public SelectionReplacer {
     KeyTargets& targets;
     SelectedText& selectedText;
     Pasteboard& pasteboard;
+    DisplacedClipboard& displaced;
     KeystrokeSender& keys;
     Clock& clock;
   };
 
   explicit TypingSelectionReplacer(const Services& services) : services_(services) {}
 
-  /// When the job ends before anything is typed, nothing is; the earlier clipboard comes back all the same.
+  /// When the job ends, typing stops, and the earlier clipboard comes back.
   void replace(const Selection& selection, const QString& result, const JobRef& job, Done done) override;
-  void restore(const Selection& selection) override;
+  void restore(const Selection& selection) override { services_.displaced.restore(selection); }
 
  private:
   struct Replacement {
@@ -32,11 +33,12 @@ class TypingSelectionReplacer final : public SelectionReplacer {
     JobRef job;
     Done done;
     Job run;
-    int tries = 0;
+    int looks = 0;
   };
   using Place = std::list<Replacement>::iterator;
 
-  void tryToType(Place place);
+  void lookLater(Place place);
+  void look(Place place);
   bool wouldRunLines(const Replacement& replacement) const;
   void type(Place place);
   void copy(Place place);
@@ -45,5 +47,4 @@ class TypingSelectionReplacer final : public SelectionReplacer {
 
   Services services_;
   std::list<Replacement> replacements_;
-  Job restoring_;
 };

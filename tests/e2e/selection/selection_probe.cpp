@@ -52,7 +52,7 @@ class Probe {
     reader_.readSelectedText(job_, [this, start](const Selection& selection) {
       selection_ = selection;
       const std::chrono::duration<double, std::milli> taken = clock_.monotonic() - start;
-      QJsonObject answer{{u"displaced"_s, selection.previousClipboard.has_value()}, {u"milliseconds"_s, taken.count()}};
+      QJsonObject answer{{u"displaced"_s, selection.previousClipboard != nullptr}, {u"milliseconds"_s, taken.count()}};
       if (selection.text) answer[u"text"_s] = *selection.text;
       tell(answer);
     });
@@ -78,10 +78,11 @@ class Probe {
   Platform platform_ = makePlatform();
   SystemClock clock_;
   KeystrokeSender keys_{*platform_.keyEvents, *platform_.permissions};
+  DisplacedClipboard displaced_{{*platform_.pasteboard, clock_}};
   CopyingSelectionReader reader_{
-      {*platform_.keyTargets, *platform_.selectedText, *platform_.pasteboard, keys_, clock_}};
+      {*platform_.keyTargets, *platform_.selectedText, *platform_.pasteboard, displaced_, keys_, clock_}};
   TypingSelectionReplacer replacer_{
-      {*platform_.keyTargets, *platform_.selectedText, *platform_.pasteboard, keys_, clock_}};
+      {*platform_.keyTargets, *platform_.selectedText, *platform_.pasteboard, displaced_, keys_, clock_}};
   Job job_;
   Selection selection_;
 };

@@ -7,6 +7,7 @@
 import argparse
 import json
 import os
+import signal
 import subprocess
 import sys
 import tempfile
@@ -25,6 +26,8 @@ import programs  # noqa: E402
 
 # Long enough for a busy machine.
 RESTORE_S = 3
+# For a program that goes on where it was stopped.
+LATE_S = 0.5
 WORDS = "Ein Text, der gemeint ist: naïve façade — “so” 🚀 fin."
 
 
@@ -140,6 +143,7 @@ def nothing_selected(world):
 def gtk_editor(world):
     program = whole_loop(world, selecting.GtkEditor)
     shortcut(world)
+    late_copy(world, program)
     another_window(world, program)
     return many_rounds(world)
 
@@ -162,6 +166,25 @@ def shortcut(world):
         world.probe.order("restore")
         world.expect_earlier()
     expect("nothing is held down", not world.desktop.held_keys())
+
+
+def late_copy(world, program):
+    """A program that is busy copies after nobody waits any more: that is undone, and the user's own copy is not."""
+    select_all(world, "y")
+    world.probe.order("restore")
+    world.expect_earlier()
+    for pressed in (None, "Shift_L", "Ctrl+c"):
+        program.process.send_signal(signal.SIGSTOP)
+        answer = world.probe.read()
+        expect(f"nothing is read: {answer}", "text" not in answer and not answer["displaced"])
+        if pressed:
+            world.desktop.press(pressed)
+        program.process.send_signal(signal.SIGCONT)
+        time.sleep(LATE_S)
+        if pressed != "Ctrl+c":
+            world.expect_earlier()
+    expect("the user's copy stays", world.reader.everything()["UTF8_STRING"][2] == b"y")
+    world.copy_earlier()
 
 
 def another_window(world, program):

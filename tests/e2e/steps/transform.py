@@ -1,9 +1,10 @@
 """AI Text Transform over programs of other people: the rewrite stands in place of the selection, the clipboard is back."""
 
+import time
 from contextlib import contextmanager
 
 from driver import flavours, selecting
-from driver.waiting import expect, until
+from driver.waiting import expect, stays, until
 from steps.launcher import Skipped, open_launcher
 from steps.transform_settings import PICKER, SHORTCUT, transforming
 
@@ -45,6 +46,24 @@ def rewrites_in_a_terminal(world):
             world.see("Selection transformed")
             world.picture("replaced")
             clipboard.expect_back()
+            stops_typing(world, clipboard, terminal)
+
+
+def stops_typing(world, clipboard, terminal):
+    """A click on the toast, in the middle of a result that is long."""
+    clipboard.provider.answer = "word " * 20000
+    before = len(terminal.noticed())
+    choose(world)
+    until("it is being typed", lambda: len(terminal.noticed()) > before, 10, 0.02)
+    toast = world.toast()
+    # The card is at the top of its window.
+    world.desktop.click(toast.x + toast.width // 2, toast.y + 45)
+    until("the toast is gone", lambda: not world.toast(), 2)
+    time.sleep(0.3)
+    typed = len(terminal.noticed())
+    expect(f"only a part is typed: {typed - before}", typed - before < 90000)
+    stays("nothing more is typed", lambda: len(terminal.noticed()) == typed, 0.5)
+    clipboard.expect_back()
 
 
 def rewrites_in_a_browser(world):

@@ -122,7 +122,6 @@ class TestTextTransformClient : public QObject {
     QFETCH(const QString, text);
     Stage stage(bytes);
     QCOMPARE(stage.transform({u"a"_s, Mode::improve}), text);
-    QCOMPARE(AITextTransformError::badStatus(418, "tea").description(), u"Transform failed (HTTP 418) tea"_s);
   }
 
   void theCountersAreTakenFromARefusalToo() {
@@ -131,6 +130,15 @@ class TestTextTransformClient : public QObject {
     const auto& metrics = stage.world.real.quota.metrics();
     QVERIFY(metrics.contains(u"text"_s));
     QCOMPARE(metrics.at(u"text"_s), (MetricUsage{20, 20}));
+  }
+
+  void aServiceThatDoesNotListenIsTold() {
+    Stage stage({});
+    {
+      const StrictServer gone;
+      stage.world.builtIn.place = ServiceLocation{gone.url({}), gone.url({}), "token", true};
+    }
+    QCOMPARE(stage.transform({u"a"_s, Mode::improve}), u"The service cannot be reached: Connection refused"_s);
   }
 
   void aMissingServiceIsTold() {
