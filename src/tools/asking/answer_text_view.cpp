@@ -93,9 +93,9 @@ void AnswerTextView::showMarkdown(const QString& text) {
   changes.beginEditBlock();
   text_->readMarkdown(cut(text));
   styleBlocks();
-  styleTables();
   for (const AnswerDocument::Code& code : text_->code()) styleCode(code);
   changes.endEditBlock();
+  styleTables();
   finish();
   if (marked.isEmpty() || std::max(anchor, position) >= text_->characterCount()) return;
   QTextCursor cursor(text_);
@@ -125,7 +125,10 @@ void AnswerTextView::styleBlocks() {
   }
 }
 
+/// Tables are known only after the change that brought them.
 void AnswerTextView::styleTables() {
+  QTextCursor changes(text_);
+  changes.beginEditBlock();
   for (QTextFrame* frame : text_->rootFrame()->childFrames()) {
     auto* table = qobject_cast<QTextTable*>(frame);
     if (!table) continue;
@@ -138,6 +141,7 @@ void AnswerTextView::styleTables() {
     format.setCellSpacing(0);
     table->setFormat(format);
   }
+  changes.endEditBlock();
 }
 
 /// Room for the ground and, above the first line, for the button; long lines are broken rather than cut.

@@ -4,6 +4,7 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextList>
+#include <QTextTable>
 #include <QToolButton>
 
 #include "support/pictures.h"
@@ -169,6 +170,8 @@ class TestAnswerTextView : public QObject {
         " cell | C++20 |\n| b | c | d |\n\n---\n\nThe end."_s);
     QCOMPARE(view.codeBlocks(), QStringList(u"make install"_s));
     QVERIFY(view.document()->size().width() <= view.width());
+    const auto* table = qobject_cast<QTextTable*>(view.document()->rootFrame()->childFrames().value(0));
+    QVERIFY(table && table->format().cellPadding() > 2 && table->format().borderCollapse());
     shoot(view, u"answer-markdown"_s);
   }
 };
