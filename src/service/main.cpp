@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "service/command/commands.h"
+#include "service/freed_memory.h"
 
 using namespace Qt::StringLiterals;
 
@@ -72,6 +73,7 @@ QString commands::usage() {
 }
 
 int main(int argc, char** argv) {
+  returnLargeBlocks();
   // What it keeps concerns nobody else on this machine.
   umask(077);
   // Finds Qt's database drivers; there is no event loop.

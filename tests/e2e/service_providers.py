@@ -96,7 +96,7 @@ class Chat(ProviderTest):
         large = [picture("file", PICTURE + bytes(19_000_000)), *[picture("files", PICTURE + bytes(19_000_000))] * 2]
         for _ in range(12):
             self.assertEqual(self.post("/v1/image-answers", large).body, b"There is no question.\n")
-        self.assertLess(self.memory(), 250_000)
+        self.assertLess(self.memory(), 150_000)
 
     def test_long_answers_take_no_memory(self):
         def endless(head, piece):

@@ -21,10 +21,14 @@ struct KeyPress {
 
   static constexpr std::uint32_t kUnknownKey = 0xFFFF;
 
-  /// Whether this is that letter's key with Command, by what it says or, on layouts without the letter, by its place.
-  bool isCommand(QChar letter, std::uint32_t code) const {
-    return command && (charactersIgnoringModifiers == letter || keyCode == code);
+  /// Whether this is the key of that letter or digit: by what it types, and by its place only on layouts whose key
+  /// there types none, or B would be N on layouts that have them elsewhere.
+  bool isKey(QChar letter, std::uint32_t code) const {
+    const QChar typed = charactersIgnoringModifiers.size() == 1 ? charactersIgnoringModifiers.front() : QChar();
+    const bool isPlain = typed.unicode() < 0x80 && typed.isLetterOrNumber();
+    return isPlain ? typed == letter : keyCode == code;
   }
+  bool isCommand(QChar letter, std::uint32_t code) const { return command && isKey(letter, code); }
   /// Whether `characters` is text to be added to a query: something, and nothing of it a control character.
   bool isText() const {
     if (characters.isEmpty()) return false;

@@ -24,7 +24,7 @@ bool FeedbackPanelController::handleOwnKey(const KeyPress& key) {
     return true;
   }
   for (std::size_t place = 0; key.command && place < kDigits.size(); ++place) {
-    if (!isKey(key, static_cast<char16_t>(u'1' + place), kDigits[place])) continue;
+    if (!key.isKey(static_cast<char16_t>(u'1' + place), kDigits[place])) continue;
     select(feedbackCategories()[place].category);
     return true;
   }

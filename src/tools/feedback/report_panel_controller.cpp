@@ -20,12 +20,6 @@ constexpr std::uint32_t kN = 45;
 
 }  // namespace
 
-bool isKey(const KeyPress& key, char16_t character, std::uint32_t keyCode) {
-  const QString& typed = key.charactersIgnoringModifiers;
-  const bool isPlain = typed.size() == 1 && typed.front().unicode() < 0x80 && typed.front().isLetterOrNumber();
-  return isPlain ? typed.front() == character : key.keyCode == keyCode;
-}
-
 ReportPanelController::ReportPanelController(Services services, PanelFactory makePanel)
     : services_(services), copied_(services.pasteboard), makePanel_(std::move(makePanel)) {}
 
@@ -155,11 +149,11 @@ bool ReportPanelController::handleKey(const KeyPress& key) {
 bool ReportPanelController::handleCommand(const KeyPress& key) {
   if (key.keyCode == keycode::kReturn || key.keyCode == keycode::kKeypadEnter)
     submit();
-  else if (isKey(key, u's', kS) && key.shift && !model().snips().empty())
+  else if (key.isKey(u's', kS) && key.shift && !model().snips().empty())
     model().removeSnip(model().snips().back().id);
-  else if (isKey(key, u's', kS))
+  else if (key.isKey(u's', kS))
     addSnip();
-  else if (isKey(key, u'n', kN))
+  else if (key.isKey(u'n', kN))
     startOver();
   else
     return false;

@@ -96,6 +96,3 @@ class ReportPanelController : public QObject {
   Job dropping_;
   Job sending_;
 };
-
-/// Whether `key` is that letter or digit; on layouts without it, the key in its place on the keyboard.
-bool isKey(const KeyPress& key, char16_t character, std::uint32_t keyCode);

@@ -180,9 +180,9 @@ bool BulkUploadPanelController::handleKey(const KeyPress& key) {
 
 bool BulkUploadPanelController::handleCommand(const KeyPress& key) {
   const bool isDelete = key.keyCode == keycode::kDelete || key.keyCode == keycode::kForwardDelete;
-  if (key.charactersIgnoringModifiers == u"v" || key.keyCode == keycode::kV)
+  if (key.isKey(u'v', keycode::kV))
     paste();
-  else if (key.charactersIgnoringModifiers == u"o" || key.keyCode == keycode::kO)
+  else if (key.isKey(u'o', keycode::kO))
     choose(key.shift ? Choice::folder : Choice::files);
   else if (isDelete)
     reset();

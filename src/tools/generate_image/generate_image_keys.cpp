@@ -28,8 +28,7 @@ constexpr LetterKey kCopy{u'c', 8, false, &Controller::copyShown};
 
 bool isPressed(const LetterKey& row, const KeyPress& key) {
   if (row.shift != key.shift) return false;
-  const bool isLatin = key.charactersIgnoringModifiers.size() == 1 && key.charactersIgnoringModifiers[0] < QChar(0x80);
-  return isLatin ? key.charactersIgnoringModifiers[0] == QChar(row.letter) : key.keyCode == row.keyCode;
+  return key.isKey(QChar(row.letter), row.keyCode);
 }
 
 bool isReturn(const KeyPress& key) { return key.keyCode == keycode::kReturn || key.keyCode == keycode::kKeypadEnter; }

@@ -35,7 +35,7 @@ bool PromptifyResultController::handleKey(const KeyPress& key) {
   if (!shown_) return false;
   if (key.keyCode == keycode::kEscape)
     hide();
-  else if (key.command && (key.charactersIgnoringModifiers == u"c" || key.keyCode == kC))
+  else if (key.isCommand(u'c', kC))
     copy();
   else
     return false;

@@ -183,6 +183,8 @@ def generate_image(stage):
     stage.desktop.press("Ctrl+Return")
     stage.wait_for(title, "Image: A fox")
     yield View("generate-result", title, has_tab=False)
+    # To the references, then to the history.
+    stage.desktop.press("Tab")
     stage.desktop.press("Tab")
     until("the history's keys are named", lambda: any("use its prompt" in one.name for one in stage.readable(title) or ()))
     yield View("generate-history", title, has_tab=False)

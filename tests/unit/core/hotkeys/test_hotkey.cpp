@@ -5,6 +5,7 @@
 #include <set>
 
 #include "core/hotkeys/app_shortcuts.h"
+#include "core/hotkeys/key_press.h"
 #include "core/tools/tool.h"
 
 using namespace Qt::StringLiterals;
@@ -32,6 +33,17 @@ class TestHotkey : public QObject {
                                   QJsonValue(QJsonObject{{u"keyCode"_s, 5e9}, {u"carbonModifiers"_s, 0}})})
       QVERIFY(!decode(bad, read));
     QCOMPARE(read, (Hotkey{96, 0x0900}));
+  }
+
+  void lettersGoByWhatTheyTypeAndElsewhereByTheirPlace() {
+    const KeyPress dvorakB{.keyCode = keycode::kN, .command = true, .charactersIgnoringModifiers = u"b"_s};
+    QVERIFY(!dvorakB.isCommand(u'n', keycode::kN));
+    const KeyPress dvorakN{.keyCode = 37, .command = true, .charactersIgnoringModifiers = u"n"_s};
+    QVERIFY(dvorakN.isCommand(u'n', keycode::kN));
+    const KeyPress greekN{.keyCode = keycode::kN, .command = true, .charactersIgnoringModifiers = u"\u03bd"_s};
+    QVERIFY(greekN.isCommand(u'n', keycode::kN));
+    const KeyPress unaccompanied{.keyCode = keycode::kN, .charactersIgnoringModifiers = u"n"_s};
+    QVERIFY(!unaccompanied.isCommand(u'n', keycode::kN));
   }
 
   void everyDefaultIsItsOwn() {
