@@ -21,7 +21,7 @@ from unittest.mock import patch
 
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
-from driver.ai import EVENTS, PICTURE, AITest, events, field, picture  # noqa: E402
+from driver.ai import EVENTS, PICTURE, AITest, SlowAnswers, events, field, picture  # noqa: E402
 from driver.provider import IMAGE_MODEL, MODEL, Provider  # noqa: E402
 from driver.waiting import until  # noqa: E402
 
@@ -96,7 +96,7 @@ class Chat(ProviderTest):
         large = [picture("file", PICTURE + bytes(19_000_000)), *[picture("files", PICTURE + bytes(19_000_000))] * 2]
         for _ in range(12):
             self.assertEqual(self.post("/v1/image-answers", large).body, b"There is no question.\n")
-        self.assertLess(self.memory(), 150_000)
+        self.assertLess(self.peak_memory(), 150_000)
 
     def test_long_answers_take_no_memory(self):
         def endless(head, piece):
@@ -108,17 +108,13 @@ class Chat(ProviderTest):
 
             return answer
 
-        before = self.memory()
+        before = self.peak_memory()
         self.fails(endless(b"Content-Type: application/json", b" " * 65536), "too long")
         self.fails(endless(b"Content-Type: text/event-stream", b"x" * 65536), "too long", headers=EVENTS)
         # Comments are no answer, however many come.
         self.fails(endless(b"Content-Type: text/event-stream", b": still here\n\n" * 4000), "within 2 seconds", headers=EVENTS)
         self.fails(endless(b"X-Long: ", b"x" * 65536), "")
-        self.assertLess(self.memory() - before, 40_000)
-
-    def memory(self):
-        """The most it has taken, in KB."""
-        return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
+        self.assertLess(self.peak_memory() - before, 40_000)
 
 
 class Settings(ProviderTest):
@@ -412,17 +408,7 @@ class Crowd(AITest):
 
     def test_all_are_answered_and_nothing_else_waits(self):
         self.service.command("plan", "set", "embedded", "--image-answers", "1000")
-        present, most, lock = [0], [0], threading.Lock()
-
-        def slow(_):
-            with lock:
-                present[0] += 1
-                most[0] = max(most[0], present[0])
-            time.sleep(0.3)
-            with lock:
-                present[0] -= 1
-            return "late"
-
+        slow = SlowAnswers()
         self.provider.answer = slow
         large = [picture("file", PICTURE + bytes(2_000_000)), field("question", "a")]
         done = threading.Event()
@@ -434,11 +420,11 @@ class Crowd(AITest):
         statuses = Counter(answer.status for answer in answers)
         self.assertEqual((set(statuses), sum(statuses.values())), ({200, 503}, self.CLIENTS), statuses)
         self.assertGreaterEqual(statuses[200], 15)
-        self.assertEqual(most[0], 4)
+        self.assertEqual(slow.most, 4)
         self.assertTrue(all(answer.headers["Retry-After"] for answer in answers if answer.status == 503))
         self.assertEqual(self.used(), {"image_answers": statuses[200]})
         # Of all these pictures, no more than those of one crowd is ever in memory.
-        self.assertLess(self.memory(), 2 * self.CLIENTS * 2_000 + 60_000)
+        self.assertLess(self.peak_memory(), 2 * self.CLIENTS * 2_000 + 60_000)
         self.assertEqual(self.post("/v1/image-answers", large).status, 200)
 
     def looks_in(self, done):
@@ -450,9 +436,6 @@ class Crowd(AITest):
             longest = max(longest, time.monotonic() - begun)
             time.sleep(0.05)
         return longest
-
-    def memory(self):
-        return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
 
 
 def main():

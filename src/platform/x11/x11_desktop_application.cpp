@@ -5,12 +5,15 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+#include "platform/portal/portal_names.h"
+
 using namespace Qt::StringLiterals;
+
+using portal_names::kObject;
+using portal_names::kService;
 
 namespace {
 
-constexpr auto kService = "org.freedesktop.portal.Desktop"_L1;
-constexpr auto kPath = "/org/freedesktop/portal/desktop"_L1;
 constexpr auto kInterface = "org.freedesktop.portal.Settings"_L1;
 constexpr auto kGroup = "org.freedesktop.appearance"_L1;
 constexpr auto kKey = "color-scheme"_L1;
@@ -25,9 +28,9 @@ void X11DesktopApplication::watchAppearance(std::function<void(bool dark)> chang
   changed_ = std::move(changed);
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
-  bus.connect(kService, kPath, kInterface, u"SettingChanged"_s, this,
+  bus.connect(kService, kObject, kInterface, u"SettingChanged"_s, this,
               SLOT(settingChanged(QString, QString, QDBusVariant)));
-  QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, u"Read"_s);
+  QDBusMessage question = QDBusMessage::createMethodCall(kService, kObject, kInterface, u"Read"_s);
   question << kGroup << kKey;
   auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

@@ -1,7 +1,11 @@
 """vantle-service with a scripted provider behind it, and what its clients send to the AI endpoints."""
 
 import json
+import re
+import threading
+import time
 import unittest
+from pathlib import Path
 
 from .provider import Provider, png
 from .service import Service, form
@@ -27,6 +31,22 @@ def events(body):
         name, data = block.split("\n")
         found.append((name.removeprefix("event: "), json.loads(data.removeprefix("data: "))))
     return found
+
+
+class SlowAnswers:
+    """An answer of a provider's that takes its time, and how many were awaited at once at most."""
+
+    def __init__(self, seconds=0.3):
+        self.seconds, self.present, self.most, self.lock = seconds, 0, 0, threading.Lock()
+
+    def __call__(self, _):
+        with self.lock:
+            self.present += 1
+            self.most = max(self.most, self.present)
+        time.sleep(self.seconds)
+        with self.lock:
+            self.present -= 1
+        return "late"
 
 
 class AITest(unittest.TestCase):
@@ -56,3 +76,7 @@ class AITest(unittest.TestCase):
     def used(self):
         usage = self.service.ask("GET", "/v1/quota").json["usage"]
         return {metric: entry["used"] for metric, entry in usage.items() if entry["used"]}
+
+    def peak_memory(self):
+        """The most that the service has taken, in KB."""
+        return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
