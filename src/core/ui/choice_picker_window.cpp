@@ -16,8 +16,3 @@ void ChoicePickerWindow::present() {
   panel_.positionOnActiveScreen();
   panel_.present();
 }
-
-void ChoicePickerWindow::warmUp() {
-  panel_.winId();
-  panel_.grab();
-}

@@ -98,6 +98,11 @@ void PalettePanel::takeKeyboard() {
   Q_EMIT becameKey();
 }
 
+void PalettePanel::warmUp() {
+  winId();
+  grab();
+}
+
 void PalettePanel::dismiss() {
   if (QWindow* window = windowHandle()) {
     native_.stopWatching(*window);

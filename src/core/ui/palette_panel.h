@@ -52,6 +52,8 @@ class PalettePanel : public QWidget {
   void positionOnActiveScreen();
   /// The same, unless the user has put the panel somewhere else before.
   void positionAt(const PanelPosition& remembered);
+  /// Makes the native window and lays everything out, so that the first show does not have to.
+  void warmUp();
   /// Shows the panel and directs the keyboard to it.
   void present();
   /// Directs the keyboard to the shown panel again.

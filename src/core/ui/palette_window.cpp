@@ -16,9 +16,4 @@ void PaletteWindow::present() {
   panel_.present();
 }
 
-void PaletteWindow::warmUp() {
-  panel_.winId();
-  panel_.grab();
-}
-
 void PaletteWindow::dismiss() { panel_.dismiss(); }

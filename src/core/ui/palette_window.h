@@ -16,7 +16,7 @@ class PaletteWindow : public PalettePresenter {
   PaletteWindow(PanelWindow& native, PaletteView* view, PaletteController& controller, QSize size = kSize);
 
   void present() override;
-  void warmUp() override;
+  void warmUp() override { panel_.warmUp(); }
   void dismiss() override;
 
   PalettePanel& panel() { return panel_; }

@@ -21,8 +21,3 @@ void StandingPanel::present() {
   if (!panel_.isVisible()) panel_.positionAt(position_);
   panel_.present();
 }
-
-void StandingPanel::warmUp() {
-  panel_.winId();
-  panel_.grab();
-}

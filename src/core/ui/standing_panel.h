@@ -22,7 +22,7 @@ class StandingPanel : public QObject, public PalettePresenter {
   }
 
   void present() override;
-  void warmUp() override;
+  void warmUp() override { panel_.warmUp(); }
   void dismiss() override { panel_.dismiss(); }
 
   PalettePanel& panel() { return panel_; }

@@ -55,6 +55,10 @@ Desk::Errands Desk::takeNext() {
   return next;
 }
 
+void Desk::forgetIdle(const QString& owner) {
+  if (owners_.value(owner).working == 0 && !isWaiting(owner)) owners_.remove(owner);
+}
+
 void Desk::workNext() {
   std::unique_lock lock(mutex_);
   // It has been turned away meanwhile.
@@ -65,7 +69,8 @@ void Desk::workNext() {
   (isInVain(errand) ? errand.turnAway : errand.work)();
   lock.lock();
   --working_;
-  if (--owners_[errand.owner].working == 0 && !isWaiting(errand.owner)) owners_.remove(errand.owner);
+  --owners_[errand.owner].working;
+  forgetIdle(errand.owner);
 }
 
 void Desk::sweep(const std::stop_token& stop) {
@@ -76,6 +81,7 @@ void Desk::sweep(const std::stop_token& stop) {
     Errands gone;
     for (auto each = waiting_.begin(); each != waiting_.end();)
       if (const auto one = each++; isInVain(*one)) gone.splice(gone.end(), waiting_, one);
+    for (const Errand& errand : gone) forgetIdle(errand.owner);
     lock.unlock();
     for (const Errand& errand : gone) errand.turnAway();
   }

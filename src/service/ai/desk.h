@@ -40,6 +40,8 @@ class Desk {
 
   bool isWaiting(const QString& owner) const;
   bool hasRoomFor(const QString& owner) const;
+  /// With the lock held: who has nothing here any more is no owner.
+  void forgetIdle(const QString& owner);
   void workNext();
   /// With the lock held; `waiting_` is not empty.
   Errands takeNext();

@@ -45,8 +45,3 @@ void AskPanel::present() {
   view_->focusField();
   panel_.present();
 }
-
-void AskPanel::warmUp() {
-  panel_.winId();
-  panel_.grab();
-}

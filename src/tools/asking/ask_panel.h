@@ -12,7 +12,7 @@ class AskPanel : public QObject, public PalettePresenter {
 
  public:
   void present() override;
-  void warmUp() override;
+  void warmUp() override { panel_.warmUp(); }
   void dismiss() override { panel_.dismiss(); }
 
   PalettePanel& panel() { return panel_; }

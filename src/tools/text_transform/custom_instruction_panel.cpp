@@ -20,8 +20,3 @@ void CustomInstructionPanel::present() {
   panel_.present();
   view_->focusText();
 }
-
-void CustomInstructionPanel::warmUp() {
-  panel_.winId();
-  panel_.grab();
-}

@@ -14,7 +14,7 @@ class CustomInstructionPanel final : public PalettePresenter {
   CustomInstructionPanel(PanelWindow& native, CustomInstructionController& controller);
 
   void present() override;
-  void warmUp() override;
+  void warmUp() override { panel_.warmUp(); }
   void dismiss() override { panel_.dismiss(); }
 
   PalettePanel& panel() { return panel_; }
