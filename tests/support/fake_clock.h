@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QPointer>
 
 #include <algorithm>
@@ -27,6 +28,17 @@ class FakeClock final : public Clock {
       if (entry.scope) entry.callback();
     }
     elapsed_ = end;
+  }
+
+  /// The same in small steps, and whatever waits for the event loop gets its turn all the while.
+  void pass(std::chrono::milliseconds duration) {
+    constexpr std::chrono::milliseconds kStep(10);
+    for (auto passed = std::chrono::milliseconds(0); passed < duration; passed += kStep) {
+      QCoreApplication::processEvents();
+      QCoreApplication::sendPostedEvents();
+      advance(kStep);
+    }
+    QCoreApplication::processEvents();
   }
 
  protected:

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QCoreApplication>
-
 #include "support/fake_clock.h"
 #include "support/fake_platform.h"
 #include "tools/keystrokes/keystroke_sender.h"
@@ -49,15 +47,7 @@ struct SelectionWorld {
     displaced.displace(selection);
     return selection;
   }
-  /// Time passes, and whatever waits for the event loop gets its turn all the while.
-  void pass(std::chrono::milliseconds duration) {
-    for (auto passed = std::chrono::milliseconds(0); passed < duration; passed += std::chrono::milliseconds(10)) {
-      QCoreApplication::processEvents();
-      QCoreApplication::sendPostedEvents();
-      clock.advance(std::chrono::milliseconds(10));
-    }
-    QCoreApplication::processEvents();
-  }
+  void pass(std::chrono::milliseconds duration) { clock.pass(duration); }
   QString typed() const {
     QString text;
     for (const KeySequence& sequence : events.sequences)

@@ -36,13 +36,7 @@ struct World : TransformWorld {
         SettingsViewFactory());
   }
 
-  void pass(std::chrono::milliseconds duration) {
-    for (auto passed = 0ms; passed < duration; passed += 10ms) {
-      QCoreApplication::processEvents();
-      clock.advance(10ms);
-    }
-    QCoreApplication::processEvents();
-  }
+  void pass(std::chrono::milliseconds duration) { clock.pass(duration); }
 
   void goTo(Stage stage) {
     tool->activate();
