@@ -36,12 +36,12 @@ class HotkeyBackend {
   /// Gives the combination of `id` back; an unknown id is ignored.
   virtual void unregisterHotkey(std::uint32_t id) = 0;
   /// Who knows what a combination is for, told before any is registered; systems that show a list of them ask.
-  virtual void describeBy([[maybe_unused]] Describe describe) {}
+  virtual void describeBy([[maybe_unused]] const Describe& describe) {}
   /// What the user has to press instead, in the system's words, where the system decides that; empty: as registered.
   virtual QString systemTrigger([[maybe_unused]] std::uint32_t keyCode,
                                 [[maybe_unused]] std::uint32_t carbonModifiers) const {
     return {};
   }
   /// Calls `changed` whenever `systemTrigger` has something else to say.
-  virtual void watchTriggers([[maybe_unused]] std::function<void()> changed) {}
+  virtual void watchTriggers([[maybe_unused]] const std::function<void()>& changed) {}
 };

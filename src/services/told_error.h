@@ -14,9 +14,9 @@ class ToldError {
 
   const QString& description() const { return description_; }
 
- protected:
+ private:
+  friend Error;
   explicit ToldError(QString description) : description_(std::move(description)) {}
 
- private:
   QString description_;
 };

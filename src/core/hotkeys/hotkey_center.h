@@ -47,7 +47,7 @@ class HotkeyCenter : public QObject {
   /// Who is told which tool's combination was pressed.
   void setToolHandler(std::function<void(const QString& toolID)> handler) { summonTool_ = std::move(handler); }
   /// Who knows what combinations are for; before `bootstrap`.
-  void describeBy(HotkeyBackend::Describe describe) { backend_.describeBy(std::move(describe)); }
+  void describeBy(const HotkeyBackend::Describe& describe) { backend_.describeBy(describe); }
   /// The window that has to close before a tool opens; null for none.
   void setShortcutsWindow(ShortcutsWindowGate* gate) { shortcutsWindow_ = gate; }
 

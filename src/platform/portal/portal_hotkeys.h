@@ -26,8 +26,8 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
   std::expected<void, HotkeyRefusal> registerHotkey(std::uint32_t id, std::uint32_t keyCode,
                                                     std::uint32_t carbonModifiers) override;
   void unregisterHotkey(std::uint32_t id) override;
-  void describeBy(Describe describe) override { describe_ = std::move(describe); }
-  void watchTriggers(std::function<void()> changed) override { changed_ = std::move(changed); }
+  void describeBy(const Describe& describe) override { describe_ = describe; }
+  void watchTriggers(const std::function<void()>& changed) override { changed_ = changed; }
   QString systemTrigger(std::uint32_t keyCode, std::uint32_t carbonModifiers) const override;
 
   /// Whether the portal has taken the combinations, so that they reach every program.
