@@ -8,6 +8,7 @@
 #include "core/hotkeys/app_shortcuts.h"
 #include "core/hotkeys/hotkey_center.h"
 #include "core/tools/tool_registry.h"
+#include "platform/command_key.h"
 
 using namespace Qt::StringLiterals;
 
@@ -36,7 +37,7 @@ QString titleOf(const MenuEntryInfo& info) {
 }
 
 QStringList capsOf(MenuEntry entry) {
-  if (entry == MenuEntry::quit) return {u"⌘"_s, u"Q"_s};
+  if (entry == MenuEntry::quit) return keyCaps({u"⌘"_s, u"Q"_s});
   const auto own = std::ranges::find(kAppShortcuts, AppAction::openSettings, &AppShortcut::action);
   return entry == MenuEntry::settings ? own->hotkey.keyCaps() : QStringList();
 }

@@ -3,6 +3,7 @@
 #include "app/settings/pages.h"
 #include "core/ui/launcher/sort_mode_control.h"
 #include "core/ui/settings_form.h"
+#include "platform/command_key.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,7 +48,8 @@ QWidget* makeLauncherPage(AppContext& context, SettingsSelection&) {
   grid->addWide(new ArrangeGrid(context));
   page->addNote(
       u"Drag to reorder (switches to Manual). Pinned tools always lead the grid — and the 1–9 keys follow the order."_s);
-  page->addNote(u"With the keyboard: ↑↓←→ choose a tool, ⌘←↑↓→ carry it, ⌘P pins it, 1–9 give it that place."_s);
+  page->addNote(
+      keyText(u"With the keyboard: ↑↓←→ choose a tool, ⌘←↑↓→ carry it, ⌘P pins it, 1–9 give it that place."_s));
   page->addSection({})->addRow(u"Reset the arrangement"_s, u"No pins, every tool in its first place."_s,
                                makeResetButton(context));
   return page;

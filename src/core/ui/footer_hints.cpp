@@ -7,6 +7,7 @@
 
 #include "core/ui/key_caps.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 
 namespace {
 
@@ -14,14 +15,37 @@ constexpr int kSide = 2 * Theme::kGrid;
 constexpr int kKeysToText = 6;
 constexpr int kBetweenHints = 2 * Theme::kGrid;
 
+std::vector<KeyHint> asPressed(std::vector<KeyHint> hints) {
+  for (KeyHint& hint : hints) hint.keys = keyCaps(hint.keys);
+  return hints;
+}
+
+double widthOf(const KeyHint& hint, const QFontMetricsF& metrics) {
+  return KeyCapRow{hint.keys}.size().width() + kKeysToText + std::ceil(metrics.horizontalAdvance(hint.text));
+}
+
+/// Those that fit whole, for a part of one is no help. How to leave stands last and stays.
+std::vector<KeyHint> fitting(std::vector<KeyHint> hints, double room, const QFontMetricsF& metrics) {
+  double width = -kBetweenHints;
+  for (const KeyHint& hint : hints) width += kBetweenHints + widthOf(hint, metrics);
+  while (width > room && !hints.empty()) {
+    const auto dropped = hints.end() - (hints.size() > 1 ? 2 : 1);
+    width -= kBetweenHints + widthOf(*dropped, metrics);
+    hints.erase(dropped);
+  }
+  return hints;
+}
+
 }  // namespace
 
-FooterHints::FooterHints(std::vector<KeyHint> hints, QWidget* parent) : QWidget(parent), hints_(std::move(hints)) {
+FooterHints::FooterHints(std::vector<KeyHint> hints, QWidget* parent)
+    : QWidget(parent), hints_(asPressed(std::move(hints))) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   describe();
 }
 
 void FooterHints::setHints(std::vector<KeyHint> hints) {
+  hints = asPressed(std::move(hints));
   if (hints == hints_) return;
   hints_ = std::move(hints);
   describe();
@@ -54,15 +78,10 @@ void FooterHints::paintEvent(QPaintEvent*) {
     painter.drawText(rest, Qt::AlignVCenter, metrics.elidedText(notice_, Qt::ElideRight, rest.width()));
     return;
   }
-  for (const KeyHint& hint : hints_) {
+  for (const KeyHint& hint : fitting(hints_, rest.width(), metrics)) {
     const KeyCapRow row{hint.keys};
-    const double keys = row.size().width();
-    const double text = std::ceil(metrics.horizontalAdvance(hint.text));
-    // A hint that does not fit whole is no help.
-    if (keys + kKeysToText + text > rest.width()) return;
     row.paint(painter, {rest.left(), std::round(rest.center().y() - KeyCapRow::kHeight / 2.0)}, theme);
-    rest.setLeft(rest.left() + keys + kKeysToText);
-    painter.drawText(rest, Qt::AlignVCenter, hint.text);
-    rest.setLeft(rest.left() + text + kBetweenHints);
+    painter.drawText(rest.adjusted(row.size().width() + kKeysToText, 0, 0, 0), Qt::AlignVCenter, hint.text);
+    rest.setLeft(rest.left() + widthOf(hint, metrics) + kBetweenHints);
   }
 }

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// One hint of a panel's footer: keys and what they do.
+/// One hint of a panel's footer: keys, with ⌘ where a PC keyboard has Ctrl, and what they do.
 struct KeyHint {
   QStringList keys;
   QString text;

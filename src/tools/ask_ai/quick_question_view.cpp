@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 #include "tools/ask_ai/attachment_strip.h"
 #include "tools/ask_ai/quick_question_panel_controller.h"
 #include "tools/asking/ask_composer.h"
@@ -28,9 +29,9 @@ QuickQuestionView::QuickQuestionView(QuickQuestionPanelController& controller, Q
               {u"questionmark.bubble.fill"_s, u"Ask AI"_s, u"Short answers, right here."_s}, parent),
       controller_(controller),
       snip_(composer().addButton(u"plus.viewfinder"_s, u"Attach a region of the screen"_s,
-                                 u"Draw a box on screen to attach it (⌘S)"_s)),
-      file_(
-          composer().addButton(u"photo"_s, u"Attach image files"_s, u"Attach an image file — or paste one with ⌘V"_s)) {
+                                 keyText(u"Draw a box on screen to attach it (⌘S)"_s))),
+      file_(composer().addButton(u"photo"_s, u"Attach image files"_s,
+                                 keyText(u"Attach an image file — or paste one with ⌘V"_s))) {
   using Controller = QuickQuestionPanelController;
   setAcceptDrops(true);
   composer().addAbove(new AttachmentStrip(controller.model()));

@@ -7,6 +7,7 @@
 #include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
 #include "core/ui/toned_label.h"
+#include "platform/command_key.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,8 +26,8 @@ AskHeader::AskHeader(const AskModel& model, const QString& symbol, const QString
       new_(new QPushButton(u"New"_s)) {
   setFixedHeight(kHeight);
   copied_->setFont(Theme::detailFont());
-  copy_->setToolTip(u"Copy the latest answer (⌘C)"_s);
-  new_->setToolTip(u"Start over (⌘N)"_s);
+  copy_->setToolTip(keyText(u"Copy the latest answer (⌘C)"_s));
+  new_->setToolTip(keyText(u"Start over (⌘N)"_s));
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(2 * Theme::kGrid, 0, 2 * Theme::kGrid, 0);
   row->setSpacing(Theme::kGrid);

@@ -1,6 +1,7 @@
 #include "tools/frequent_clis/cli_palette_view.h"
 
 #include "core/ui/palette_list.h"
+#include "platform/command_key.h"
 #include "tools/frequent_clis/cli_row_delegate.h"
 #include "tools/frequent_clis/palette_model.h"
 #include "tools/frequent_clis/row_menu.h"
@@ -15,7 +16,7 @@ CLIPaletteView::CLIPaletteView(PaletteModel& model, QWidget* parent)
                    .hints = {{{u"↩"_s}, u"= runs immediately"_s}, {{u"esc"_s}, u"close"_s}}},
                   parent),
       model_(model),
-      menu_(new RowMenu(u"Edit Command…"_s, {u"⌘"_s, u"E"_s}, this)) {
+      menu_(new RowMenu(u"Edit Command…"_s, keyCaps({u"⌘"_s, u"E"_s}), this)) {
   list().setContextMenuPolicy(Qt::CustomContextMenu);
   connect(&list(), &QWidget::customContextMenuRequested, this, &CLIPaletteView::showMenu);
   connect(menu_, &RowMenu::triggered, this, [this] { Q_EMIT editRequested(model_.selectionIndex()); });

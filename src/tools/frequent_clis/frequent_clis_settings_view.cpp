@@ -7,6 +7,7 @@
 
 #include "core/ui/icon.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 #include "tools/frequent_clis/command_list_editor.h"
 #include "tools/frequent_clis/command_store.h"
 #include "tools/frequent_clis/focused_command.h"
@@ -69,7 +70,8 @@ QWidget* FrequentCLIsSettingsView::makeFooter() {
   layout->addWidget(add_, 0, Qt::AlignTop);
   layout->addWidget(remove_, 0, Qt::AlignTop);
   layout->addSpacing(Theme::kGrid);
-  layout->addWidget(makeNote(u"⌘E in the palette jumps here with that command focused — drag rows to reorder"_s), 1);
+  layout->addWidget(
+      makeNote(keyText(u"⌘E in the palette jumps here with that command focused — drag rows to reorder"_s)), 1);
   paintButtons();
   return footer;
 }

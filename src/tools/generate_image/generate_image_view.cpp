@@ -13,6 +13,7 @@
 #include "core/ui/footer_hints.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 #include "tools/generate_image/generate_image_panel_controller.h"
 #include "tools/generate_image/prompt_editor.h"
 #include "tools/generate_image/request_column.h"
@@ -94,7 +95,7 @@ QWidget* GenerateImageView::makeHeader() {
   header->setToolTip(u"Drag anywhere on this window to move it"_s);
   count_->setWordWrap(false);
   new_->setFocusPolicy(Qt::NoFocus);
-  new_->setToolTip(u"Start over with an empty prompt (⌘N)"_s);
+  new_->setToolTip(keyText(u"Start over with an empty prompt (⌘N)"_s));
   connect(new_, &QPushButton::clicked, &controller_, &GenerateImagePanelController::startNew);
   auto* row = new QHBoxLayout(header);
   row->setContentsMargins(kSide, 0, kSide, 0);

@@ -10,6 +10,7 @@
 #include "core/ui/primary_button.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 #include "tools/generate_image/generate_image_panel_controller.h"
 #include "tools/generate_image/option_bar.h"
 #include "tools/generate_image/prompt_editor.h"
@@ -49,7 +50,7 @@ RequestColumn::RequestColumn(GenerateImagePanelController& controller, QWidget* 
       generate_(new PrimaryButton(u"Generate"_s)) {
   generate_->setFocusPolicy(Qt::NoFocus);
   generate_->setProminent(true);
-  generate_->setToolTip(u"Generate the image (⌘↩)"_s);
+  generate_->setToolTip(keyText(u"Generate the image (⌘↩)"_s));
   makeOptions();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
@@ -72,8 +73,8 @@ RequestColumn::RequestColumn(GenerateImagePanelController& controller, QWidget* 
 }
 
 void RequestColumn::makeOptions() {
-  size_ = new OptionBar(u"Shape"_s, u"⌘1"_s, labels(imageSizes()));
-  quality_ = new OptionBar(u"Quality"_s, u"⌘2"_s, labels(imageQualities()));
+  size_ = new OptionBar(u"Shape"_s, keyText(u"⌘1"_s), labels(imageSizes()));
+  quality_ = new OptionBar(u"Quality"_s, keyText(u"⌘2"_s), labels(imageQualities()));
   connect(size_, &OptionBar::chosen, this, [this](int index) {
     ImageOptions options = controller_.model().options();
     options.size = imageSizes()[static_cast<std::size_t>(index)].value;
@@ -87,9 +88,9 @@ void RequestColumn::makeOptions() {
 }
 
 QWidget* RequestColumn::makeAttachButtons() {
-  snip_ = makeButton(u"Add Snip"_s, u"Draw a box on screen to attach it (⌘S)"_s);
-  attach_ = makeButton(u"Attach…"_s, u"Attach an image file (⌘O), or paste one (⌘V)"_s);
-  auto* edit = makeButton(u"Edit a Snip"_s, u"Draw a box on screen and say what should change (⇧⌘E)"_s);
+  snip_ = makeButton(u"Add Snip"_s, keyText(u"Draw a box on screen to attach it (⌘S)"_s));
+  attach_ = makeButton(u"Attach…"_s, keyText(u"Attach an image file (⌘O), or paste one (⌘V)"_s));
+  auto* edit = makeButton(u"Edit a Snip"_s, keyText(u"Draw a box on screen and say what should change (⇧⌘E)"_s));
   connect(snip_, &QPushButton::clicked, &controller_, &GenerateImagePanelController::addSnip);
   connect(attach_, &QPushButton::clicked, &controller_, &GenerateImagePanelController::attachFiles);
   connect(edit, &QPushButton::clicked, &controller_, &GenerateImagePanelController::editSnip);

@@ -16,6 +16,7 @@
 #include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
 #include "core/ui/toned_label.h"
+#include "platform/command_key.h"
 #include "tools/generate_image/generate_image_panel_controller.h"
 #include "tools/generate_image/history_strip.h"
 #include "tools/generate_image/picture_view.h"
@@ -125,7 +126,7 @@ QWidget* ResultColumn::makeActions() {
   for (const Action& action : kActions) {
     auto* button = new QPushButton(QString::fromUtf16(action.text));
     button->setFocusPolicy(Qt::NoFocus);
-    button->setToolTip(QString::fromUtf16(action.tip));
+    button->setToolTip(keyText(QString::fromUtf16(action.tip)));
     connect(button, &QPushButton::clicked, &controller_, action.run);
     row->addWidget(button);
   }
@@ -173,6 +174,6 @@ void ResultColumn::followMessage() {
   symbol_->setSymbol(isFailure ? u"exclamationmark.triangle.fill"_s : u"photo"_s,
                      isFailure ? &Theme::failure : &Theme::secondary);
   title_->setText(isFailure ? u"No image"_s : u"Your image appears here"_s);
-  detail_->setText(isFailure ? u"Press ⌘↩ to try again."_s
-                             : u"Describe it, add snips or files as references, and press ⌘↩."_s);
+  detail_->setText(isFailure ? keyText(u"Press ⌘↩ to try again."_s)
+                             : keyText(u"Describe it, add snips or files as references, and press ⌘↩."_s));
 }

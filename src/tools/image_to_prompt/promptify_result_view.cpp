@@ -12,6 +12,7 @@
 #include "core/ui/settings_form.h"
 #include "core/ui/symbol_label.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 #include "tools/image_to_prompt/prompt_text.h"
 #include "tools/image_to_prompt/promptify_result_controller.h"
 
@@ -133,7 +134,7 @@ QWidget* PromptifyResultView::makeFooter() {
   row->addWidget(new KeyCaps({u"esc"_s}));
   row->addWidget(hint_);
   row->addStretch(1);
-  row->addWidget(new KeyCaps({u"⌘"_s, u"C"_s}));
+  row->addWidget(new KeyCaps(keyCaps({u"⌘"_s, u"C"_s})));
   row->addWidget(copy_);
   return footer;
 }

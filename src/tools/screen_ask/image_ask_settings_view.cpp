@@ -3,6 +3,7 @@
 #include <QImage>
 
 #include "capture/png_encoding.h"
+#include "platform/command_key.h"
 #include "tools/screen_ask/image_ask_client.h"
 
 using namespace Qt::StringLiterals;
@@ -12,7 +13,7 @@ namespace {
 QStringList notes() {
   return {
       u"Press the shortcut, drag over any part of the screen, and ask a question about it — the answer appears in place."_s,
-      u"Keep typing to ask follow-ups about the same capture. ⌘C copies the latest answer, ⌘N starts over."_s,
+      keyText(u"Keep typing to ask follow-ups about the same capture. ⌘C copies the latest answer, ⌘N starts over."_s),
       u"Captures are sent only to answer your question and are not stored."_s};
 }
 

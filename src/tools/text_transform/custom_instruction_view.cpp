@@ -14,6 +14,7 @@
 #include "core/ui/primary_button.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 #include "tools/text_transform/custom_instruction_controller.h"
 
 using namespace Qt::StringLiterals;
@@ -69,7 +70,7 @@ QWidget* CustomInstructionView::makeFoot() {
   auto* row = new QHBoxLayout(foot);
   row->setContentsMargins(kSide, 0, kSide, 0);
   row->setSpacing(Theme::kGrid);
-  row->addWidget(makeDetailLabel(u"⌘↩ transform · esc cancel"_s), 1);
+  row->addWidget(makeDetailLabel(keyText(u"⌘↩ transform · esc cancel"_s)), 1);
   row->addWidget(cancel_);
   row->addWidget(transform_);
   return foot;

@@ -33,7 +33,7 @@ def sends_feedback_with_a_snip(world):
     world.picture("written")
     world.desktop.press("Ctrl+Return")
     world.see("Thanks — feedback sent!", 20)
-    world.see("⌘N to send another · esc to close")
+    world.see("Ctrl+N to send another · esc to close")
     world.picture("sent")
     report = exported(world, "feedback")[-1]
     expect(f"the service has it: {report}", report["category"] == "feedback" and report["message"] == "It works well")
@@ -58,7 +58,7 @@ def suggests_a_tool_again_after_a_failure(world):
     world.desktop.press("Ctrl+v")
     world.see("Snip 1")
     world.desktop.press("Ctrl+Return")
-    world.see(" — ⌘↩ to retry", 20)
+    world.see(" — Ctrl+↩ to retry", 20)
     world.picture("failed")
     override.unlink()
     world.desktop.press("Ctrl+Return")

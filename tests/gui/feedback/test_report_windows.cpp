@@ -102,13 +102,13 @@ class TestReportWindows : public QObject {
     QVERIFY(at.http.answer(507, "There is no room left on the disk of this service, which is a pity"));
     QVERIFY(
         window.says(u"Submission failed (HTTP 507) There is no room left on the disk of this service, which is a "
-                    u"pity — ⌘↩ to retry"_s));
+                    u"pity — Ctrl+↩ to retry"_s));
     QCOMPARE(window.field().toPlainText(), u"The settings window opens behind the terminal."_s);
     shoot(window.panel.panel(), u"feedback-failed"_s);
     window.press(Qt::Key_Return, Qt::ControlModifier);
     QTRY_VERIFY(!at.http.waiting.empty());
     QVERIFY(at.http.answer(200, "{}"));
-    QVERIFY(window.says(u"Thanks — feedback sent!"_s) && window.says(u"⌘N to send another · esc to close"_s));
+    QVERIFY(window.says(u"Thanks — feedback sent!"_s) && window.says(u"Ctrl+N to send another · esc to close"_s));
     shoot(window.panel.panel(), u"feedback-sent"_s);
     window.press(Qt::Key_N, Qt::ControlModifier);
     QVERIFY(window.field().isVisible() && window.field().toPlainText().isEmpty());

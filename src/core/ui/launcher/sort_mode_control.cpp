@@ -6,6 +6,7 @@
 
 #include "core/ui/icon.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +33,7 @@ class Segment final : public QAbstractButton {
     } else {
       setFixedSize(kSegment);
       setFocusPolicy(Qt::NoFocus);
-      setToolTip(label + u" (⌘S)\n"_s + parent->accessibleDescription());
+      setToolTip(label + keyText(u" (⌘S)\n"_s) + parent->accessibleDescription());
     }
   }
 

@@ -12,6 +12,7 @@
 #include "core/ui/launcher/tool_launcher_controller.h"
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
 
 using namespace Qt::StringLiterals;
 
@@ -104,5 +105,5 @@ void ToolLauncherView::refreshFooter() {
   hints_->setNotice(tile ? tile->face().obstacle : QString());
   dots_->setPages(model.currentPage(), model.pageCount());
   arrange_->setLabel(model.isArranging() ? u"Done"_s : u"Arrange Tools…"_s);
-  arrange_->setToolTip(model.isArranging() ? QString() : u"Reorder the grid (⌘E)"_s);
+  arrange_->setToolTip(model.isArranging() ? QString() : keyText(u"Reorder the grid (⌘E)"_s));
 }
