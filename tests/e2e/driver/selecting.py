@@ -7,6 +7,7 @@ import sys
 import tempfile
 from pathlib import Path
 
+from . import clipboard
 from .program import Program
 from .waiting import until
 
@@ -68,10 +69,15 @@ class InterruptibleTerminal(Program):
         return self.record.read_bytes()
 
     def select_part(self):
-        """Drags over the beginning of its first line."""
+        """Drags over the beginning of its first line, until that is selected: the line may not be written yet."""
         window = self.desktop.display.create_resource_object("window", self.window)
         corner = self.desktop.root.translate_coords(window, 0, 0)
-        self.desktop.drag((corner.x + 10, corner.y + 12), (corner.x + 300, corner.y + 12))
+
+        def is_selected():
+            self.desktop.drag((corner.x + 10, corner.y + 12), (corner.x + 300, corner.y + 12))
+            return "Wort" in clipboard.selected()
+
+        until("a part of its first line is selected", is_selected, 10, interval=0.5)
 
 
 PAGE = """<!doctype html><meta charset="utf-8"><title>page</title>
