@@ -1,14 +1,12 @@
 #!/usr/bin/env python3
 """The command line as a user runs it: without a display, beside the running program, and over bad files."""
 
-import argparse
 import contextlib
 import json
 import os
 import signal
 import stat
 import subprocess
-import sys
 import tempfile
 import unittest
 import uuid
@@ -16,6 +14,7 @@ from pathlib import Path
 
 from driver.application import Application
 from driver.display import PrivateDisplay, run
+from driver.options import take_options
 from driver.terminal import Terminal
 from driver.waiting import until
 from driver.x import Desktop
@@ -277,14 +276,6 @@ BAD_PLACES = {
 }
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--vantle", required=True, help="the program")
-    options, rest = parser.parse_known_args()
-    global VANTLE
-    VANTLE = options.vantle
-    unittest.main(argv=[sys.argv[0], *rest])
-
-
 if __name__ == "__main__":
-    main()
+    [VANTLE] = take_options("vantle")
+    unittest.main()

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """What the network tools send, byte by byte, and what they say when the service does not do its part."""
 
-import argparse
 import base64
 import json
 import struct
@@ -14,6 +13,7 @@ from driver.application import Application
 from driver.display import PrivateDisplay
 from driver.host import Host
 from driver.keyring import keyring
+from driver.options import take_options
 from driver.provider import Provider, png
 
 VANTLE = ""
@@ -245,14 +245,6 @@ def size(picture):
     return struct.unpack(">II", picture[16:24])
 
 
-def main():
-    global VANTLE
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--vantle", required=True)
-    options, rest = parser.parse_known_args()
-    VANTLE = options.vantle
-    unittest.main(argv=["network_tools", *rest], verbosity=2)
-
-
 if __name__ == "__main__":
-    main()
+    [VANTLE] = take_options("vantle")
+    unittest.main(verbosity=2)

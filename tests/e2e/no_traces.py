@@ -2,12 +2,8 @@
 """No text, image or credential leaves a trace: every network tool is used with marked secrets while everything that can be
 logged is, and then the logs, the files, the arguments and the environments of all processes are searched for them."""
 
-import argparse
 import base64
-import json
 import subprocess
-import sys
-import tempfile
 import threading
 import time
 import unittest
@@ -18,6 +14,7 @@ from driver.application import Application
 from driver.display import PrivateDisplay
 from driver.keyring import keyring, remember
 from driver.network import PrivateNetwork
+from driver.options import take_options
 from driver.provider import Provider, png
 from driver.waiting import StepFailed, until
 from driver.x import Desktop
@@ -226,14 +223,6 @@ def around(text, secret):
     return text[max(place - 200, 0) : place + 100]
 
 
-def main():
-    global VANTLE
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--vantle", required=True)
-    options, rest = parser.parse_known_args()
-    VANTLE = options.vantle
-    unittest.main(argv=["no_traces", *rest], verbosity=2, warnings="ignore")
-
-
 if __name__ == "__main__":
-    main()
+    [VANTLE] = take_options("vantle")
+    unittest.main(verbosity=2, warnings="ignore")

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """vantle-service when things go wrong: killed, out of room, asked to stop, and by clients that are slow or gone."""
 
-import argparse
 import hashlib
 import os
 import random
@@ -9,16 +8,13 @@ import resource
 import signal
 import socket
 import sqlite3
-import sys
 import threading
 import time
 import unittest
-from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-from driver.service import Service, form  # noqa: E402
-from driver.waiting import until  # noqa: E402
+from driver.options import take_options
+from driver.service import Service, form
+from driver.waiting import until
 
 PROGRAM = ""
 
@@ -230,15 +226,10 @@ class Clients(FaultTest):
 
     def test_large_uploads_take_no_memory(self):
         self.start()
-        before = self.memory("VmRSS")
+        before = self.service.memory("VmRSS")
         url = self.service.upload(bytes(200_000_000)).json["url"]
         self.assertEqual(len(self.service.get(url).body), 200_000_000)
-        self.assertLess(self.memory("VmHWM") - before, 16_000)
-
-    def memory(self, what):
-        """In KB."""
-        status = Path(f"/proc/{self.service.process.pid}/status").read_text()
-        return int(status.split(what + ":")[1].split()[0])
+        self.assertLess(self.service.memory("VmHWM") - before, 16_000)
 
 
 class Stopped(FaultTest):
@@ -278,8 +269,5 @@ class Stopped(FaultTest):
 
 
 if __name__ == "__main__":
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--service", required=True)
-    options, rest = parser.parse_known_args()
-    PROGRAM = options.service
-    unittest.main(argv=[sys.argv[0], *rest], verbosity=2)
+    [PROGRAM] = take_options("service")
+    unittest.main(verbosity=2)

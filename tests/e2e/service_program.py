@@ -14,10 +14,8 @@ import threading
 import unittest
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-from driver import postgres  # noqa: E402
-from driver.service import Service, form  # noqa: E402
+from driver import postgres
+from driver.service import Service, form
 
 PROGRAM = ""
 # The database server that all services use; none: each its own file.

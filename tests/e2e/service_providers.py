@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""vantle-service between providers of the worst kind and more clients than it can serve."""
+"""vantle-service between providers of the worst kind and clients that wait or go."""
 
-import argparse
+import hashlib
 import json
 import re
 import signal
@@ -9,7 +9,6 @@ import socket
 import ssl
 import struct
 import subprocess
-import sys
 import tempfile
 import threading
 import time
@@ -19,37 +18,10 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 from unittest.mock import patch
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-from driver.ai import EVENTS, PICTURE, AITest, SlowAnswers, events, field, picture  # noqa: E402
-from driver.provider import IMAGE_MODEL, MODEL, Provider  # noqa: E402
-from driver.waiting import until  # noqa: E402
-
-KEY = "k3y-of-the-provider"
-
-
-class ProviderTest(AITest):
-    """With a key, and two seconds for an answer."""
-
-    def folder(self):
-        return Path(self.enterContext(tempfile.TemporaryDirectory(prefix="vantle-ai-")))
-
-    def limits(self):
-        key = self.folder() / "key"
-        key.write_text(KEY + "\n")
-        return ["--ai-key-file", str(key), "--ai-time-limit", "2"]
-
-    def ai_arguments(self):
-        return [*self.provider.arguments, *self.limits()]
-
-    def fails(self, raw, *words, headers=None):
-        self.provider.raw = raw
-        begun = time.monotonic()
-        answer = self.post("/v1/answers", {"question": "why?"}, headers)
-        self.assertLess(time.monotonic() - begun, 4)
-        self.assertEqual((answer.status, answer.headers["X-Quota-Remaining"]), (502, "10"), answer.body)
-        for word in words:
-            self.assertIn(word, answer.body.decode()[:80])
+from driver.ai import EVENTS, KEY, OTHER, PICTURE, AITest, ProviderTest, events, field, picture
+from driver.options import take_options
+from driver.provider import IMAGE_MODEL, MODEL, Provider
+from driver.waiting import until
 
 
 class Chat(ProviderTest):
@@ -96,7 +68,7 @@ class Chat(ProviderTest):
         large = [picture("file", PICTURE + bytes(19_000_000)), *[picture("files", PICTURE + bytes(19_000_000))] * 2]
         for _ in range(12):
             self.assertEqual(self.post("/v1/image-answers", large).body, b"There is no question.\n")
-        self.assertLess(self.peak_memory(), 150_000)
+        self.assertLess(self.service.memory("VmHWM"), 150_000)
 
     def test_long_answers_take_no_memory(self):
         def endless(head, piece):
@@ -108,13 +80,13 @@ class Chat(ProviderTest):
 
             return answer
 
-        before = self.peak_memory()
+        before = self.service.memory("VmHWM")
         self.fails(endless(b"Content-Type: application/json", b" " * 65536), "too long")
         self.fails(endless(b"Content-Type: text/event-stream", b"x" * 65536), "too long", headers=EVENTS)
         # Comments are no answer, however many come.
         self.fails(endless(b"Content-Type: text/event-stream", b": still here\n\n" * 4000), "within 2 seconds", headers=EVENTS)
         self.fails(endless(b"X-Long: ", b"x" * 65536), "")
-        self.assertLess(self.peak_memory() - before, 40_000)
+        self.assertLess(self.service.memory("VmHWM") - before, 40_000)
 
 
 class Settings(ProviderTest):
@@ -166,73 +138,92 @@ class Secure(ProviderTest):
         self.assertEqual((self.provider.requests, self.used()), ([], {}))
 
 
-class Messages(ProviderTest):
-    """The faults of the other protocol."""
-
-    def ai_arguments(self):
-        base = self.provider.base_url.removesuffix("/v1")
-        return ["--ai-provider", "anthropic", "--ai-base-url", base, "--ai-model", MODEL, *self.limits()]
-
-    def test_answers_that_are_none(self):
-        def whole(content, **more):
-            return lambda handler, _: handler.reply(200, {"type": "message", "content": content} | more)
-
-        for body in (b"", b"gibberish", b"[]", b'{"type":"message","content":[{"type":"te'):
-            self.fails(lambda handler, _, body=body: handler.reply(200, body), "not understood")
-        for content in ([], 7, [{"type": "image"}], [{"type": "text", "text": " \n"}]):
-            self.fails(whole(content), "empty answer")
-        self.fails(whole([{"type": "text", "text": "x" * 5_000_000}]), "too long")
-        self.fails(lambda handler, _: handler.reply(401, {"error": {"message": f"no such key: {KEY}"}}), "HTTP 401", "no such key: …")
-        self.fails(lambda *_: time.sleep(4), "within 2 seconds")
-        self.assertEqual(self.used(), {})
-
-    def test_streams_that_break(self):
-        def piece(text):
-            return {"type": "content_block_delta", "index": 0, "delta": {"type": "text_delta", "text": text}}
-
-        def stream(*sent):
-            def answer(handler, _):
-                handler.begin_events()
-                for one in sent:
-                    handler.event(one)
-
-            return answer
-
-        self.fails(stream({"type": "message_stop"}), "empty answer", headers=EVENTS)
-        half = json.dumps(piece("c"))[:-9]
-        for last, words in (([], "cut off"), ([half], "cut off"), ([piece("x" * 1_100_000)], "too long")):
-            self.provider.raw = stream(piece("a"), piece("b"), *last)
-            got = events(self.post("/v1/answers", {"question": "a"}, EVENTS).body)
-            self.assertEqual(got[:2], [("delta", {"text": "a"}), ("delta", {"text": "b"})])
-            self.assertEqual((got[-1][0], words in got[-1][1]["error"]), ("error", True), got[-1])
-        self.assertEqual(self.used(), {})
-
-
 class Commands(ProviderTest):
-    """Programs that do not behave."""
+    """A program in the place of a provider."""
 
     def ai_arguments(self):
-        self.script = self.folder() / "agent"
-        return ["--ai-provider", "command", "--ai-command", str(self.script), *self.limits()]
+        self.script = self.folder() / "an agent"
+        self.becomes("cat")
+        return ["--ai-provider", "command", "--ai-command", f"'{self.script}' -p \"a b\"", *self.limits()]
 
-    def says(self, text, question="why?"):
+    def becomes(self, text):
         self.script.write_text("#!/bin/sh\n" + text)
         self.script.chmod(0o700)
+
+    def says(self, text, question="why?"):
+        self.becomes(text)
         begun = time.monotonic()
         answer = self.post("/v1/answers", {"question": question})
         self.assertLess(time.monotonic() - begun, 4)
         return answer.status, answer.body.decode()
 
+    def refuses(self, text, words, question="why?"):
+        status, said = self.says(text, question)
+        self.assertEqual((status, words in said), (502, True), said)
+
+    def test_it_is_told_everything_and_finds_the_pictures(self):
+        self.becomes('printf "%s|" "$0" "$@" "$PWD"; stat -c %a .; cat; sha256sum picture-*')
+        history = json.dumps([{"question": "before?", "answer": "so"}])
+        parts = [picture("file"), picture("files", OTHER), field("question", "wh`at` $HOME?"), field("history", history)]
+        said = self.post("/v1/image-answers", parts).json["answer"]
+        words = said.split("|")
+        self.assertEqual(words[:3], [str(self.script), "-p", "a b"])
+        self.assertTrue(words[3].startswith(str(self.service.data / "ai")), words[3])
+        self.assertTrue(words[4].startswith("700\n"))
+        self.assertLess(said.index("Question: before?"), said.index("Answer: so"))
+        self.assertIn("wh`at` $HOME?", said)
+        for number, content in enumerate((PICTURE, OTHER), 1):
+            self.assertIn(f"{words[3]}/picture-{number}.png\n", said)
+            self.assertIn(f"{hashlib.sha256(content).hexdigest()}  picture-{number}.png", said)
+        self.assertEqual(list((self.service.data / "ai").iterdir()), [])
+        self.assertEqual(self.used(), {"image_answers": 1})
+
+    def test_its_answer_goes_out_as_it_comes(self):
+        self.becomes("printf one; sleep 0.3; printf ' tw\\303'; sleep 0.3; printf '\\266'")
+        answer = self.post("/v1/answers", {"question": "a"}, EVENTS)
+        pieces = [("delta", {"text": text}) for text in ("one", " tw", "ö")]
+        self.assertEqual(events(answer.body), [*pieces, ("done", {"answer": "one twö"})])
+
+    def test_what_is_wrong_with_it_is_said(self):
+        self.refuses("echo 'no credit left' >&2; echo more >&2; exit 3", "(exit status 3): no credit left\n")
+        self.refuses("exit 0", "empty answer")
+        self.refuses("echo please log in >&2", "please log in")
+        self.refuses("kill -9 $$", "exit status 137")
+        self.refuses("exec yes", "too long")
+        self.script.unlink()
+        answer = self.post("/v1/answers", {"question": "why?"})
+        self.assertEqual((answer.status, b"is not there" in answer.body), (503, True))
+        self.assertEqual(self.used(), {})
+
+    def test_it_ends_with_all_that_it_started(self):
+        started = self.folder() / "started"
+        self.refuses(f"sleep 71 & echo $! $$ > '{started}'; wait", "within 2 seconds")
+        for pid in started.read_text().split():
+            until(f"{pid} has ended", lambda pid=pid: not Path(f"/proc/{pid}/cmdline").exists() or not Path(f"/proc/{pid}/cmdline").read_bytes(), 3)
+        # What it leaves behind holds nobody up.
+        self.becomes(f"sleep 71 & echo $! > '{started}'; echo fine")
+        begun = time.monotonic()
+        self.assertEqual(self.post("/v1/answers", {"question": "a"}).json, {"answer": "fine"})
+        self.assertLess(time.monotonic() - begun, 1.5)
+        until("it has ended", lambda: not Path(f"/proc/{started.read_text().strip()}").exists(), 3)
+
+    def test_what_a_killed_service_left_is_removed_and_nothing_else(self):
+        self.post("/v1/answers", {"question": "a"})
+        (self.service.data / "ai" / "call-AbC123").mkdir()
+        (self.service.data / "ai" / "call-AbC123" / "picture-1.png").write_bytes(PICTURE)
+        (self.service.data / "ai" / "notes").mkdir()
+        self.service.kill()
+        self.service.start()
+        self.assertEqual([path.name for path in (self.service.data / "ai").iterdir()], ["notes"])
+
     def test_its_complaints_without_end_hold_nobody_up(self):
         for text in ("exec yes 'no credit' >&2", "exec tr '\\0' x </dev/zero >&2"):
-            status, said = self.says(text)
-            self.assertEqual((status, "within 2 seconds" in said), (502, True), said)
+            self.refuses(text, "within 2 seconds")
         self.assertEqual(self.says("yes oops >&2 & echo fine; kill $!"), (200, '{"answer":"fine"}'))
         self.assertEqual(self.used(), {"answers": 1})
 
     def test_one_that_reads_nothing(self):
-        status, said = self.says("exec sleep 9", "x" * 20_000)
-        self.assertEqual((status, "within 2 seconds" in said), (502, True))
+        self.refuses("exec sleep 9", "within 2 seconds", "x" * 20_000)
         self.assertEqual(self.says("sleep 0.2; echo deaf", "x" * 20_000), (200, '{"answer":"deaf"}'))
 
     def test_what_it_leaves_in_a_session_of_its_own_holds_nobody_up(self):
@@ -257,8 +248,7 @@ class Commands(ProviderTest):
 
     def test_it_ends_when_nobody_waits_any_more(self):
         mark = self.folder() / "mark"
-        self.script.write_text(f"#!/bin/sh\necho $$ >{mark}; exec sleep 9")
-        self.script.chmod(0o700)
+        self.becomes(f"echo $$ >{mark}; exec sleep 9")
         leave(self.service, lambda: until("it runs", lambda: mark.exists() and mark.read_text().strip(), 5))
         until("it has ended", lambda: not Path(f"/proc/{mark.read_text().strip()}").exists(), 1.9)
 
@@ -398,53 +388,6 @@ class Reloaded(AITest):
         until(f"it says {words!r}", lambda: words in self.service.log()[before:], 5)
 
 
-class Crowd(AITest):
-    """Many more clients than places."""
-
-    CLIENTS = 64
-
-    def ai_arguments(self):
-        return [*self.provider.arguments, "--ai-concurrency", "4"]
-
-    def test_all_are_answered_and_nothing_else_waits(self):
-        self.service.command("plan", "set", "embedded", "--image-answers", "1000")
-        slow = SlowAnswers()
-        self.provider.answer = slow
-        large = [picture("file", PICTURE + bytes(2_000_000)), field("question", "a")]
-        done = threading.Event()
-        with ThreadPoolExecutor(self.CLIENTS + 1) as crowd:
-            beside = crowd.submit(self.looks_in, done)
-            answers = list(crowd.map(lambda _: self.post("/v1/image-answers", large), range(self.CLIENTS)))
-            done.set()
-            self.assertLess(beside.result(), 1)
-        statuses = Counter(answer.status for answer in answers)
-        self.assertEqual((set(statuses), sum(statuses.values())), ({200, 503}, self.CLIENTS), statuses)
-        self.assertGreaterEqual(statuses[200], 15)
-        self.assertEqual(slow.most, 4)
-        self.assertTrue(all(answer.headers["Retry-After"] for answer in answers if answer.status == 503))
-        self.assertEqual(self.used(), {"image_answers": statuses[200]})
-        # Of all these pictures, no more than those of one crowd is ever in memory.
-        self.assertLess(self.peak_memory(), 2 * self.CLIENTS * 2_000 + 60_000)
-        self.assertEqual(self.post("/v1/image-answers", large).status, 200)
-
-    def looks_in(self, done):
-        """The longest that a small request took meanwhile, in seconds."""
-        longest = 0
-        while not done.is_set():
-            begun = time.monotonic()
-            self.assertEqual(self.service.ask("GET", "/v1/quota").status, 200)
-            longest = max(longest, time.monotonic() - begun)
-            time.sleep(0.05)
-        return longest
-
-
-def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--service", required=True)
-    options, rest = parser.parse_known_args()
-    AITest.program = options.service
-    unittest.main(argv=[sys.argv[0], *rest], verbosity=2)
-
-
 if __name__ == "__main__":
-    main()
+    [AITest.program] = take_options("service")
+    unittest.main(verbosity=2)

@@ -8,13 +8,10 @@ import re
 import subprocess
 import sys
 import time
-from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
-
-from driver import compositor  # noqa: E402
-from driver.virtual_keyboard import VirtualKeyboard  # noqa: E402
-from driver.waiting import StepFailed, expect, until  # noqa: E402
+from driver import compositor
+from driver.virtual_keyboard import VirtualKeyboard
+from driver.waiting import StepFailed, expect, until
 
 SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true, "hotkeys": {"feedback": {"keyCode": 96, "carbonModifiers": 256}}}'
 

@@ -92,10 +92,6 @@ class Control:
     def is_checked(self):
         return states_of(self.node).contains(CHECKED)
 
-    @property
-    def is_sensitive(self):
-        return self.has(SENSITIVE)
-
     def can_be_used(self):
         """Asked anew: another control may have switched it off."""
         return states_of(self.node).contains(SENSITIVE)

@@ -1,8 +1,7 @@
 """vantle-service with a scripted provider behind it, and what its clients send to the AI endpoints."""
 
 import json
-import re
-import threading
+import tempfile
 import time
 import unittest
 from pathlib import Path
@@ -12,6 +11,7 @@ from .service import Service, form
 
 PICTURE = png()
 OTHER = png(8, 8, (200, 0, 0))
+KEY = "k3y-of-the-provider"
 EVENTS = {"Accept": "text/event-stream"}
 METRICS = ("--answers", "--text", "--image-answers", "--image-generate")
 
@@ -31,22 +31,6 @@ def events(body):
         name, data = block.split("\n")
         found.append((name.removeprefix("event: "), json.loads(data.removeprefix("data: "))))
     return found
-
-
-class SlowAnswers:
-    """An answer of a provider's that takes its time, and how many were awaited at once at most."""
-
-    def __init__(self, seconds=0.3):
-        self.seconds, self.present, self.most, self.lock = seconds, 0, 0, threading.Lock()
-
-    def __call__(self, _):
-        with self.lock:
-            self.present += 1
-            self.most = max(self.most, self.present)
-        time.sleep(self.seconds)
-        with self.lock:
-            self.present -= 1
-        return "late"
 
 
 class AITest(unittest.TestCase):
@@ -77,6 +61,26 @@ class AITest(unittest.TestCase):
         usage = self.service.ask("GET", "/v1/quota").json["usage"]
         return {metric: entry["used"] for metric, entry in usage.items() if entry["used"]}
 
-    def peak_memory(self):
-        """The most that the service has taken, in KB."""
-        return int(re.search(r"VmHWM:\s+(\d+)", Path(f"/proc/{self.service.process.pid}/status").read_text())[1])
+
+class ProviderTest(AITest):
+    """With a key, and two seconds for an answer."""
+
+    def folder(self):
+        return Path(self.enterContext(tempfile.TemporaryDirectory(prefix="vantle-ai-")))
+
+    def limits(self):
+        key = self.folder() / "key"
+        key.write_text(KEY + "\n")
+        return ["--ai-key-file", str(key), "--ai-time-limit", "2"]
+
+    def ai_arguments(self):
+        return [*self.provider.arguments, *self.limits()]
+
+    def fails(self, raw, *words, headers=None):
+        self.provider.raw = raw
+        begun = time.monotonic()
+        answer = self.post("/v1/answers", {"question": "why?"}, headers)
+        self.assertLess(time.monotonic() - begun, 4)
+        self.assertEqual((answer.status, answer.headers["X-Quota-Remaining"]), (502, "10"), answer.body)
+        for word in words:
+            self.assertIn(word, answer.body.decode()[:80])

@@ -3,12 +3,12 @@
 import json
 import os
 import shutil
-import signal
 import subprocess
 import sys
 import tempfile
 from pathlib import Path
 
+from .processes import Processes
 from .waiting import StepFailed, until
 
 NEEDED = ["sway", "swaymsg", "Xwayland", "foot", "dbus-run-session", "xwininfo", "xclip"]
@@ -31,13 +31,13 @@ def skip_where_impossible():
     os.execvp("unshare", [*AS_USER, sys.executable, *sys.argv])
 
 
-class PrivateSession:
+class PrivateSession(Processes):
     """Owns a folder for everything (home, sockets, logs); puts itself into the environment."""
 
     def __init__(self, configuration=""):
+        super().__init__()
         self.folder = Path(tempfile.mkdtemp(prefix="vantle-wayland-"))
         self.configuration = configuration
-        self.processes = []
 
     def __enter__(self):
         try:
@@ -76,36 +76,8 @@ class PrivateSession:
                 os.environ[name] = value
 
     def __exit__(self, *_):
-        for process in reversed(self.processes):
-            self._end(process)
+        self.end_all()
         shutil.rmtree(self.folder, ignore_errors=True)
-
-    def _end(self, process):
-        """The session's process is the first of a group of its own: all that it has started ends with it."""
-        is_group = os.getpgid(process.pid) == process.pid
-        process.terminate()
-        try:
-            process.wait(5)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            process.wait()
-        if is_group:
-            self._end_group(process.pid)
-
-    @staticmethod
-    def _end_group(group):
-        """Nothing in it has anything to save."""
-        try:
-            os.killpg(group, signal.SIGKILL)
-        except ProcessLookupError:
-            pass
-
-    def start(self, command, **options):
-        options.setdefault("stdout", subprocess.DEVNULL)
-        options.setdefault("stderr", subprocess.DEVNULL)
-        process = subprocess.Popen(command, **options)
-        self.processes.append(process)
-        return process
 
     def ask(self, *words):
         """What swaymsg answers."""

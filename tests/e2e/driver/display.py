@@ -4,10 +4,11 @@ import os
 import select
 import subprocess
 
+from .processes import Processes
 from .waiting import StepFailed, until
 
 
-class PrivateDisplay:
+class PrivateDisplay(Processes):
     """Owns the three; puts itself into DISPLAY and DBUS_SESSION_BUS_ADDRESS.
 
     `screen` is its size. With `two_screens`, the one screen is cut into L (1920 wide) and R (the other 1280), as two
@@ -15,10 +16,10 @@ class PrivateDisplay:
     """
 
     def __init__(self, two_screens=False, window_manager="openbox", screen="1920x1080"):
+        super().__init__()
         self.two_screens = two_screens
         self.window_manager = window_manager
         self.screen = "3200x1080" if two_screens else screen
-        self.processes = []
         self.name = ""
 
     def __enter__(self):
@@ -48,14 +49,7 @@ class PrivateDisplay:
         until("the window manager announces itself", self._managed, 10)
 
     def __exit__(self, *_):
-        for process in reversed(self.processes):
-            process.terminate()
-        for process in reversed(self.processes):
-            try:
-                process.wait(5)
-            except subprocess.TimeoutExpired:
-                process.kill()
-                process.wait()
+        self.end_all()
 
     def _first_line(self, program, arguments):
         """Starts a server that writes where it is reached to a descriptor, and reads that."""
@@ -66,14 +60,6 @@ class PrivateDisplay:
             if not select.select([reader], [], [], 20)[0]:
                 raise StepFailed(f"{program} does not start")
             return lines.readline().strip()
-
-    def start(self, command, **options):
-        """A client of this display that ends with it."""
-        options.setdefault("stdout", subprocess.DEVNULL)
-        options.setdefault("stderr", subprocess.DEVNULL)
-        process = subprocess.Popen(command, **options)
-        self.processes.append(process)
-        return process
 
     def _managed(self):
         """It announces itself first; a window mapped before it keeps its list of windows never gets the focus."""

@@ -137,6 +137,11 @@ class Service:
     def log(self):
         return self.log_path.read_text()
 
+    def memory(self, what):
+        """"VmRSS": what it takes just now, "VmHWM": the most that it has taken, in KB."""
+        status = Path(f"/proc/{self.process.pid}/status").read_text()
+        return int(status.split(what + ":")[1].split()[0])
+
     def kill(self):
         self.process.kill()
         self._reap()

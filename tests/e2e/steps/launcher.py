@@ -28,29 +28,6 @@ def starts_a_tool_from_the_launcher(world):
     world.expect_terminal_active("at the end")
 
 
-def toggles_the_launcher(world):
-    """Ctrl+Alt+Space opens the launcher and closes it again"""
-    open_launcher(world)
-    world.desktop.press("Ctrl+Alt+Space")
-    world.quiet()
-
-
-def starts_a_tool(world):
-    """Arrows and Return start Ask AI, and Escape in its panel leads back to the launcher"""
-    open_launcher(world)
-    for key in ("Right", "Right", "Left", "Left", "Down"):
-        world.desktop.press(key)
-    world.desktop.press("Return")
-    until("its panel is shown", lambda: world.titled("Ask AI"))
-    world.see("Press ↩ to ask")
-    world.picture("started")
-    until("the use is recorded", lambda: uses(world, "quick-question") == 1)
-    world.desktop.press("Escape")
-    until("the launcher is back", lambda: world.titled("Vantle Launcher"))
-    world.desktop.press("Escape")
-    world.quiet()
-
-
 def refuses_network_tools_offline(world):
     """Without a route a network tool shows the offline toast for 4 s and records nothing; with one it works again"""
     if not world.network:
@@ -124,10 +101,4 @@ def uses_after_summon(world):
     return uses(world, "uplink")
 
 
-STEPS = [
-    toggles_the_launcher,
-    starts_a_tool_from_the_launcher,
-    starts_a_tool,
-    refuses_network_tools_offline,
-    follows_the_pointer,
-]
+STEPS = [starts_a_tool_from_the_launcher, refuses_network_tools_offline, follows_the_pointer]

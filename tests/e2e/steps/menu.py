@@ -3,7 +3,6 @@
 import subprocess
 from contextlib import contextmanager
 
-from driver import accessibility
 from driver.waiting import expect, stays, until
 from steps.palette import text_of
 
@@ -123,20 +122,6 @@ def opens_without_a_tray(world):
     until("it is closed", lambda: not menu(world))
 
 
-def shows_the_usage(world):
-    """Usage, pressed as a screen reader does, opens the usage window, which says that no service has told anything"""
-    world.quiet()
-    summon(world)
-    until("the menu is shown", lambda: menu(world))
-    row = until("a screen reader finds the row", lambda: accessibility.find(world.application.pid, "Usage"))
-    expect("and can press it", row.get_action_iface().do_action(0))
-    window = until("the usage window is shown", lambda: world.titled("Usage"))
-    expect(f"it is 440 by 440: {window}", (window.width, window.height) == (440, 440))
-    world.see("No usage loaded yet.")
-    world.picture("empty")
-    world.close_window("Usage")
-
-
 def summon(world):
     result = world.application.command("summon", "menu")
     expect(f"summon succeeds: {result.stderr.strip()}", result.returncode == 0)
@@ -167,4 +152,4 @@ def is_dark_and_quits(world):
             world.network.go_online()
 
 
-STEPS = [opens_at_the_tray_icon, closes_by_the_icon, opens_without_a_tray, shows_the_usage, is_dark_and_quits]
+STEPS = [opens_at_the_tray_icon, closes_by_the_icon, opens_without_a_tray, is_dark_and_quits]

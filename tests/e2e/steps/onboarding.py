@@ -1,4 +1,4 @@
-"""The first run, from the welcome to the first typed command, and where it takes up again."""
+"""The first run, from the welcome to the first typed command."""
 
 from driver.waiting import expect, stays, until
 
@@ -58,35 +58,6 @@ def starts_quietly(world, application):
     stays("a second start shows nothing", lambda: not world.windows(), 0.5)
 
 
-def resumes_the_first_run(world):
-    """Closed at the permissions, the first run takes up there; closed before, at the welcome"""
-    with world.another_application() as application:
-        application.start()
-        world.see("Welcome to Vantle", 10)
-        world.desktop.press("Return")
-        world.see("Private by default")
-        leaves_and_returns(world, application)
-        world.see("Welcome to Vantle", 10)
-        world.desktop.press("Return")
-        world.see("Private by default")
-        world.desktop.press("Return")
-        world.see("What Linux allows")
-        leaves_and_returns(world, application)
-        world.see("What Linux allows", 10)
-        expect("it is not over", not stored(application).get("onboardingCompleted"))
-
-
-def leaves_and_returns(world, application):
-    until("the window has the keyboard", lambda: world.desktop.active_window() == world.titled(WELCOME).id)
-    world.desktop.press("Escape")
-    until("Escape closes it", lambda: not world.titled(WELCOME))
-    expect("the program runs on", application.is_running())
-    application.stop()
-    application.start()
-    until("the window is back", lambda: world.titled(WELCOME), 10)
-    until("it is the active window", lambda: world.desktop.active_window() == world.titled(WELCOME).id)
-
-
 def offers_what_is_free(world):
     """Taken shortcuts: one click binds a free one, and a button stands in for the launcher's"""
     with world.another_application() as application:
@@ -105,19 +76,6 @@ def offers_what_is_free(world):
             world.desktop.press("Escape")
             world.desktop.press("Ctrl+Alt+e")
             until("the new shortcut starts its tool", world.toast)
-
-
-def shows_the_permissions(world):
-    """The permissions window tells what X11 allows; Escape closes it"""
-    world.quiet()
-    world.application.command("summon", "permissions")
-    window = until("the window is shown", lambda: world.titled("Permissions"))
-    until("it is the active window", lambda: world.desktop.active_window() == window.id)
-    world.see("Screen Recording")
-    world.see("✓ Allowed")
-    world.picture()
-    world.desktop.press("Escape")
-    until("Escape closes it", lambda: not world.titled("Permissions"))
 
 
 def step(world, text, picture):
@@ -141,4 +99,4 @@ def stored(application):
     return application.read_json("settings.json") or {}
 
 
-STEPS = [walks_through_the_first_run, resumes_the_first_run, offers_what_is_free, shows_the_permissions]
+STEPS = [walks_through_the_first_run, offers_what_is_free]

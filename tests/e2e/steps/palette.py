@@ -107,14 +107,6 @@ def goes_round_and_says_when_nothing_matches(world):
     until("the last command is typed", lambda: world.terminal.typed() == COMMANDS[-1]["command"] + "\n")
 
 
-def opens_from_the_command_line(world):
-    """vantle summon frequent-clis opens the palette in the running program"""
-    result = world.application.command("summon", "frequent-clis")
-    expect(f"summon succeeds: {result.stderr.strip()}", result.returncode == 0)
-    until("the palette is shown", world.palette)
-    world.close_palette()
-
-
 STEPS = [
     types_a_command,
     types_and_runs_a_command,
@@ -122,5 +114,4 @@ STEPS = [
     goes_round_and_says_when_nothing_matches,
     closes_by_a_click_elsewhere,
     keeps_every_early_key,
-    opens_from_the_command_line,
 ]

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "unit/tools/session_history/random_transcripts.h"
+#include "random_transcripts.h"
 
 namespace {
 

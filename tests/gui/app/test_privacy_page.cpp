@@ -6,7 +6,6 @@
 #include <QTest>
 
 #include "app/settings/settings_window.h"
-#include "core/ui/toggle_switch.h"
 #include "support/app_stage.h"
 #include "support/controls.h"
 #include "support/files.h"
@@ -69,22 +68,6 @@ class TestPrivacyPage : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void everythingIsNamedAlsoWhatUnfolds() {
-    Stage stage;
-    stage.press(u"Show What Is Sent"_s);
-    stage.press(u"Delete All Data"_s);
-    QCOMPARE(unnamedControls(stage.window), QStringList());
-    QVERIFY(stage.says(u"Generate Image"_s) && stage.says(u"Links expire after 90 days."_s));
-  }
-
-  void consentIsAskedAndOffAtFirst() {
-    Stage stage;
-    auto* consent = named<ToggleSwitch>(stage.window, u"Share anonymous usage statistics"_s);
-    QVERIFY(consent && !consent->isChecked());
-    consent->click();
-    QVERIFY(stage.world.preferences.value().shareUsageStats);
-  }
-
   void showsExactlyWhatIsSent() {
     Stage stage;
     stage.press(u"Show What Is Sent"_s);

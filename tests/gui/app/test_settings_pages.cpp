@@ -1,4 +1,3 @@
-#include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
@@ -103,16 +102,6 @@ class TestSettingsPages : public QObject {
     stage.show(SettingsTab::general);
     QVERIFY(!stage.loginSwitch().isEnabled());
     QVERIFY(!stage.remark().isEmpty());
-  }
-
-  void generalHasAppearanceAndNews() {
-    GeneralStage stage;
-    auto& appearance = stage.control<QComboBox>(u"Appearance"_s);
-    appearance.setFocus();
-    stage.key(Qt::Key_Down);
-    QCOMPARE(AppPreferences(stage.world.folders.file(u"app-settings.json"_s)).value().appearance, AppAppearance::dark);
-    stage.control<QPushButton>(u"What's New…"_s).click();
-    QCOMPARE(stage.windows.opened, std::vector{AppWindow::whatsNew});
   }
 
   void theExampleToastUsesTheSettings() {

@@ -13,14 +13,6 @@ class TestSettingsWindow : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void everyControlHasAName() {
-    SettingsStage stage;
-    for (int tab = 0; tab < 6; ++tab) {
-      stage.show(static_cast<SettingsTab>(tab));
-      QCOMPARE(unnamedControls(stage.window), QStringList());
-    }
-  }
-
   void tabsAreChosenByKeys() {
     SettingsStage stage;
     stage.show(SettingsTab::general);

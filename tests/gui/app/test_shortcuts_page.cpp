@@ -4,8 +4,6 @@
 
 #include "app/settings/settings_window.h"
 #include "core/ui/control_style.h"
-#include "core/ui/theme.h"
-#include "core/ui/theme_palette.h"
 #include "support/app_stage.h"
 #include "support/controls.h"
 
@@ -114,32 +112,6 @@ class TestShortcutsPage : public QObject {
     QVERIFY(stage.world.settings.value().hotkeys.empty());
     QVERIFY(stage.world.hotkeys.isRegistered(u"uplink"_s) && stage.world.hotkeys.isRegistered(u"promptify"_s));
     QVERIFY(!stage.button(u"Reset all shortcuts"_s)->isEnabled());
-  }
-
-  void opensTheKeyboard() {
-    Stage stage;
-    stage.show();
-    stage.click(u"Show Keyboard…"_s);
-    QCOMPARE(stage.windows.opened, std::vector{AppWindow::keyboardShortcuts});
-  }
-
-  /// For the eye; written where VANTLE_SHOTS says.
-  void pictures() {
-    const QString folder = qEnvironmentVariable("VANTLE_SHOTS");
-    if (folder.isEmpty()) QSKIP("VANTLE_SHOTS names no folder");
-    for (const bool dark : {false, true}) {
-      QApplication::setPalette(themePalette(dark ? Theme::darkTheme() : Theme::light()));
-      Stage stage({kUplink});
-      stage.world.hotkeys.setHotkey(Hotkey{4, 0x1800}, u"quick-question"_s);
-      stage.world.hotkeys.setHotkey(Hotkey{31, 0x1800}, u"promptify"_s);
-      stage.show();
-      const QString name = folder + u"/page-%1-%2.png"_s.arg(dark ? u"dark"_s : u"light"_s);
-      stage.window.grab().save(name.arg(1));
-      stage.click(u"Reset all shortcuts"_s);
-      stage.window.resize(880, 1500);
-      QCoreApplication::processEvents();
-      stage.window.grab().save(name.arg(2));
-    }
   }
 };
 

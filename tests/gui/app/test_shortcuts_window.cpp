@@ -9,7 +9,6 @@
 #include "app/shortcuts/shortcuts_window.h"
 #include "core/ui/control_style.h"
 #include "core/ui/theme.h"
-#include "core/ui/theme_palette.h"
 #include "support/app_stage.h"
 #include "support/controls.h"
 
@@ -54,20 +53,6 @@ class TestShortcutsWindow : public QObject {
 
  private Q_SLOTS:
   void initTestCase() { QApplication::setStyle(new ControlStyle); }
-
-  void everythingHasAName() {
-    Stage stage({{32, 0x1800}});
-    stage.show();
-    QCOMPARE(unnamedControls(stage.window), QStringList());
-    QVERIFY(stage.key(u"K, Ctrl+Alt: Ask AI"_s));
-    QVERIFY(stage.key(u"Space, Ctrl+Alt: Launcher"_s));
-    QVERIFY(stage.key(u"U, Ctrl+Alt"_s)->accessibleDescription().contains(u"taken by another program"_s));
-    QVERIFY(named<ShortcutRow>(stage.window, u"Ask AI, Ctrl+Alt+K"_s));
-    for (const int key : {Qt::Key_Tab, Qt::Key_Space}) {
-      QTest::keyClick(qApp->focusWidget(), static_cast<Qt::Key>(key));
-      QCOMPARE(unnamedControls(stage.window), QStringList());
-    }
-  }
 
   void lightsFollowTheHand() {
     Stage stage;
@@ -191,18 +176,6 @@ class TestShortcutsWindow : public QObject {
     QVERIFY(stage.window.rect().contains(stage.popover()->geometry()));
   }
 
-  void tabVisitsEveryKeyAndRow() {
-    Stage stage;
-    stage.show();
-    QSet<QWidget*> visited;
-    for (int step = 0; step < 60; ++step) {
-      QTest::keyClick(stage.window.focusWidget(), Qt::Key_Tab);
-      visited.insert(stage.window.focusWidget());
-    }
-    for (KeyButton* key : stage.window.findChildren<KeyButton*>()) QVERIFY(visited.contains(key));
-    for (ShortcutRow* row : stage.window.findChildren<ShortcutRow*>()) QVERIFY(visited.contains(row));
-  }
-
   void aKeyMovesWithItsShortcut() {
     Stage stage;
     stage.show();
@@ -210,30 +183,6 @@ class TestShortcutsWindow : public QObject {
     QVERIFY(!stage.key(u"K, "_s));
     QVERIFY(stage.key(u"X, Ctrl+Alt: Ask AI"_s));
     QVERIFY(named<ShortcutRow>(stage.window, u"Ask AI, Ctrl+Alt+X"_s));
-  }
-
-  /// For the eye; written where VANTLE_SHOTS says.
-  void pictures() {
-    const QString folder = qEnvironmentVariable("VANTLE_SHOTS");
-    if (folder.isEmpty()) QSKIP("VANTLE_SHOTS names no folder");
-    for (const bool dark : {false, true}) {
-      QApplication::setPalette(themePalette(dark ? Theme::darkTheme() : Theme::light()));
-      const QString look = dark ? u"dark"_s : u"light"_s;
-      Stage stage({{32, 0x1800}});
-      stage.world.registry.setEnabled(u"boilerplates"_s, false);
-      stage.show();
-      stage.window.grab().save(folder + u"/keyboard-%1-rest.png"_s.arg(look));
-      stage.hold(kControlOption);
-      stage.window.grab().save(folder + u"/keyboard-%1-held.png"_s.arg(look));
-      stage.hold(Qt::NoModifier);
-      stage.world.setOnline(false);
-      stage.key(u"K,"_s)->setFocus(Qt::TabFocusReason);
-      stage.window.grab().save(folder + u"/keyboard-%1-offline.png"_s.arg(look));
-      stage.key(u"U,"_s)->setFocus(Qt::TabFocusReason);
-      stage.window.grab().save(folder + u"/keyboard-%1-taken.png"_s.arg(look));
-      stage.key(u"Space,"_s)->setFocus(Qt::TabFocusReason);
-      stage.window.grab().save(folder + u"/keyboard-%1-own.png"_s.arg(look));
-    }
   }
 };
 

@@ -6,9 +6,6 @@
 #include "app/usage/meter_view.h"
 #include "app/usage/plan_badge.h"
 #include "app/usage/usage_window.h"
-#include "core/ui/control_style.h"
-#include "core/ui/theme.h"
-#include "core/ui/theme_palette.h"
 #include "support/controls.h"
 #include "support/service_world.h"
 
@@ -60,8 +57,6 @@ class TestUsageWindow : public QObject {
     QVERIFY(texts.indexOf(u"Answers"_s) < texts.indexOf(u"Text"_s));
     QVERIFY(!texts.contains(u"Loading your usage…"_s));
 
-    picture(stage.window, u"usage"_s);
-
     auto* bar = stage.window.findChild<MeterBar*>();
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(bar);
     QCOMPARE(accessible->role(), QAccessible::ProgressBar);
@@ -96,21 +91,6 @@ class TestUsageWindow : public QObject {
     stage.answer(200, "{\"usage\": {\"" + QByteArray(500, 'x') + "\": {\"used\": 1, \"limit\": 2}}}");
     QVERIFY(stage.texts().contains(u"1 of 2"_s));
     QCOMPARE(stage.window.size(), QSize(440, 440));
-    picture(stage.window, u"usage-long"_s);
-  }
-
- private:
-  /// Into the folder VANTLE_SHOTS, for those who want to see it; the whole program knows no service on a test display.
-  static void picture(QWidget& window, const QString& name) {
-    const QString folder = qEnvironmentVariable("VANTLE_SHOTS");
-    if (folder.isEmpty()) return;
-    for (const Theme* theme : {&Theme::light(), &Theme::darkTheme()}) {
-      QApplication::setStyle(new ControlStyle);
-      QApplication::setFont(Theme::detailFont());
-      QApplication::setPalette(themePalette(*theme));
-      QCoreApplication::processEvents();
-      window.grab().save(folder + u'/' + name + (theme->dark ? u"-dark.png"_s : u"-light.png"_s));
-    }
   }
 };
 

@@ -50,21 +50,6 @@ class TestWhatsNewWindow : public QObject {
     QVERIFY(shownText(stage.window).contains(u"First"_s));
   }
 
-  void itIsNamedAndEndsByKeyboard() {
-    Stage stage;
-    stage.window.open();
-    QVERIFY(QTest::qWaitForWindowActive(&stage.window));
-    QCOMPARE(stage.window.windowTitle(), u"What's New"_s);
-    QCOMPARE(unnamedControls(stage.window), QStringList());
-    auto* done = named<QPushButton>(stage.window, u"Done"_s);
-    QTRY_VERIFY(done && done->hasFocus());
-    QTest::keyClick(done, Qt::Key_Space);
-    QVERIFY(!stage.window.isVisible());
-    stage.window.open();
-    QTest::keyClick(&stage.window, Qt::Key_Escape);
-    QVERIFY(!stage.window.isVisible());
-  }
-
   void whatShipsIsInTheProgram() { QVERIFY(!WhatsNewWindow::shippedChangelog().upTo(u"0.1.0"_s).empty()); }
 };
 

@@ -10,8 +10,8 @@
 
 #include "core/ui/check_control.h"
 #include "support/fake_panel_window.h"
-#include "support/pictures.h"
 #include "support/quick_question_world.h"
+#include "support/wear_theme.h"
 #include "tools/ask_ai/quick_question_panel.h"
 #include "tools/ask_ai/quick_question_settings_view.h"
 #include "tools/ask_ai/quick_question_view.h"
@@ -87,7 +87,6 @@ class TestQuickQuestionWindow : public QObject {
     QCOMPARE(window.panel.panel().size(), QSize(676, 496));
     QCOMPARE(window.field().accessibleName(), u"Ask AI anything…"_s);
     QVERIFY(window.field().hasFocus() && window.says(u"Press ↩ to ask"_s));
-    shoot(window.panel.panel(), u"ask-empty"_s);
     QTest::keyClicks(&window.field(), u"How do I sort"_s);
     const int oneLine = window.field().height();
     window.type(Qt::Key_Return, Qt::ShiftModifier);
@@ -98,16 +97,13 @@ class TestQuickQuestionWindow : public QObject {
     QVERIFY(window.world.isWaiting());
     QCOMPARE(window.field().toPlainText(), QString());
     QVERIFY(window.says(u"Thinking…"_s));
-    shoot(window.panel.panel(), u"ask-pending"_s);
 
     window.world.http.deliver(AskWorld::delta(kAnswer.left(150)));
     QTRY_COMPARE(window.texts(u"Answer"_s).size(), 1);
     QVERIFY(!window.says(u"Thinking…"_s));
-    shoot(window.panel.panel(), u"ask-streaming"_s);
     window.world.stream(AskWorld::delta(kAnswer.mid(150)) + AskWorld::done(kAnswer));
     QCOMPARE(window.texts(u"Question"_s).size(), 1);
     QCOMPARE(window.texts(u"Answer"_s)[0]->toPlainText().left(20), u"Use std::ranges::sort"_s.left(20));
-    shoot(window.panel.panel(), u"ask-answered"_s);
     window.type(Qt::Key_Up);
     QCOMPARE(window.field().toPlainText(), u"How do I sort\nby name?"_s);
   }
@@ -153,7 +149,6 @@ class TestQuickQuestionWindow : public QObject {
     QCOMPARE(bar.value(), read);
     window.world.http.answer(500, "oops");
     QVERIFY(window.says(u"Request failed (HTTP 500) oops"_s));
-    shoot(window.panel.panel(), u"ask-error"_s);
     QCOMPARE(window.field().toPlainText(), u"And now?"_s);
     window.type(Qt::Key_N, Qt::ControlModifier);
     QVERIFY(window.texts(u"Answer"_s).isEmpty() && window.says(u"Short answers, right here."_s));
@@ -194,7 +189,6 @@ class TestQuickQuestionWindow : public QObject {
     QVERIFY(window.says(u"Press ↩ to ask about your image"_s));
     QVERIFY(window.world.attach(6));
     QVERIFY(!window.button(u"Attach image files"_s)->isEnabled());
-    shoot(window.panel.panel(), u"ask-attached"_s);
     QTRY_VERIFY(window.button(u"Remove attached image 6"_s));
     auto* second = window.button(u"Remove attached image 2"_s);
     second->setFocus();
@@ -267,7 +261,6 @@ class TestQuickQuestionWindow : public QObject {
     QVERIFY(link && link->accessibleDescription() == u"https://example.com/here");
     link->setFocus();
     QVERIFY(!link->visibleRegion().isEmpty());
-    shoot(window.panel.panel(), u"ask-link"_s);
     window.type(Qt::Key_Return);
     QCOMPARE(window.opened, QList<QUrl>({QUrl(u"https://example.com/here"_s)}));
     // The browser is where the user goes on.
@@ -305,7 +298,6 @@ class TestQuickQuestionWindow : public QObject {
     QTRY_VERIFY(!check->isTesting());
     const auto labels = page.findChildren<QLabel*>();
     QVERIFY(std::ranges::any_of(labels, [](const QLabel* label) { return label->text() == u"✓ pong"; }));
-    shoot(page, u"ask-settings"_s);
   }
 };
 

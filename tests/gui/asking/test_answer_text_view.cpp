@@ -7,7 +7,7 @@
 #include <QTextTable>
 #include <QToolButton>
 
-#include "support/pictures.h"
+#include "support/wear_theme.h"
 #include "tools/asking/answer_text_view.h"
 #include "tools/asking/exchange_view.h"
 
@@ -172,7 +172,6 @@ class TestAnswerTextView : public QObject {
     QVERIFY(view.document()->size().width() <= view.width());
     const auto* table = qobject_cast<QTextTable*>(view.document()->rootFrame()->childFrames().value(0));
     QVERIFY(table && table->format().cellPadding() > 2 && table->format().borderCollapse());
-    shoot(view, u"answer-markdown"_s);
   }
 };
 

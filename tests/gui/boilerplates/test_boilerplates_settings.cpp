@@ -96,31 +96,12 @@ class TestBoilerplatesSettings : public QObject {
     QCOMPARE(name->text(), u"web"_s);
   }
 
-  void tabLeadsThroughTheRowsToTheButton() {
-    Stage stage;
-    stage.add(u"/srv/web"_s);
-    stage.add(u"/srv/tool"_s);
-    stage.nameOf(u"web"_s)->setFocus();
-    for (const QString& next : {u"Remove web"_s, u"Name of tool"_s, u"Remove tool"_s, u"Add Folder…"_s}) {
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-      QAccessibleInterface* focused = QAccessible::queryAccessibleInterface(QApplication::focusWidget());
-      QVERIFY2(focused->text(QAccessible::Name).startsWith(next), qPrintable(focused->text(QAccessible::Name)));
-    }
-  }
-
   void theLastPlaceTakesNoFieldFromTheUser() {
     Stage stage;
     stage.add(u"/srv/web"_s);
     QTest::keyClicks(stage.nameOf(u"web"_s), u"x"_s);
     stage.store.update([](BoilerplateSettings& settings) { settings.lastPlace = u"/srv"_s; });
     QCOMPARE(stage.nameOf(u"web"_s)->text(), u"webx"_s);
-  }
-
-  void aLongPathTakesNoRoomFromTheRow() {
-    Stage stage;
-    stage.add(u"/srv/"_s + u"a-very-long-folder-name/"_s.repeated(12) + u"web"_s);
-    const auto* remove = named<QPushButton>(stage.page, u"Remove web"_s);
-    QVERIFY(stage.page.rect().contains(QRect(remove->mapTo(&stage.page, QPoint()), remove->size())));
   }
 };
 

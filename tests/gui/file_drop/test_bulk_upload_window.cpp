@@ -11,8 +11,8 @@
 #include "support/fake_panel_window.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
-#include "support/pictures.h"
 #include "support/upload_world.h"
+#include "support/wear_theme.h"
 #include "tools/file_drop/bulk_upload_panel.h"
 #include "tools/file_drop/bulk_upload_panel_controller.h"
 #include "tools/file_drop/bulk_upload_view.h"
@@ -81,7 +81,6 @@ class TestBulkUploadWindow : public QObject {
   void everyPhaseHasItsPage() {
     Window window;
     window.controller.show();
-    shoot(window.panel.panel(), u"filedrop-empty"_s);
     QVERIFY(window.button(u"Choose Files…"_s) && window.button(u"Choose Folder…"_s));
     QVERIFY(!window.button(u"Upload"_s));
 
@@ -93,10 +92,8 @@ class TestBulkUploadWindow : public QObject {
     QTRY_VERIFY(window.button(u"Upload"_s) && window.button(u"Upload"_s)->isEnabled());
     QVERIFY(window.world.services.http.sent.empty());
     window.controller.model().moveSelection(1);
-    shoot(window.panel.panel(), u"filedrop-list"_s);
 
     window.controller.model().showZipping(0.42);
-    shoot(window.panel.panel(), u"filedrop-zipping"_s);
     QVERIFY(!window.drop({window.file(u"late.txt"_s)}));
     window.controller.model().backToList();
 
@@ -104,17 +101,14 @@ class TestBulkUploadWindow : public QObject {
     QTRY_VERIFY(!window.world.services.http.waiting.empty());
     window.world.services.http.sent[0].progress(0.73);
     QVERIFY(window.button(u"Cancel"_s));
-    shoot(window.panel.panel(), u"filedrop-uploading"_s);
     window.world.services.http.answer(507,
                                       "There is no room left on the disk of this service for " + QByteArray(60, 'x'));
     QVERIFY(window.button(u"Try Again"_s) && window.button(u"Start Over"_s));
-    shoot(window.panel.panel(), u"filedrop-failed"_s);
 
     window.button(u"Try Again"_s)->click();
     QTRY_VERIFY(!window.world.services.http.waiting.empty());
     window.world.services.http.answer(200, "https://links.example/l/JjYRoPO0SEa0eL4RRDPGUXHx");
     QVERIFY(window.controller.model().phase() == Phase::done);
-    shoot(window.panel.panel(), u"filedrop-done"_s);
     window.button(u"Start Over"_s)->click();
     QVERIFY(window.button(u"Choose Files…"_s));
   }
@@ -128,7 +122,6 @@ class TestBulkUploadWindow : public QObject {
     window.native.loseKeyboard();
     QVERIFY(panel.isVisible() && !hasKeyboard());
     QCOMPARE(window.footer().accessibleName(), u"Click this window to use its keys"_s);
-    shoot(panel, u"filedrop-elsewhere"_s);
     QVERIFY(window.drop({window.file(u"a"_s)}));
     QVERIFY(hasKeyboard() && window.native.isWatched());
     window.native.loseKeyboard();
@@ -191,7 +184,6 @@ class TestBulkUploadWindow : public QObject {
       return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text().contains(text); });
     };
     QTRY_VERIFY(says(u"https://links.example/test"_s));
-    shoot(page, u"filedrop-settings"_s);
     test->click();
     QTRY_VERIFY(!window.world.services.http.waiting.empty());
     window.world.services.http.answer(500, "oops");

@@ -3,14 +3,14 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTest>
 
 #include "core/ui/choice_picker_window.h"
-#include "core/ui/palette_list.h"
 #include "core/ui/settings_form.h"
 #include "support/controls.h"
 #include "support/fake_panel_window.h"
-#include "support/pictures.h"
 #include "support/prompt_world.h"
+#include "support/wear_theme.h"
 #include "tools/image_to_prompt/prompt_text.h"
 #include "tools/image_to_prompt/promptify_result_panel.h"
 #include "tools/image_to_prompt/promptify_settings_view.h"
@@ -72,12 +72,10 @@ class TestPromptifyWindows : public QObject {
     QCOMPARE(unnamedControls(small), QStringList());
     QVERIFY(!card.text().verticalScrollBar()->isVisible());
     QCOMPARE(card.text().height(), 72);
-    shoot(small, u"prompt-short"_s);
 
     PalettePanel& medium = card.show(kSentence.repeated(4), picture(), u"Image Focused"_s);
     QVERIFY(medium.height() > 320 && medium.height() < 618);
     QVERIFY(!card.text().verticalScrollBar()->isVisible());
-    shoot(medium, u"prompt-medium"_s);
 
     PalettePanel& large = card.show(kSentence.repeated(40));
     QCOMPARE(large.height(), 380 + 102 + 40 + 96);
@@ -85,7 +83,6 @@ class TestPromptifyWindows : public QObject {
     QCOMPARE(card.text().verticalScrollBar()->value(), 0);
     card.press(Qt::Key_PageDown);
     QVERIFY(card.text().verticalScrollBar()->value() > 0);
-    shoot(large, u"prompt-long"_s);
   }
 
   void theButtonSaysThatItHasCopied() {
@@ -99,7 +96,6 @@ class TestPromptifyWindows : public QObject {
     QVERIFY(button(u"Copied!"_s));
     card.clock.advance(std::chrono::milliseconds(1500));
     QVERIFY(button(u"Copy Prompt"_s));
-    shoot(panel, u"prompt-copy"_s);
     // The whole prompt, whatever is selected.
     card.press(Qt::Key_A, Qt::ControlModifier);
     card.press(Qt::Key_C, Qt::ControlModifier);
@@ -117,27 +113,6 @@ class TestPromptifyWindows : public QObject {
     QVERIFY(!card.panel->isVisible());
   }
 
-  void theStyleIsPicked() {
-    PromptWorld at;
-    FakePanelWindow native;
-    ChoicePickerWindow* window = nullptr;
-    PromptModePickerController modes(at.launcher, [&] {
-      auto made = std::make_unique<ChoicePickerWindow>(
-          native, modes, ChoicePickerView::Texts{u"Image to Prompt"_s, u"wand.and.stars"_s, u"Choose a prompt style"_s},
-          QSize(556, 336));
-      window = made.get();
-      return made;
-    });
-    std::optional<PromptMode> chosen;
-    modes.chooseMode([&chosen](std::optional<PromptMode> mode) { chosen = mode; });
-    shoot(window->panel(), u"prompt-styles"_s);
-    const auto& list = *window->panel().findChild<PaletteList*>();
-    QVERIFY(list.viewport()->rect().contains(list.visualRect(list.model()->index(2, 0))));
-    QTest::keyClick(window->panel().windowHandle(), Qt::Key_Up);
-    QTest::keyClick(window->panel().windowHandle(), Qt::Key_Enter);
-    QCOMPARE(chosen, std::optional(PromptMode::image));
-  }
-
   void thePageSetsSourceAndStyleAndTestsTheConnection() {
     PromptWorld at;
     SettingsPage page;
@@ -150,7 +125,6 @@ class TestPromptifyWindows : public QObject {
     const QString ask =
         u"A quick-pick appears in the center of the screen each time so you can choose the style for that image."_s;
     QVERIFY(!textsOf(page).contains(ask));
-    shoot(page, u"promptify-settings"_s);
     source->setFocus();
     QTest::keyClick(source, Qt::Key_Down);
     QTest::keyClick(style, Qt::Key_Down);
@@ -166,7 +140,6 @@ class TestPromptifyWindows : public QObject {
     QVERIFY(at.http.sent.front().body.contains("filename=\"promptify-test.png\"\r\nContent-Type: image/png\r\n"));
     QVERIFY(at.http.answer(200, "a dot"));
     QVERIFY(textsOf(page).contains(u"✓ Connected"_s));
-    shoot(page, u"promptify-settings-asked"_s);
     test->click();
     QTRY_COMPARE(at.http.sent.size(), 2U);
     QVERIFY(at.http.answer(502, "no provider"));

@@ -1,10 +1,11 @@
 #include <QComboBox>
 #include <QPushButton>
+#include <QTest>
 
 #include "core/ui/settings_form.h"
 #include "support/controls.h"
-#include "support/pictures.h"
 #include "support/uplink_world.h"
+#include "support/wear_theme.h"
 #include "tools/image_to_url/uplink_settings_view.h"
 
 using namespace Qt::StringLiterals;
@@ -41,18 +42,6 @@ class TestUplinkSettingsView : public QObject {
  private Q_SLOTS:
   void initTestCase() { wearTheme(); }
 
-  void whatHappensToAnImageIsTold() {
-    Stage stage;
-    QCOMPARE(unnamedControls(stage.page), QStringList());
-    for (const QString& text : {u"Choose a source above — a copied image, or a region you draw on screen."_s,
-                                u"Images only leave this computer when you press the shortcut — never automatically."_s,
-                                u"Press the shortcut. The image is uploaded to Orrin's image service."_s,
-                                u"A shareable link lands on your clipboard — paste it straight into any LLM chat."_s,
-                                u"Links expire automatically after 90 days."_s})
-      QVERIFY2(stage.texts().contains(text), qPrintable(text));
-    shoot(stage.page, u"uplink"_s);
-  }
-
   void theSourceIsChosenWithTheKeyboard() {
     const QString drag = u"Drag a region on screen; it's captured and uploaded."_s;
     Stage stage;
@@ -76,12 +65,10 @@ class TestUplinkSettingsView : public QObject {
     QVERIFY(stage.texts().contains(u"Testing…"_s));
     QVERIFY(stage.http.answer(200, kLinkAnswer));
     QVERIFY(stage.texts().contains(u"✓ http://127.0.0.1:40401/l/3Jq0mZxkN8WcR5tYbV2LhQeA"_s));
-    shoot(stage.page, u"uplink-tested"_s);
     stage.press();
     QTRY_COMPARE(stage.http.sent.size(), 2U);
     QVERIFY(stage.http.answer(413, "too\nlarge"));
     QVERIFY(stage.texts().contains(u"Upload failed (HTTP 413) too\\nlarge"_s));
-    shoot(stage.page, u"uplink-failed"_s);
     QVERIFY(stage.pasteboard.texts.isEmpty());
     QVERIFY(stage.toasts.shown.empty());
   }

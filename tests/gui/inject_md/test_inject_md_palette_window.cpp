@@ -11,7 +11,7 @@
 #include "support/fake_panel_window.h"
 #include "support/fake_presenters.h"
 #include "support/files.h"
-#include "support/pictures.h"
+#include "support/wear_theme.h"
 #include "tools/inject_md/diff_view.h"
 #include "tools/inject_md/inject_md_palette_controller.h"
 
@@ -39,7 +39,6 @@ struct Stage {
   void press(Qt::Key key) { QTest::keyClick(&panel(), key); }
   PalettePanel& panel() { return window->panel(); }
   PaletteList& list() { return *panel().findChild<PaletteList*>(); }
-  SearchField& search() { return *panel().findChild<SearchField*>(); }
   DiffView& changes() { return *panel().findChild<DiffView*>(); }
   /// Asks about the file that is there in the first project with that name.
   void askAbout(const QString& name, const QByteArray& existing) {
@@ -84,26 +83,6 @@ class TestInjectMDPaletteWindow : public QObject {
  private Q_SLOTS:
   void initTestCase() { wearTheme(); }
 
-  void asksForFileThenProject() {
-    Stage stage;
-    stage.settings.update([](InjectMDSettings& settings) {
-      for (const QString& name : {u"CLAUDE.md"_s, u"SOUL.md"_s}) QVERIFY(settings.add(name));
-    });
-    stage.open();
-    QCOMPARE(stage.search().accessibleName(), u"Which file do you want to inject?"_s);
-    QVERIFY(stage.changes().isHidden());
-    shoot(stage.panel(), u"inject-files"_s);
-    stage.press(Qt::Key_Return);
-    QCOMPARE(stage.search().accessibleName(), u"Filter projects…"_s);
-    QCOMPARE(stage.list().model()->rowCount(), 5);
-    shoot(stage.panel(), u"inject-projects"_s);
-    QTest::keyClicks(&stage.panel(), u"zzz"_s);
-    QCOMPARE(stage.search().text(), u"zzz"_s);
-    auto* row = QAccessible::queryAccessibleInterface(&stage.list())->child(0);
-    QCOMPARE(row->text(QAccessible::Name), u"No matching projects, Choose Folder…, into any folder on disk"_s);
-    shoot(stage.panel(), u"inject-no-match"_s);
-  }
-
   void bothAnswersAndTheChangesAreSeen() {
     Stage stage;
     stage.askAbout(u"shop"_s, oldFile(300));
@@ -111,7 +90,6 @@ class TestInjectMDPaletteWindow : public QObject {
     QVERIFY(stage.changes().accessibleName().startsWith(u"Changes: "_s));
     for (const int row : {0, 1})
       QVERIFY(stage.list().viewport()->rect().contains(stage.list().visualRect(stage.list().model()->index(row, 0))));
-    shoot(stage.panel(), u"inject-overwrite"_s);
 
     QScrollBar& bar = *stage.changes().verticalScrollBar();
     stage.press(Qt::Key_PageDown);
@@ -121,22 +99,10 @@ class TestInjectMDPaletteWindow : public QObject {
     QCOMPARE(bar.value(), page);
     for (int pages = bar.maximum() / page; pages >= 0; --pages) stage.press(Qt::Key_PageDown);
     QCOMPARE(bar.value(), bar.maximum());
-    shoot(stage.panel(), u"inject-overwrite-end"_s);
     stage.press(Qt::Key_Escape);
     QVERIFY(stage.changes().isHidden());
     stage.press(Qt::Key_Escape);
     QVERIFY(stage.panel().isHidden());
-  }
-
-  void longPathsAndUncomparableFiles() {
-    Stage stage;
-    const QString deep = u"deep"_s + u"/quite-a-long-folder-name"_s.repeated(5) + u"/inner"_s;
-    stage.askAbout(deep, "# AGENTS.md\r\n\r\nwindows\r\n");
-    shoot(stage.panel(), u"inject-overwrite-long"_s);
-    stage.palette.hide();
-    stage.askAbout(u"website"_s, QByteArray("\0\1\2", 3));
-    QVERIFY2(stage.changes().isHidden(), "nothing to show");
-    shoot(stage.panel(), u"inject-overwrite-binary"_s);
   }
 
   void clicksAnswer() {

@@ -9,7 +9,7 @@
 
 #include "core/ui/settings_form.h"
 #include "support/controls.h"
-#include "support/pictures.h"
+#include "support/wear_theme.h"
 #include "tools/inject_md/inject_md_settings_view.h"
 #include "tools/inject_md/well_known_templates.h"
 
@@ -70,34 +70,12 @@ class TestInjectMDSettings : public QObject {
     stage.add(u"a/b"_s);
     QVERIFY(stage.says(u"The file name has a slash in it."_s));
     QCOMPARE(stage.fileNames().size(), 2);
-    shoot(stage.page, u"refused"_s);
     stage.press(u"SOUL.md: Make default"_s);
     QCOMPARE(stage.store.value().defaultDocument().fileName, u"SOUL.md"_s);
-    shoot(stage.page, u"two"_s);
     QCOMPARE(unnamedControls(stage.page), QStringList());
     stage.press(u"SOUL.md: Remove"_s);
     QCOMPARE(stage.fileNames(), QStringList(u"AGENTS.md"_s));
     QCOMPARE(stage.editor().accessibleName(), u"Template of AGENTS.md"_s);
-  }
-
-  void tabLeadsFromTheFilesToTheTemplate() {
-    Stage stage;
-    stage.add(u"SOUL.md"_s);
-    const auto walk = [&stage](const QStringList& stops) {
-      named<QLineEdit>(stage.page, u"Name of the file to add"_s)->setFocus();
-      for (const QString& next : stops) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        QCOMPARE(QApplication::focusWidget()->accessibleName(), next);
-      }
-      for (const QString& previous : stops | std::views::reverse) {
-        QCOMPARE(QApplication::focusWidget()->accessibleName(), previous);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
-      }
-    };
-    walk({u"Add the file"_s, u"Template of SOUL.md"_s});
-    QTest::keyClicks(&stage.editor(), u"x"_s);
-    QTRY_VERIFY(named<QPushButton>(stage.page, u"Reset SOUL.md to default"_s)->isEnabled());
-    walk({u"Add the file"_s, u"Reset SOUL.md to default"_s, u"Template of SOUL.md"_s});
   }
 
   /// A second press of the same key must not hit what does harm.

@@ -60,18 +60,6 @@ class MenuWindowTest : public QObject {
     QVERIFY(menu.list().viewport()->rect().contains(menu.middleOf(menu.controller.model().selection())));
   }
 
-  void keysFilterAndStart() {
-    ShownMenu menu;
-    QCOMPARE(menu.fakeNative.keyboardOwner, menu.panel().windowHandle());
-    QTest::keyClicks(&menu.panel(), u"feed"_s);
-    QCOMPARE(menu.panel().findChild<SearchField*>()->text(), u"feed"_s);
-    QTest::keyClick(&menu.panel(), Qt::Key_Return);
-    QVERIFY(!menu.panel().isVisible());
-    QVERIFY(!menu.fakeNative.keyboardOwner);
-    menu.clock.advance(1ms);
-    QCOMPARE(menu.activated, QStringList{u"feedback"_s});
-  }
-
   void commandKeysReachTheApplicationsEntries() {
     ShownMenu menu;
     QTest::keyClick(&menu.panel(), Qt::Key_Comma, Qt::ControlModifier);
@@ -115,13 +103,6 @@ class MenuWindowTest : public QObject {
     QVERIFY(!menu.list().isVisible());
     QTest::keyClick(&menu.panel(), Qt::Key_Escape);
     QVERIFY(menu.list().isVisible());
-  }
-
-  void aClickElsewhereClosesIt() {
-    ShownMenu menu;
-    menu.fakeNative.loseKeyboard();
-    QVERIFY(!menu.panel().isVisible());
-    QVERIFY(!menu.controller.isShown());
   }
 
   void aScreenReaderReadsAndPressesTheRows() {

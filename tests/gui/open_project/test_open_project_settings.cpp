@@ -7,7 +7,7 @@
 #include "core/ui/settings_form.h"
 #include "core/ui/toggle_switch.h"
 #include "support/controls.h"
-#include "support/pictures.h"
+#include "support/wear_theme.h"
 #include "tools/open_project/open_project_settings_view.h"
 
 using namespace Qt::StringLiterals;
@@ -105,13 +105,11 @@ class TestOpenProjectSettings : public QObject {
     QTest::mouseClick(&stage.toggle(u"Start an agent"_s), Qt::LeftButton);
     QVERIFY(stage.store.value().autoRunAgent && stage.toggle(u"Skip permission questions"_s).isEnabled());
     QCOMPARE(stage.hints(), QStringList());
-    shoot(stage.page, u"agent"_s);
     stage.choose(u"Editor"_s);
     QVERIFY(!stage.toggle(u"Start an agent"_s).isEnabled() && !stage.field(u"Agent command"_s).isEnabled());
     QCOMPARE(
         stage.hints(),
         QStringList(u"Only available when opening a terminal — pick Terminal, or Missing under “Open with” above."_s));
-    shoot(stage.page, u"editor"_s);
     // Which program it will be is open then.
     QTest::mouseClick(&stage.toggle(u"Choose each time"_s), Qt::LeftButton);
     QVERIFY(stage.toggle(u"Start an agent"_s).isEnabled());
@@ -125,7 +123,6 @@ class TestOpenProjectSettings : public QObject {
     QVERIFY(!stage.toggle(u"Skip permission questions"_s).isEnabled());
     QCOMPARE(stage.hints(), QStringList(u"No known YOLO flag for this agent — add its skip-permissions flag to the "
                                         u"command yourself."_s));
-    shoot(stage.page, u"unknown"_s);
     stage.type(u"Agent command"_s, u"/opt/codex"_s);
     QCOMPARE(stage.hints(), QStringList());
   }

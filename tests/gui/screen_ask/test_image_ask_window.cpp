@@ -11,7 +11,7 @@
 #include "support/fake_panel_window.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
-#include "support/pictures.h"
+#include "support/wear_theme.h"
 #include "tools/asking/question_field.h"
 #include "tools/screen_ask/capture_preview.h"
 #include "tools/screen_ask/image_ask_panel.h"
@@ -76,16 +76,13 @@ class TestImageAskWindow : public QObject {
     QApplication::setActiveWindow(&window.panel.panel());
     QCOMPARE(window.field().accessibleName(), u"Ask about this capture…"_s);
     QCOMPARE(window.panel.panel().findChild<CapturePreview*>()->accessibleName(), u"Captured area, 640 × 400"_s);
-    shoot(window.panel.panel(), u"screenask-empty"_s);
     QTest::keyClicks(&window.field(), u"What colour is the box?"_s);
     window.type(Qt::Key_Return);
     QVERIFY(window.isWaiting());
     window.http.deliver(AskWorld::delta(u"The box is"_s));
     QTRY_COMPARE(window.controller.model().partialAnswer(), u"The box is"_s);
-    shoot(window.panel.panel(), u"screenask-streaming"_s);
     window.stream(AskWorld::done(u"The box is **blue**:\n\n```css\nbackground: #2f6fed;\n```"_s));
     QCOMPARE(window.field().accessibleName(), u"Ask a follow-up…"_s);
-    shoot(window.panel.panel(), u"screenask-answered"_s);
     window.type(Qt::Key_C, Qt::ControlModifier);
     QVERIFY(window.pasteboard.texts.back().startsWith(u"The box is **blue**"));
     // It stays when the user turns to what was captured.
@@ -113,7 +110,6 @@ class TestImageAskWindow : public QObject {
     const auto labels = page.findChildren<QLabel*>();
     QVERIFY(std::ranges::any_of(
         labels, [](const QLabel* label) { return label->text() == u"Request failed (HTTP 500) oops"; }));
-    shoot(page, u"screenask-settings"_s);
   }
 };
 

@@ -1,12 +1,13 @@
 #include <QComboBox>
 #include <QPushButton>
+#include <QTest>
 
 #include "core/ui/settings_form.h"
 #include "support/clipping.h"
 #include "support/controls.h"
-#include "support/pictures.h"
 #include "support/transform_world.h"
 #include "support/uplink_world.h"
+#include "support/wear_theme.h"
 #include "tools/text_transform/ai_text_transform_settings_view.h"
 
 using namespace Qt::StringLiterals;
@@ -30,8 +31,6 @@ struct Stage : TransformWorld {
   SettingsPage page;
 };
 
-const QString kNote = u"Your text only leaves this computer when you trigger a transform."_s;
-
 }  // namespace
 
 class TestTextTransformSettings : public QObject {
@@ -39,19 +38,6 @@ class TestTextTransformSettings : public QObject {
 
  private Q_SLOTS:
   void initTestCase() { wearTheme(); }
-
-  void whatTheToolDoesIsTold() {
-    Stage stage;
-    QCOMPARE(unnamedControls(stage.page), QStringList());
-    for (const QString& text :
-         {kNote + u" Requires Accessibility to read the selection."_s, u"Result"_s, u"When done"_s, u"How it works"_s,
-          u"Select text in any app, then press the shortcut."_s,
-          u"Pick a transformation — or Custom Prompt to write your own instruction."_s,
-          u"The rewrite replaces your selection or lands on your clipboard, per the setting above."_s})
-      QVERIFY2(stage.says(text), qPrintable(text));
-    FakePagelessPermissions pageless;
-    QVERIFY(Stage(&pageless).says(kNote));
-  }
 
   void whereTheResultGoesIsChosenWithTheKeyboard() {
     const QString note =
@@ -67,7 +53,6 @@ class TestTextTransformSettings : public QObject {
     QCOMPARE(stage.settings.value().output, TransformOutput::replace);
     QVERIFY(stage.says(note));
     QCOMPARE(clippedTexts(stage.page), QStringList());
-    shoot(stage.page, u"transform-settings"_s);
     stage.settings.update([](AITextTransformSettings& values) { values.output = TransformOutput::clipboard; });
     QCOMPARE(output->currentText(), u"Copy result to clipboard"_s);
   }
@@ -84,7 +69,6 @@ class TestTextTransformSettings : public QObject {
     QTRY_COMPARE(stage.http.sent.size(), 2U);
     QVERIFY(stage.http.answer(413, "too\nlarge"));
     QVERIFY(stage.says(u"Request failed (HTTP 413) too\\nlarge"_s));
-    shoot(stage.page, u"transform-settings-failed"_s);
     QVERIFY(stage.toasts.shown.empty());
     QVERIFY(stage.pasteboard.texts.isEmpty());
   }

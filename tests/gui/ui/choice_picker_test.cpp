@@ -1,11 +1,12 @@
 #include <QAccessible>
+#include <QTest>
 
 #include "core/picker/choice_picker_controller.h"
 #include "core/ui/choice_picker_window.h"
 #include "core/ui/palette_list.h"
 #include "support/fake_panel_window.h"
 #include "support/fake_presenters.h"
-#include "support/pictures.h"
+#include "support/wear_theme.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,7 +55,6 @@ class TestChoicePickerWindow : public QObject {
     QCOMPARE(stage.panel().windowTitle(), u"Some Tool"_s);
     stage.key(Qt::Key_Up);
     QCOMPARE(stage.list().currentIndex().row(), 2);
-    shoot(stage.panel(), u"picker-plain"_s);
     stage.key(Qt::Key_Return);
     QCOMPARE(stage.outcome, std::optional(2));
     QVERIFY(!stage.panel().isVisible());
@@ -66,7 +66,6 @@ class TestChoicePickerWindow : public QObject {
 
   void aClickChoosesAndOneElsewhereCancels() {
     Stage stage(kDescribed, {556, 336});
-    shoot(stage.panel(), u"picker-described"_s);
     const QRect second = stage.list().visualRect(stage.list().model()->index(1, 0));
     QCOMPARE(second.height(), 56);
     QTest::mouseClick(stage.list().viewport(), Qt::LeftButton, {}, second.center());

@@ -277,14 +277,6 @@ class TestServiceCommands : public QObject {
     QCOMPARE(world.run({u"config"_s, u"service"_s, u"credential"_s}, "cred-2").code, exit_code::kFailure);
   }
 
- private:
-  /// The command in a thread of its own, while this one is the application.
-  static Run inThread(World& world, const QStringList& arguments) {
-    auto result = std::async(std::launch::async, [&] { return world.run(arguments); });
-    while (result.wait_for(std::chrono::seconds(0)) != std::future_status::ready) QCoreApplication::processEvents();
-    return result.get();
-  }
-
   void uploadPrintsTheLinkOfOneFileOrAZip() {
     World world;
     StrictServer server;
@@ -318,6 +310,14 @@ class TestServiceCommands : public QObject {
     QCOMPARE(refused.code, exit_code::kFailure);
     QCOMPARE(refused.err, u"vantle: Upload failed (HTTP 413) too large\n"_s);
     QVERIFY(refused.out.isEmpty());
+  }
+
+ private:
+  /// The command in a thread of its own, while this one is the application.
+  static Run inThread(World& world, const QStringList& arguments) {
+    auto result = std::async(std::launch::async, [&] { return world.run(arguments); });
+    while (result.wait_for(std::chrono::seconds(0)) != std::future_status::ready) QCoreApplication::processEvents();
+    return result.get();
   }
 };
 

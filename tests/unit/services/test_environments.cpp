@@ -43,36 +43,6 @@ class TestEnvironments : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void eachToolHasItsOwnPathOnOneOfTheServices() {
-    ServiceWorld world;
-    world.useOwnHosts();
-    world.services.configuration.update([](ServiceSettings& settings) { settings.token = u"shared"_s; });
-    QCOMPARE(shown(*current<UplinkEnvironment>(world)), u"https://links.example/v1/images shared"_s);
-    QCOMPARE(shown(*current<BulkUploadEnvironment>(world)), u"https://links.example/v1/upload shared"_s);
-    QCOMPARE(shown(*current<PromptifyEnvironment>(world)), u"https://links.example/ai-prompt shared"_s);
-    QCOMPARE(shown(*current<QuickQuestionEnvironment>(world)), u"https://api.example/v1/answers shared"_s);
-    QCOMPARE(shown(*current<ImageAskEnvironment>(world)), u"https://api.example/v1/image-answers shared"_s);
-    QCOMPARE(shown(*current<SuggestEnvironment>(world)), u"https://api.example/v1/tool-suggestions shared"_s);
-    QCOMPARE(shown(*current<FeedbackEnvironment>(world)), u"https://api.example/v1/feedback shared"_s);
-    const auto image = current<GenerateImageEnvironment>(world);
-    QCOMPARE(image->endpoint, QUrl(u"https://api.example/v1/image-generate"_s));
-    QVERIFY(!image->overrideToken);
-  }
-
-  void anOverrideCountsFromTheNextRequestOnUntilItIsGone() {
-    ServiceWorld world;
-    world.useOwnHosts();
-    write(world, "Uplink", "{'endpoint':'\\t https://mine.example/up \\t','token':' as it is ','more':1}");
-    QCOMPARE(shown(*current<UplinkEnvironment>(world)), u"https://mine.example/up  as it is "_s);
-    write(world, "Uplink", "{'endpoint':'http://127.0.0.1:8/up','token':''}");
-    QCOMPARE(shown(*current<UplinkEnvironment>(world)), u"http://127.0.0.1:8/up "_s);
-    QVERIFY(QFile::remove(world.folders.file(u"Uplink/config.json"_s)));
-    QCOMPARE(current<UplinkEnvironment>(world)->endpoint, QUrl(u"https://links.example/v1/images"_s));
-
-    write(world, "SuggestTool", "{'endpoint':'https://mine.example','token':'t'}");
-    QCOMPARE(shown(*current<SuggestEnvironment>(world)), u"https://mine.example t"_s);
-  }
-
   void aHalfOverrideIsNone() {
     ServiceWorld world;
     world.useOwnHosts();

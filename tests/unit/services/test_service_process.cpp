@@ -74,23 +74,6 @@ class TestServiceProcess : public QObject {
              QFile::Permissions());
   }
 
-  void answersAQuotaRequest() {
-    Stage stage;
-    FakeVault vault;
-    UserCredential credential(vault, UserCredential::kServiceAccount);
-    ServiceConfiguration configuration(stage.directory.filePath(u"services.json"_s), {});
-    MeteredAPI api(configuration, stage.service, credential);
-    QtHttpClient http;
-    QuotaStore store(stage.clock);
-    QuotaClient client(api, http, store);
-    std::optional<std::expected<void, ServiceError>> done;
-    client.refresh(stage.job, [&](const auto& result) { done = result; });
-    stage.clock.advance(0ms);
-    QTRY_VERIFY(done);
-    QVERIFY(*done);
-    QCOMPARE(store.plan(), u"embedded"_s);
-  }
-
   void isToldWhoAnswersBeforeAnybodyIsSentToIt() {
     Stage stage;
     FakeVault vault;

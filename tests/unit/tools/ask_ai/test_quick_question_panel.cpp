@@ -26,17 +26,6 @@ class TestQuickQuestionPanel : public QObject {
     QVERIFY(!world.press(u'n'));
   }
 
-  void aFollowUpSendsTheHistory() {
-    QuickQuestionWorld world;
-    world.controller.show();
-    QVERIFY(world.converse(u"1+1?"_s, u"2"_s));
-    QVERIFY(!QJsonDocument::fromJson(world.request().body).object().contains("history"_L1));
-    world.ask(u"Plus one?"_s);
-    QVERIFY(world.isWaiting());
-    QCOMPARE(QJsonDocument::fromJson(world.request().body).object().value("history"_L1),
-             QJsonValue(AskExchange::history({{u"1+1?"_s, u"2"_s}})));
-  }
-
   void lettersAreKeysOnlyWithCommand() {
     QuickQuestionWorld world;
     world.controller.show();

@@ -1,9 +1,7 @@
-#include <QJsonArray>
 #include <QTest>
 
 #include "support/ask_world.h"
 #include "support/files.h"
-#include "support/strict_multipart.h"
 #include "tools/ask_ai/quick_question_client.h"
 #include "tools/screen_ask/image_ask_client.h"
 
@@ -23,17 +21,7 @@ struct Ask : AskWorld {
   Ask() { useOwnHosts(); }
 
   void askPlain(const AskQuestion& question) { question_.ask(question, {}, call()); }
-  void askAbout(const std::vector<QByteArray>& images, const AskQuestion& question) {
-    question_.ask(question, images, call());
-  }
   void askAboutCapture(const AskQuestion& question) { capture_.ask(question, "PNG of the capture", call()); }
-  std::vector<FormPart> parts() const {
-    return StrictForm::parse(header("Content-Type"), request().body).value_or(std::vector<FormPart>());
-  }
-  static FormPart field(const QByteArray& name, const QByteArray& text) { return {name, {}, {}, text}; }
-  static FormPart image(const QByteArray& field, const QByteArray& filename, const QByteArray& png) {
-    return {field, filename, "image/png", png};
-  }
 
  private:
   QuickQuestionClient question_{answers()};
@@ -65,59 +53,6 @@ class TestAnswers : public QObject {
     const QJsonObject body = QJsonDocument::fromJson(ask.request().body).object();
     QCOMPARE(body.keys(), QStringList({u"history"_s, u"question"_s}));
     QCOMPARE(body.value(u"history"_s).toArray(), QJsonDocument::fromJson(kHistory).array());
-  }
-
-  void aQuestionWithImagesIsAForm() {
-    Ask ask;
-    ask.askAbout({"one", "two", "three"}, {u"What are these?"_s, kEarlier});
-    QVERIFY(ask.isWaiting());
-    QCOMPARE(ask.request().url, QUrl(u"https://api.example/v1/image-answers"_s));
-    QCOMPARE(ask.header("Authorization"), "Bearer secret");
-    QVERIFY(ask.request().timeout == 90s);
-    const std::vector<FormPart> parts = {Ask::field("history", kHistory), Ask::field("question", "What are these?"),
-                                         Ask::image("file", "attachment-1.png", "one"),
-                                         Ask::image("files", "attachment-2.png", "two"),
-                                         Ask::image("files", "attachment-3.png", "three")};
-    QVERIFY(ask.parts() == parts);
-  }
-
-  void everyQuestionAboutACaptureBringsItAlong() {
-    Ask ask;
-    const FormPart capture = Ask::image("file", "capture.png", "PNG of the capture");
-    ask.askAboutCapture({u"What is it?"_s});
-    QVERIFY(ask.isWaiting());
-    QCOMPARE(ask.request().url, QUrl(u"https://api.example/v1/image-answers"_s));
-    QCOMPARE(ask.header("Authorization"), "Bearer secret");
-    QVERIFY(ask.request().timeout == 90s);
-    QVERIFY((ask.parts() == std::vector{Ask::field("question", "What is it?"), capture}));
-    ask.askAboutCapture({u"And plus one?"_s, kEarlier});
-    QTRY_COMPARE(ask.http.sent.size(), 2U);
-    QVERIFY((ask.parts() ==
-             std::vector{Ask::field("history", kHistory), Ask::field("question", "And plus one?"), capture}));
-  }
-
-  void anOverrideFileLeadsElsewhere() {
-    Ask ask;
-    const QString file = ask.folders.file(u"QuickQuestion/config.json"_s);
-    const auto overrideBy = [&](const QByteArray& token) {
-      return writeFile(file, json("{'endpoint':'https://mine.example/x','token':'" + token + "'}"));
-    };
-    QVERIFY(overrideBy("own"));
-    ask.askPlain({u"?"_s});
-    QVERIFY(ask.isWaiting());
-    QCOMPARE(ask.request().url, QUrl(u"https://mine.example/x"_s));
-    QCOMPARE(ask.header("Authorization"), "Bearer own");
-    QVERIFY(overrideBy(""));
-    ask.askPlain({u"?"_s});
-    QTRY_COMPARE(ask.http.sent.size(), 2U);
-    QCOMPARE(ask.header("Authorization"), "Bearer secret");
-    // Without a credential there is no such header.
-    ask.vault.secrets.clear();
-    ask.services.credential.forget();
-    ask.askPlain({u"?"_s});
-    QTRY_COMPARE(ask.http.sent.size(), 3U);
-    QCOMPARE(ask.header("Authorization"), "");
-    QCOMPARE(ask.builtIn.starts, 0);
   }
 
   void theBuiltInServiceHasATokenOfItsOwn() {
@@ -191,23 +126,6 @@ class TestAnswers : public QObject {
     QVERIFY(ask.isWaiting());
     ask.stream(body);
     QTEST(ask.said(), "said");
-  }
-
-  void refusalsAreToldInTheirWords() {
-    Ask ask;
-    for (const auto& [status, body, said] :
-         {std::tuple{402, json("{'metric':'answers','plan':'Free','limit':20}"),
-                     "You've used all 20 questions this month on the Free plan. Resets next month."},
-          std::tuple{500, QByteArray("oops"), "Request failed (HTTP 500) oops"}}) {
-      ask.askPlain({u"?"_s});
-      QVERIFY(ask.isWaiting());
-      ask.http.answer(status, body);
-      QCOMPARE(ask.said(), QString::fromUtf8(said));
-    }
-    ask.askPlain({u"?"_s});
-    QVERIFY(ask.isWaiting());
-    ask.http.answer(std::unexpected(HttpError{HttpError::Reason::timedOut, {}}));
-    QCOMPARE(ask.said(), u"The service did not answer in time."_s);
   }
 };
 

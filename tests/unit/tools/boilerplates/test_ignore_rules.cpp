@@ -1,7 +1,3 @@
-#include <QDir>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -88,14 +84,6 @@ bool isIgnored(const Row& row) {
   return IgnoreRules(row.rules).verdict(path, isFolder) == IgnoreRules::Verdict::ignored;
 }
 
-int runGit(const QString& folder, const QStringList& arguments) {
-  QProcess git;
-  git.setWorkingDirectory(folder);
-  git.start(u"git"_s, arguments);
-  git.waitForFinished();
-  return git.exitCode();
-}
-
 }  // namespace
 
 class TestIgnoreRules : public QObject {
@@ -105,22 +93,6 @@ class TestIgnoreRules : public QObject {
   void decidesAsTheRulesSay() {
     for (const Row& row : kRows)
       QVERIFY2(isIgnored(row) == row.isIgnored, (std::string(row.rules) + " | " + row.path).c_str());
-  }
-
-  /// The table itself could be wrong.
-  void gitDecidesTheSame() {
-    if (QStandardPaths::findExecutable(u"git"_s).isEmpty()) QSKIP("git is not installed");
-    for (const Row& row : kRows) {
-      const QTemporaryDir folder;
-      QCOMPARE(runGit(folder.path(), {u"init"_s, u"-q"_s}), 0);
-      QVERIFY(writeFile(folder.filePath(u".gitignore"_s), row.rules));
-      const QString path = QString::fromUtf8(row.path);
-      QVERIFY(path.endsWith(u'/') ? QDir(folder.path()).mkpath(path) : writeFile(folder.filePath(path), "x"));
-      // A slash at its end would be matched as well.
-      const QString asked = path.endsWith(u'/') ? path.chopped(1) : path;
-      const int answer = runGit(folder.path(), {u"check-ignore"_s, u"-q"_s, u"--"_s, asked});
-      QVERIFY2((answer == 0) == row.isIgnored, (std::string(row.rules) + " | " + row.path).c_str());
-    }
   }
 
   void aHostilePatternTakesNoTime() {

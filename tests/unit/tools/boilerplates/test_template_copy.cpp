@@ -265,21 +265,6 @@ class TestTemplateCopy : public QObject {
     QVERIFY(!answer && answer.error().wasCancelled && places.progress.bytes < 4LL << 30);
     QVERIFY(places.projects().isEmpty());
   }
-
-  void cancelledHalfWayItLeavesNothingBehind() {
-    Places places;
-    for (int i = 0; i < 40; ++i) places.put(u"f%1"_s.arg(i), QByteArray(4 * 1024 * 1024, 'x'));
-    std::stop_source stop;
-    std::expected<MadeProject, CopyError> answer;
-    std::jthread copying([&] { answer = places.copy(u"shop"_s, stop.get_token()); });
-    QTRY_VERIFY(places.progress.files > 0);
-    const bool wasHidden = !places.projects().contains(u"shop"_s);
-    stop.request_stop();
-    copying.join();
-    QVERIFY(wasHidden && !answer && answer.error().wasCancelled);
-    QVERIFY(places.progress.files < 40);
-    QVERIFY(places.projects().isEmpty());
-  }
 };
 
 QTEST_GUILESS_MAIN(TestTemplateCopy)

@@ -14,8 +14,6 @@ constexpr std::uint32_t kS = 1;
 constexpr std::uint32_t kN = 45;
 
 const QByteArray kPNG("\x89PNG\r\n\x1a\n...", 11);
-const QByteArray kOverride = R"({"endpoint": "https://own.example/ideas", "token": "shared"})";
-
 using Parts = std::vector<FormPart>;
 
 }  // namespace
@@ -64,20 +62,6 @@ class TestReportPanels : public QObject {
     ReportWorld::press(panel, kN);
     QVERIFY(panel.model().phase() == Phase::editing && panel.model().message().isEmpty());
     QVERIFY(panel.model().snips().empty());
-  }
-
-  void aSuggestionGoesToItsOwnEndpoint() {
-    QVERIFY(writeFile(at_->folders.file(u"SuggestTool/config.json"_s), kOverride));
-    QCoreApplication::setApplicationVersion({});
-    at_->suggest.toggle();
-    at_->suggest.model().setMessage(u"A kettle"_s);
-    at_->suggest.submit();
-    QTRY_COMPARE(at_->http.sent.size(), 1U);
-    QCOMPARE(at_->http.sent.front().url, QUrl(u"https://own.example/ideas"_s));
-    QCOMPARE(at_->header("Authorization"), "Bearer shared");
-    QVERIFY(at_->header("X-Person-Token").isNull());
-    const Parts parts{{"osVersion", {}, {}, "Testix 1"}, {"suggestion", {}, {}, "A kettle"}};
-    QCOMPARE(StrictForm::parse(at_->header("Content-Type"), at_->http.sent.front().body), std::optional(parts));
   }
 
   void aCredentialThatCannotBeReadOrSentKeepsNobodyFromSpeaking() {

@@ -122,25 +122,6 @@ class TestBulkUpload : public QObject {
     QVERIFY(world.services.http.sent.empty());
   }
 
-  void refusalsOfTheServiceAreToldInItsWords() {
-    const QByteArray body = "oops " + QByteArray(200, 'x');
-    for (const int status : {413, 500, 507, 404}) {
-      RealWorld real;
-      real.answerWith(StrictServer::response(status, body));
-      real.world.upload({real.world.file(u"a/x"_s), real.world.file(u"b/x"_s)});
-      QTRY_VERIFY(real.world.outcome);
-      QCOMPARE(real.world.outcome->error().description(),
-               u"Upload failed (HTTP %1) "_s.arg(status) + QString::fromLatin1(body.first(80)));
-      QVERIFY(!real.world.outcome->error().isAboutItems());
-      QTRY_COMPARE(real.world.leftInTemporary(), QStringList());
-    }
-    RealWorld mute;
-    mute.answerWith(StrictServer::response(200, "ok"));
-    mute.world.upload({mute.world.file(u"x"_s)});
-    QTRY_VERIFY(mute.world.outcome);
-    QCOMPARE(mute.world.outcome->error().description(), u"No URL in response: ok"_s);
-  }
-
   void aServiceThatDiesOrCutsItsAnswerGivesNoLink() {
     QtHttpClient http;
     DyingServer dying;

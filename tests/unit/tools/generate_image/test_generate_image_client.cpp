@@ -14,10 +14,6 @@ namespace {
 
 QByteArray json(QByteArray text) { return text.replace('\'', '"'); }
 
-const QByteArray kOverride = json("{'endpoint': 'https://own.example/draw', 'token': ' mine '}");
-const QByteArray kOverrideWithoutToken = json("{'endpoint': 'https://own.example/draw', 'token': ''}");
-const QByteArray kRefusal = json("{'metric': 'image_generate', 'plan': 'Pro', 'limit': 50}");
-
 const QByteArray kDrawing = json(
     "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='9' height='9'>"
     "<image xlink:href='file:///etc/passwd'/><image xlink:href='http://127.0.0.1:9/seen.png'/></svg>");
@@ -39,13 +35,6 @@ struct Stage : GenerateImageWorld {
   const HttpRequest& sent() {
     if (!QTest::qWaitFor([this] { return !http.waiting.empty(); })) qFatal("nothing was sent");
     return http.sent.back();
-  }
-  QString failureAfter(const HttpResponse& response) {
-    generate();
-    sent();
-    http.answer(response);
-    if (!QTest::qWaitFor([this] { return outcome.has_value(); })) return u"nothing"_s;
-    return *outcome ? u"an image"_s : outcome->error().description();
   }
 
   Job job;
@@ -78,38 +67,6 @@ class TestGenerateImageClient : public QObject {
     QTRY_VERIFY(stage.outcome);
     QCOMPARE((*stage.outcome)->png, pngPicture());
     QCOMPARE((*stage.outcome)->size, QSize(48, 32));
-  }
-
-  void withoutReferencesThereAreNoFilesAndNoEdit() {
-    Stage stage;
-    stage.generate();
-    const auto parts = StrictForm::parse(headerOf(stage.sent(), "Content-Type"), stage.sent().body);
-    QVERIFY(parts);
-    for (const FormPart& part : *parts) QVERIFY(part.name != "edit" && part.name != "files");
-  }
-
-  /// Never the fixed token of the services, and the built-in service's own only to itself.
-  void itCarriesTheOverridesTokenOrTheUsersOwn() {
-    Stage stage;
-    stage.services.configuration.update([](ServiceSettings& settings) { settings.token = u"fixed"_s; });
-    const QString file = stage.folders.file(u"GenerateImage/config.json"_s);
-    const auto authorization = [&] {
-      stage.generate();
-      const QByteArray value = headerOf(stage.sent(), "Authorization");
-      stage.http.waiting.clear();
-      return value;
-    };
-    QCOMPARE(authorization(), "Bearer secret");
-    QVERIFY(writeFile(file, kOverride));
-    QCOMPARE(authorization(), "Bearer mine");
-    QCOMPARE(stage.http.sent.back().url, QUrl(u"https://own.example/draw"_s));
-    QVERIFY(writeFile(file, kOverrideWithoutToken));
-    QCOMPARE(authorization(), "Bearer secret");
-    stage.services.configuration.update([](ServiceSettings& settings) { settings = {}; });
-    QCOMPARE(authorization(), "Bearer secret");
-    QVERIFY(QFile::remove(file));
-    QCOMPARE(authorization(), "Bearer embedded");
-    QVERIFY(!stage.http.sent.back().body.contains("embedded"));
   }
 
   void anImageIsFoundInTheUsualPlaces_data() {
@@ -200,31 +157,6 @@ class TestGenerateImageClient : public QObject {
     const auto small = preparedReference(pngPicture({4096, 100}), 10);
     QCOMPARE(small->png, pngPicture({4096, 100}));
     QCOMPARE(small->thumbnail.height(), 10);
-  }
-
-  void failuresAreTold() {
-    Stage stage;
-    QCOMPARE(stage.failureAfter({500, {}, "oops"}), u"Generation failed (HTTP 500) oops"_s);
-    QCOMPARE(stage.failureAfter({402, {}, "pay"}), u"Generation failed (HTTP 402) pay"_s);
-    QCOMPARE(stage.failureAfter({404, {}, "\xff"}), u"Generation failed (HTTP 404) "_s);
-    QCOMPARE(stage.failureAfter({402, {}, kRefusal}),
-             u"You've used all 50 image generations this month on the Pro plan. Resets next month."_s);
-    QCOMPARE(stage.failureAfter({200, {}, "ok " + QByteArray(200, 'x')}),
-             u"No image in response: ok "_s + QString(77, u'x'));
-    QCOMPARE(stage.failureAfter({200, {}, imageAnswer("no picture")}),
-             u"The service sent an image that is damaged or too large."_s);
-    QCOMPARE(stage.failureAfter({200, {}, imageAnswer(pngPicture({400, 400}).first(200))}),
-             u"The service sent an image that is damaged or too large."_s);
-    stage.generate();
-    stage.sent();
-    stage.http.answer(std::unexpected(HttpError{HttpError::Reason::timedOut, {}}));
-    QCOMPARE(stage.outcome->error().description(), u"The service did not answer in time."_s);
-  }
-
-  void countersAreTakenOverWhateverTheStatus() {
-    Stage stage;
-    stage.failureAfter({402, {{"X-Quota-Limit", "50"}, {"X-Quota-Remaining", "0"}}, kRefusal});
-    QCOMPARE(stage.services.quota.metrics().at(u"image_generate"_s), (MetricUsage{50, 50}));
   }
 
   void aCancelledRunIsSilent() {

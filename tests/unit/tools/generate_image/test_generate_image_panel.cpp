@@ -47,34 +47,6 @@ class TestGenerateImagePanel : public QObject {
     QVERIFY(stage_->model().error().isEmpty() && stage_->isSent());
   }
 
-  void escapeCancelsAtOnceAndNothingComesLater() {
-    stage_->make(u"before"_s);
-    stage_->generate(u"a fox"_s);
-    QElapsedTimer timer;
-    timer.start();
-    QVERIFY(stage_->key(keycode::kEscape));
-    QVERIFY(!stage_->model().isGenerating() && stage_->controller.isShown());
-    QVERIFY(timer.elapsed() < 100);
-    stage_->http.answer(200, imageAnswer(pngPicture({9, 9})));
-    QTest::qWait(50);
-    QCOMPARE(stage_->model().shown()->image.size, QSize(48, 32));
-    QCOMPARE(stage_->history.entries().size(), 1U);
-    QVERIFY(stage_->key(keycode::kEscape));
-    QVERIFY(!stage_->isPanelUp);
-  }
-
-  void aNewStartEndsTheOneBefore() {
-    stage_->generate(u"first"_s);
-    const auto first = stage_->http.waiting.front();
-    stage_->http.waiting.clear();
-    stage_->generate(u"second"_s);
-    first(HttpResponse{200, {}, imageAnswer(pngPicture({9, 9}))});
-    QTest::qWait(50);
-    QVERIFY(stage_->model().isGenerating() && stage_->history.entries().empty());
-    stage_->answer(pngPicture());
-    QCOMPARE(stage_->model().shown()->request.prompt, u"second"_s);
-  }
-
   void hiddenItGoesOnAndSaysWhenItIsDone() {
     stage_->generate(u"a fox"_s);
     stage_->controller.toggle();

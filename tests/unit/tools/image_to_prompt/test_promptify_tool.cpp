@@ -151,27 +151,6 @@ class TestPromptifyTool : public QObject {
     QCOMPARE(at_->toasts.shown.size(), shown);
   }
 
-  void aNewStartEndsTheOneBefore() {
-    at_->copyImage(kPNG);
-    tool_->activate();
-    QTRY_COMPARE(at_->http.sent.size(), 1U);
-    tool_->activate();
-    QCOMPARE(at_->toasts.dismissals, 1);
-    QTRY_COMPARE(at_->http.sent.size(), 2U);
-    QVERIFY(at_->http.answer(200, "old"));
-    QCoreApplication::processEvents();
-    QVERIFY(at_->pasteboard.texts.isEmpty());
-    QVERIFY(at_->http.answer(200, "new"));
-    QTRY_COMPARE(at_->pasteboard.texts, QStringList(u"new"_s));
-    // An image that cannot be shown is no reason to keep the prompt back.
-    QVERIFY(at_->result.model().sourceImage().isNull());
-    tool_->activate();
-    QTRY_COMPARE(at_->http.sent.size(), 3U);
-    tool_.reset();
-    QVERIFY(at_->http.answer(200, "late"));
-    QCOMPARE(at_->pasteboard.texts.size(), 1);
-  }
-
   void onlyTheLastOfTwoStartsArrivesAtEveryStage_data() {
     QTest::addColumn<int>("reached");
     for (const int reached : {0, 1, 2, 3}) QTest::addRow("stage %d", reached) << reached;

@@ -75,50 +75,6 @@ class TestUplinkFaults : public QObject {
     QCOMPARE(server.malformed, 0);
   }
 
-  void theLinkOfAHonestServiceIsCopied() {
-    StrictServer server;
-    server.answer = [](const auto&) { return StrictServer::Answer{StrictServer::response(201, kLink)}; };
-    Stage stage(server.url({}));
-    QCOMPARE(stage.outcome(), u"Link copied to clipboard|https://links.example/l/1|10"_s);
-    QCOMPARE(stage.world.pasteboard.texts, QStringList(u"https://links.example/l/1"_s));
-  }
-
-  void aRefusedConnectionIsShown() {
-    QTcpServer closed;
-    QVERIFY(closed.listen(QHostAddress::LocalHost));
-    const QUrl url(u"http://127.0.0.1:%1"_s.arg(closed.serverPort()));
-    closed.close();
-    Stage stage(url);
-    QCOMPARE(stage.outcome(), u"Upload failed|The service cannot be reached: Connection refused|8"_s);
-    QVERIFY(!stage.isClipboardTouched());
-  }
-
-  /// The request's own patience is a minute; that it is kept to is tested where the client is.
-  void aSilentServiceIsGivenUp() {
-    UplinkWorld world;
-    const auto tool = world.makeTool(world.permissions);
-    world.copyImage();
-    tool->activate();
-    QTRY_COMPARE(world.http.sent.size(), 1U);
-    QCOMPARE(world.http.sent.front().timeout, std::chrono::milliseconds(60s));
-    QVERIFY(world.http.answer(std::unexpected(HttpError{HttpError::Reason::timedOut, {}})));
-    QCOMPARE(world.toast(), u"Upload failed|The service did not answer in time.|8"_s);
-    QVERIFY(world.pasteboard.texts.isEmpty());
-  }
-
-  void aConnectionThatBreaksInTheMiddleIsShown() {
-    QTcpServer server;
-    QVERIFY(server.listen(QHostAddress::LocalHost));
-    connect(&server, &QTcpServer::newConnection, &server, [&server] {
-      QTcpSocket* socket = server.nextPendingConnection();
-      connect(socket, &QTcpSocket::readyRead, socket, &QTcpSocket::abort);
-    });
-    Stage stage(QUrl(u"http://127.0.0.1:%1"_s.arg(server.serverPort())));
-    const QString outcome = stage.outcome();
-    QVERIFY2(outcome.startsWith(u"Upload failed|The connection broke off: "_s), qPrintable(outcome));
-    QVERIFY(!stage.isClipboardTouched());
-  }
-
   void aServiceThatIsKilledIsShown() {
     QTemporaryDir directory;
     SystemClock clock;

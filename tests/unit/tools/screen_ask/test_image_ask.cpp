@@ -161,18 +161,6 @@ class TestImageAsk : public QObject {
     QCOMPARE(asking.permissions.prompts, 1);
     QVERIFY(!asking.regions.isSelecting() && asking.toasts.shown.empty());
   }
-
-  void theLatestAnswerIsCopied() {
-    Asking asking;
-    asking.capture();
-    QVERIFY(!asking.controller.handleKey(letter(u'c', true)));
-    asking.ask(u"What is it?"_s);
-    QVERIFY(asking.isWaiting());
-    asking.stream(AskWorld::done(u"A line"_s));
-    QVERIFY(asking.controller.handleKey(letter(u'c', true)));
-    QCOMPARE(asking.pasteboard.texts, QStringList(u"A line"_s));
-    QVERIFY(asking.model.copied());
-  }
 };
 
 QTEST_GUILESS_MAIN(TestImageAsk)

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QTest>
 
@@ -77,15 +76,6 @@ class TestTextTransformTool : public QObject {
     QCOMPARE(world_->toast(),
              u"Result copied to clipboard|It could not be typed: No key for it. I have three cats.|10"_s);
     QCOMPARE(world_->pasteboard.texts, (QStringList{u"I have three cats."_s, u"I have three cats."_s}));
-  }
-
-  void thePickerNamesWhatCanBeDone() {
-    QStringList labels;
-    const TextModePickerModel& model = world_->picker.model();
-    for (int row = 0; row < model.rowCount(); ++row)
-      labels.append(model.data(model.index(row), Qt::DisplayRole).toString());
-    QCOMPARE(labels, (QStringList{u"Write this better"_s, u"Enhance Prompt"_s, u"Shorten Text"_s, u"Fix grammar"_s,
-                                  u"Custom Prompt…"_s}));
   }
 
   void anInstructionOfOnesOwnIsSent() {
@@ -180,53 +170,6 @@ class TestTextTransformTool : public QObject {
     QVERIFY(world_->pasteboard.texts.isEmpty());
   }
 
-  void aClickOnTheToastCancels() {
-    start(keycode::kReturn);
-    const auto click = shown().onTap;
-    click();
-    QCOMPARE(world_->toasts.dismissals, 1);
-    QCOMPARE(world_->replacer.restored, std::vector{kEarlier});
-    QVERIFY(world_->http.answer(200, kAnswer));
-    click();
-    QVERIFY(world_->pasteboard.texts.isEmpty());
-    QCOMPARE(world_->toasts.shown.size(), 1U);
-    QCOMPARE(world_->replacer.restored.size(), 1U);
-  }
-
-  /// Over a connection: it is broken off, and nobody hears of it again.
-  void aNewStartEndsTheRequestUnderWay() {
-    StrictServer server;
-    server.answer = [](const auto&) { return StrictServer::Answer{{}, true}; };
-    QtHttpClient http;
-    TransformWorld world(&http);
-    world.builtIn.place = ServiceLocation{server.url({}), server.url({}), "token", true};
-    world.select(u"one"_s);
-    const auto tool = world.makeTool(world.permissions);
-    tool->activate();
-    QTRY_VERIFY(world.picker.isShown());
-    QVERIFY(world.picker.handleKey(code(keycode::kReturn)));
-    QTRY_COMPARE(server.requests.size(), 1U);
-    QElapsedTimer timer;
-    timer.start();
-    tool->activate();
-    QTRY_COMPARE(server.closed, 1);
-    QVERIFY2(timer.elapsed() < 100, qPrintable(QString::number(timer.elapsed())));
-    QCOMPARE(world.replacer.restored.size(), 1U);
-    QTRY_VERIFY(world.picker.isShown());
-    QCOMPARE(world.toasts.dismissals, 1);
-    QCOMPARE(world.toasts.shown.size(), 1U);
-  }
-
-  void oneStartIsEnoughWhileItReadsAndAsks() {
-    tool_->activate();
-    tool_->activate();
-    QTRY_VERIFY(world_->picker.isShown());
-    tool_->activate();
-    QCoreApplication::processEvents();
-    QCOMPARE(world_->reader.reads, 1);
-    QVERIFY(world_->picker.isShown());
-  }
-
   void fromTheLauncherEscapeLeadsBackThere() {
     world_->launcher.startedFromLauncher = true;
     start(keycode::kEscape, false);
@@ -242,17 +185,6 @@ class TestTextTransformTool : public QObject {
     QCOMPARE(world_->pasteboard.texts, QStringList(result));
     QCOMPARE(shown().detail, u"First line "_s + QString(289, u'x') + u'…');
     QCOMPARE(shown().detailLineLimit, 3);
-  }
-
-  void theEndOfTheProgramPutsTheClipboardBack() {
-    start(keycode::kReturn);
-    tool_->abandon();
-    QCOMPARE(world_->replacer.restored, std::vector{kEarlier});
-    QVERIFY(world_->http.answer(200, kAnswer));
-    tool_->activate();
-    QCoreApplication::processEvents();
-    QCOMPARE(world_->reader.reads, 1);
-    QVERIFY(world_->pasteboard.texts.isEmpty());
   }
 
  private:
