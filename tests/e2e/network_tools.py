@@ -168,14 +168,14 @@ class NetworkTools(unittest.TestCase):
             for override in ({"endpoint": elsewhere}, {"endpoint": " ", "token": "own"}, {"endpoint": 1, "token": "own"}):
                 self.application.write_json(f"{folder}/config.json", override)
                 self.assertEqual(self.sent(name).path, usual, override)
-            self.application.write_json(f"{folder}/config.json", {"endpoint": elsewhere, "token": "", "more": 1})
-            self.host.requests.clear()
-            self.assertEqual(self.run_tool(name).returncode, 0)
-            [request] = self.host.requests
-            self.assertEqual(request.path, "/own", name)
             # What is metered goes by the person, wherever it goes.
             person = f"Bearer {CREDENTIAL}" if name in ("ask", "look", "generate") else None
-            self.assertEqual(request.headers.get("Authorization"), person, name)
+            for token, authorization in (("own", "Bearer own"), ("", person)):
+                self.application.write_json(f"{folder}/config.json", {"endpoint": elsewhere, "token": token, "more": 1})
+                self.host.requests.clear()
+                self.assertEqual(self.run_tool(name).returncode, 0)
+                [request] = self.host.requests
+                self.assertEqual((request.path, request.headers.get("Authorization")), ("/own", authorization), name)
             (self.application.folder / folder / "config.json").unlink()
             self.assertEqual(self.sent(name).path, usual)
 

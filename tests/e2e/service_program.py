@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """vantle-service from outside: who may ask it what, what it stores and gives back, and its commands."""
 
-import argparse
 import hashlib
 import json
 import os
@@ -15,6 +14,7 @@ import unittest
 from pathlib import Path
 
 from driver import postgres
+from driver.options import take_options
 from driver.service import Service, form
 
 PROGRAM = ""
@@ -385,17 +385,16 @@ class Configured(ServiceTest):
 
 
 if __name__ == "__main__":
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--service", required=True)
-    parser.add_argument("--postgres", action="store_true", help="with a PostgreSQL server instead of a file")
-    options, rest = parser.parse_known_args()
-    PROGRAM = options.service
-    if options.postgres and not postgres.programs():
+    # With --postgres a server takes the place of the file.
+    wants_postgres = "--postgres" in sys.argv
+    sys.argv = [word for word in sys.argv if word != "--postgres"]
+    [PROGRAM] = take_options("service")
+    if wants_postgres and not postgres.programs():
         print("skipped: no PostgreSQL server is installed")
         sys.exit(SKIPPED)
-    POSTGRES = postgres.Postgres() if options.postgres else None
+    POSTGRES = postgres.Postgres() if wants_postgres else None
     try:
-        unittest.main(argv=[sys.argv[0], *rest], verbosity=2)
+        unittest.main(verbosity=2)
     finally:
         if POSTGRES:
             POSTGRES.close()

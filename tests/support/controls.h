@@ -4,7 +4,10 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QWidget>
+
+#include <algorithm>
 
 /// The visible controls that a screen reader could not name.
 inline QStringList unnamedControls(QWidget& window) {
@@ -27,4 +30,24 @@ Control* named(QWidget& window, const QString& start) {
   for (Control* control : window.findChildren<Control*>())
     if (control->isVisible() && control->accessibleName().startsWith(start)) return control;
   return nullptr;
+}
+
+/// The visible button with that text; null without one.
+inline QPushButton* buttonWith(const QWidget& window, const QString& text) {
+  for (QPushButton* button : window.findChildren<QPushButton*>())
+    if (button->isVisible() && button->text() == text) return button;
+  return nullptr;
+}
+
+/// The texts of the visible labels.
+inline QStringList shownTexts(const QWidget& window) {
+  QStringList texts;
+  for (const QLabel* label : window.findChildren<QLabel*>())
+    if (label->isVisible() && !label->text().isEmpty()) texts.append(label->text());
+  return texts;
+}
+
+/// Whether a visible label says so, alone or among more.
+inline bool isShown(const QWidget& window, const QString& text) {
+  return std::ranges::any_of(shownTexts(window), [&text](const QString& shown) { return shown.contains(text); });
 }

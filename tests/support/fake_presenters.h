@@ -2,11 +2,13 @@
 
 #include <QStringList>
 
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "core/presenters/fresh_start.h"
 #include "core/presenters/launcher_opener.h"
+#include "core/presenters/palette_presenter.h"
 #include "core/presenters/settings_opener.h"
 #include "core/presenters/toast_presenter.h"
 #include "core/presenters/window_opener.h"
@@ -49,3 +51,16 @@ class FakeFreshStart final : public FreshStart {
   void deleteDataAndStartAnew() override { ++starts; }
   int starts = 0;
 };
+
+/// Stands for a panel that is the test's; its controller owns what it shows.
+template <class Panel>
+std::unique_ptr<PalettePresenter> borrowed(Panel& panel) {
+  struct Borrowed final : PalettePresenter {
+    explicit Borrowed(Panel& target) : panel(target) {}
+    void present() override { panel.present(); }
+    void warmUp() override { panel.warmUp(); }
+    void dismiss() override { panel.dismiss(); }
+    Panel& panel;
+  };
+  return std::make_unique<Borrowed>(panel);
+}

@@ -30,10 +30,7 @@ struct Stage : AppStage {
     QVERIFY2(button, qPrintable(name));
     button->click();
   }
-  bool says(const QString& text) {
-    return std::ranges::any_of(window.findChildren<QLabel*>(),
-                               [&](const QLabel* label) { return label->isVisible() && label->text().contains(text); });
-  }
+  bool says(const QString& text) { return isShown(window, text); }
   QByteArray codeShown() {
     for (const QLabel* label : window.findChildren<QLabel*>())
       if (label->isVisible() && label->text().startsWith(u'{')) return label->text().toUtf8();

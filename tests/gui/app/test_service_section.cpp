@@ -45,11 +45,7 @@ struct Stage : AppStage {
     control->click();
     settle();
   }
-  bool shows(const QString& text) {
-    const auto labels = page.findChildren<QLabel*>();
-    return std::ranges::any_of(labels,
-                               [&](const auto* label) { return label->isVisible() && label->text().contains(text); });
-  }
+  bool shows(const QString& text) { return isShown(page, text); }
 
   SettingsPage page;
 };

@@ -33,11 +33,7 @@ struct Stage : AppStage {
     QVERIFY2(found, qPrintable(name));
     QTest::mouseClick(found, Qt::LeftButton);
   }
-  bool says(const QString& text) {
-    for (const QLabel* label : window.findChildren<QLabel*>())
-      if (label->isVisible() && label->text().contains(text)) return true;
-    return false;
-  }
+  bool says(const QString& text) { return isShown(window, text); }
   std::optional<Hotkey> binding(const char* tool) { return world.hotkeys.binding(QString::fromLatin1(tool)); }
 };
 

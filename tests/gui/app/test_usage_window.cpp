@@ -1,5 +1,4 @@
 #include <QAccessible>
-#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 
@@ -27,12 +26,7 @@ struct Stage : ServiceWorld {
     QTRY_VERIFY(!http.waiting.empty());
     http.answer(status, body);
   }
-  QStringList texts() const {
-    QStringList texts;
-    for (const auto* label : window.findChildren<QLabel*>())
-      if (label->isVisible() && !label->text().isEmpty()) texts.append(label->text());
-    return texts;
-  }
+  QStringList texts() const { return shownTexts(window); }
 
   UsageWindow window{services.quota, services.quotaClient};
 };

@@ -1,14 +1,13 @@
 #include <QApplication>
 #include <QDropEvent>
-#include <QLabel>
 #include <QMimeData>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
 
 #include "core/ui/check_control.h"
+#include "support/controls.h"
 #include "support/fake_panel_window.h"
 #include "support/quick_question_world.h"
 #include "support/wear_theme.h"
@@ -51,26 +50,12 @@ struct Window {
     world.controller.show();
     QApplication::setActiveWindow(&panel.panel());
   }
-  bool says(const QString& text) {
-    for (const auto* label : view().findChildren<QLabel*>())
-      if (label->isVisible() && label->text() == text) return true;
-    return false;
-  }
+  bool says(const QString& text) { return shownTexts(view()).contains(text); }
 
   QList<QUrl> opened;
   FakePanelWindow native;
-  QuickQuestionWorld world{[this] { return std::make_unique<Borrowed>(panel); }};
+  QuickQuestionWorld world{[this] { return borrowed(panel); }};
   QuickQuestionPanel panel{native, world.controller, [this](const QUrl& url) { opened.append(url); }};
-
- private:
-  /// The controller owns its panel; this one is the test's.
-  struct Borrowed final : PalettePresenter {
-    explicit Borrowed(QuickQuestionPanel& target) : panel(target) {}
-    void present() override { panel.present(); }
-    void warmUp() override { panel.warmUp(); }
-    void dismiss() override { panel.dismiss(); }
-    QuickQuestionPanel& panel;
-  };
 };
 
 }  // namespace
@@ -296,8 +281,7 @@ class TestQuickQuestionWindow : public QObject {
              (QJsonObject{{u"question"_s, u"Reply with the single word: pong"_s}}));
     window.world.http.answer(200, "pong");
     QTRY_VERIFY(!check->isTesting());
-    const auto labels = page.findChildren<QLabel*>();
-    QVERIFY(std::ranges::any_of(labels, [](const QLabel* label) { return label->text() == u"✓ pong"; }));
+    QVERIFY(shownTexts(page).contains(u"✓ pong"_s));
   }
 };
 

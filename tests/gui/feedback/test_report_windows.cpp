@@ -1,6 +1,5 @@
 #include <QDropEvent>
 #include <QImage>
-#include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
@@ -43,10 +42,7 @@ struct Window {
     for (const QChar character : text)
       QTest::sendKeyEvent(QTest::Click, panel.panel().windowHandle(), Qt::Key_unknown, QString(character), {});
   }
-  bool says(const QString& text) {
-    const auto labels = view().findChildren<QLabel*>();
-    return std::ranges::any_of(labels, [&](const QLabel* each) { return each->isVisible() && each->text() == text; });
-  }
+  bool says(const QString& text) { return shownTexts(view()).contains(text); }
   QPushButton* checked() {
     for (auto* button : view().findChildren<QPushButton*>())
       if (button->isChecked()) return button;
@@ -95,13 +91,6 @@ class TestReportWindows : public QObject {
     window.press(Qt::Key_Return, Qt::ControlModifier);
     QVERIFY(window.says(u"Sending your feedback…"_s));
     QVERIFY(window.field().isReadOnly());
-    QTRY_VERIFY(!at.http.waiting.empty());
-    QVERIFY(at.http.answer(507, "There is no room left on the disk of this service, which is a pity"));
-    QVERIFY(
-        window.says(u"Submission failed (HTTP 507) There is no room left on the disk of this service, which is a "
-                    u"pity — Ctrl+↩ to retry"_s));
-    QCOMPARE(window.field().toPlainText(), u"The settings window opens behind the terminal."_s);
-    window.press(Qt::Key_Return, Qt::ControlModifier);
     QTRY_VERIFY(!at.http.waiting.empty());
     QVERIFY(at.http.answer(200, "{}"));
     QVERIFY(window.says(u"Thanks — feedback sent!"_s) && window.says(u"Ctrl+N to send another · esc to close"_s));

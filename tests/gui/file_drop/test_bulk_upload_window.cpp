@@ -1,6 +1,5 @@
 #include <QDropEvent>
 #include <QElapsedTimer>
-#include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
@@ -8,6 +7,7 @@
 
 #include "core/ui/footer_hints.h"
 #include "core/ui/palette_list.h"
+#include "support/controls.h"
 #include "support/fake_panel_window.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
@@ -29,11 +29,7 @@ struct Window {
 
   BulkUploadView& view() { return *panel.panel().findChild<BulkUploadView*>(); }
   FooterHints& footer() { return *view().findChild<FooterHints*>(); }
-  QPushButton* button(const QString& text) {
-    for (auto* button : view().findChildren<QPushButton*>())
-      if (button->isVisible() && button->text() == text) return button;
-    return nullptr;
-  }
+  QPushButton* button(const QString& text) { return buttonWith(view(), text); }
   /// Whether the window takes it.
   bool drop(const QList<QUrl>& urls) {
     QMimeData data;
@@ -56,18 +52,8 @@ struct Window {
   QSettings defaults{world.path(u"defaults.ini"_s), QSettings::IniFormat};
   FakePanelWindow native;
   BulkUploadPanelController controller{{world.client, pasteboard, toasts, preferences, launcher, [](auto, auto) {}},
-                                       [this] { return std::make_unique<Borrowed>(panel); }};
+                                       [this] { return borrowed(panel); }};
   BulkUploadPanel panel{native, defaults, controller};
-
- private:
-  /// The controller owns its panel; this one is the test's.
-  struct Borrowed final : PalettePresenter {
-    explicit Borrowed(BulkUploadPanel& target) : panel(target) {}
-    void present() override { panel.present(); }
-    void warmUp() override { panel.warmUp(); }
-    void dismiss() override { panel.dismiss(); }
-    BulkUploadPanel& panel;
-  };
 };
 
 }  // namespace
@@ -179,15 +165,11 @@ class TestBulkUploadWindow : public QObject {
     test->click();
     QTRY_VERIFY(!window.world.services.http.waiting.empty());
     window.world.services.http.answer(200, "https://links.example/test");
-    const auto says = [&page](const QString& text) {
-      const auto labels = page.findChildren<QLabel*>();
-      return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text().contains(text); });
-    };
-    QTRY_VERIFY(says(u"https://links.example/test"_s));
+    QTRY_VERIFY(isShown(page, u"https://links.example/test"_s));
     test->click();
     QTRY_VERIFY(!window.world.services.http.waiting.empty());
     window.world.services.http.answer(500, "oops");
-    QTRY_VERIFY(says(u"Upload failed (HTTP 500) oops"_s));
+    QTRY_VERIFY(isShown(page, u"Upload failed (HTTP 500) oops"_s));
     QTRY_COMPARE(window.world.leftInTemporary(), QStringList());
     QVERIFY(window.pasteboard.texts.isEmpty());
   }

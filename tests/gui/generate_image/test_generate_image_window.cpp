@@ -1,6 +1,5 @@
 #include <QComboBox>
 #include <QDropEvent>
-#include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
@@ -29,16 +28,7 @@ struct Window : GenerateImageWorld {
   GenerateImageView& view() { return *panel.panel().findChild<GenerateImageView*>(); }
   PromptEditor& editor() { return *view().findChild<PromptEditor*>(); }
   FooterHints& footer() { return *view().findChild<FooterHints*>(); }
-  QPushButton* button(const QString& text) {
-    for (auto* button : view().findChildren<QPushButton*>())
-      if (button->isVisible() && button->text() == text) return button;
-    return nullptr;
-  }
-  bool says(const QString& text) {
-    const auto labels = view().findChildren<QLabel*>();
-    return std::ranges::any_of(labels,
-                               [&](const QLabel* label) { return label->isVisible() && label->text().contains(text); });
-  }
+  QPushButton* button(const QString& text) { return buttonWith(view(), text); }
   void press(Qt::Key key, Qt::KeyboardModifiers held = {}) { QTest::keyClick(panel.panel().windowHandle(), key, held); }
   void type(const QString& text) {
     for (const QChar character : text) QTest::sendKeyEvent(QTest::Click, &editor(), Qt::Key_unknown, character, {});
@@ -65,18 +55,8 @@ struct Window : GenerateImageWorld {
 
   QSettings defaults{directory.filePath(u"defaults.ini"_s), QSettings::IniFormat};
   FakePanelWindow native;
-  GenerateImagePanelController controller{controllerServices(), [this] { return std::make_unique<Borrowed>(panel); }};
+  GenerateImagePanelController controller{controllerServices(), [this] { return borrowed(panel); }};
   GenerateImagePanel panel{native, defaults, controller};
-
- private:
-  /// The controller owns its panel; this one is the test's.
-  struct Borrowed final : PalettePresenter {
-    explicit Borrowed(GenerateImagePanel& target) : panel(target) {}
-    void present() override { panel.present(); }
-    void warmUp() override { panel.warmUp(); }
-    void dismiss() override { panel.dismiss(); }
-    GenerateImagePanel& panel;
-  };
 };
 
 }  // namespace
@@ -159,10 +139,7 @@ class TestGenerateImageWindow : public QObject {
     page.addWidget(
         new GenerateImageSettingsView({window.client, window.settings, window.history, window.system}, removal));
     page.show();
-    const auto says = [&page](const QString& text) {
-      const auto labels = page.findChildren<QLabel*>();
-      return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text().contains(text); });
-    };
+    const auto says = [&page](const QString& text) { return isShown(page, text); };
     QCOMPARE(unnamedControls(page), QStringList());
     QVERIFY(says(u"which costs what such an image costs"_s) && says(u"1 image, "_s));
     QVERIFY(window.http.waiting.empty());

@@ -1,6 +1,5 @@
 #include <QAccessible>
 #include <QComboBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
@@ -49,13 +48,6 @@ struct Card : PromptWorld {
                                   }}};
 };
 
-QStringList textsOf(QWidget& window) {
-  QStringList texts;
-  for (const QLabel* label : window.findChildren<QLabel*>())
-    if (label->isVisible() && !label->text().isEmpty()) texts.append(label->text());
-  return texts;
-}
-
 }  // namespace
 
 class TestPromptifyWindows : public QObject {
@@ -68,7 +60,7 @@ class TestPromptifyWindows : public QObject {
     Card card;
     PalettePanel& small = card.show(u"A red square."_s, picture(), u"UI Focused"_s);
     QCOMPARE(small.size(), QSize(616, 72 + 102 + 40 + 96));
-    QVERIFY(textsOf(small).contains(u"UI Focused · copied to your clipboard"_s));
+    QVERIFY(shownTexts(small).contains(u"UI Focused · copied to your clipboard"_s));
     QCOMPARE(unnamedControls(small), QStringList());
     QVERIFY(!card.text().verticalScrollBar()->isVisible());
     QCOMPARE(card.text().height(), 72);
@@ -79,7 +71,7 @@ class TestPromptifyWindows : public QObject {
 
     PalettePanel& large = card.show(kSentence.repeated(40));
     QCOMPARE(large.height(), 380 + 102 + 40 + 96);
-    QVERIFY(textsOf(large).contains(u"Copied to your clipboard"_s));
+    QVERIFY(shownTexts(large).contains(u"Copied to your clipboard"_s));
     QCOMPARE(card.text().verticalScrollBar()->value(), 0);
     card.press(Qt::Key_PageDown);
     QVERIFY(card.text().verticalScrollBar()->value() > 0);
@@ -103,7 +95,7 @@ class TestPromptifyWindows : public QObject {
     QCOMPARE(card.pasteboard.texts, QStringList(3, u"A red square."_s));
     card.native.loseKeyboard();
     QVERIFY(panel.isVisible());
-    QVERIFY(textsOf(panel).contains(u"close, after a click on this card"_s));
+    QVERIFY(shownTexts(panel).contains(u"close, after a click on this card"_s));
     auto* close = named<QPushButton>(panel, u"Close"_s);
     QCOMPARE(close->toolTip(), u"Close (esc)"_s);
     QTest::mouseClick(close, Qt::LeftButton);
@@ -124,26 +116,26 @@ class TestPromptifyWindows : public QObject {
     auto* style = named<QComboBox>(page, u"Style"_s);
     const QString ask =
         u"A quick-pick appears in the center of the screen each time so you can choose the style for that image."_s;
-    QVERIFY(!textsOf(page).contains(ask));
+    QVERIFY(!shownTexts(page).contains(ask));
     source->setFocus();
     QTest::keyClick(source, Qt::Key_Down);
     QTest::keyClick(style, Qt::Key_Down);
     QTest::keyClick(style, Qt::Key_Down);
     QVERIFY(at.settings.value() == PromptifySettings(PromptStyleSetting::ask, ImageSource::liveSelection));
-    QVERIFY(textsOf(page).contains(ask));
+    QVERIFY(shownTexts(page).contains(ask));
     QVERIFY(
-        textsOf(page).contains(u"Drag a region on screen; it's captured and turned into a prompt. Requires Screen "
-                               "Recording permission."_s));
+        shownTexts(page).contains(u"Drag a region on screen; it's captured and turned into a prompt. Requires Screen "
+                                  "Recording permission."_s));
     auto* test = named<QPushButton>(page, u"Image to Prompt: "_s);
     test->click();
     QTRY_COMPARE(at.http.sent.size(), 1U);
     QVERIFY(at.http.sent.front().body.contains("filename=\"promptify-test.png\"\r\nContent-Type: image/png\r\n"));
     QVERIFY(at.http.answer(200, "a dot"));
-    QVERIFY(textsOf(page).contains(u"✓ Connected"_s));
+    QVERIFY(shownTexts(page).contains(u"✓ Connected"_s));
     test->click();
     QTRY_COMPARE(at.http.sent.size(), 2U);
     QVERIFY(at.http.answer(502, "no provider"));
-    QVERIFY(textsOf(page).contains(u"Processing failed (HTTP 502) no provider"_s));
+    QVERIFY(shownTexts(page).contains(u"Processing failed (HTTP 502) no provider"_s));
     QVERIFY(at.pasteboard.texts.isEmpty() && at.toasts.shown.empty());
   }
 };

@@ -22,12 +22,7 @@ struct Stage : UplinkWorld {
     page.activateWindow();
     if (!QTest::qWaitForWindowActive(&page)) qFatal("the page is not active");
   }
-  QStringList texts() const {
-    QStringList texts;
-    for (const QLabel* label : page.findChildren<QLabel*>())
-      if (label->isVisible() && !label->text().isEmpty()) texts.append(label->text());
-    return texts;
-  }
+  QStringList texts() const { return shownTexts(page); }
   QComboBox& source() { return *page.findChild<QComboBox*>(); }
   void press() { QTest::mouseClick(named<QPushButton>(page, u"Image to URL: "_s), Qt::LeftButton); }
 

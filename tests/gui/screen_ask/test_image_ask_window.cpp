@@ -1,13 +1,13 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QBuffer>
-#include <QLabel>
 #include <QPainter>
 #include <QTest>
 
 #include "core/ui/check_control.h"
 #include "core/ui/footer_hints.h"
 #include "support/ask_world.h"
+#include "support/controls.h"
 #include "support/fake_panel_window.h"
 #include "support/fake_platform.h"
 #include "support/fake_presenters.h"
@@ -47,19 +47,8 @@ struct Window : AskWorld {
   FakePasteboard pasteboard;
   FakeLauncherOpener launcher;
   ImageAskClient client{answers()};
-  ImageAskPanelController controller{{client, pasteboard, clock, launcher},
-                                     [this] { return std::make_unique<Borrowed>(panel); }};
+  ImageAskPanelController controller{{client, pasteboard, clock, launcher}, [this] { return borrowed(panel); }};
   ImageAskPanel panel{native, controller, [](const QUrl&) {}};
-
- private:
-  /// The controller owns its panel; this one is the test's.
-  struct Borrowed final : PalettePresenter {
-    explicit Borrowed(ImageAskPanel& target) : panel(target) {}
-    void present() override { panel.present(); }
-    void warmUp() override { panel.warmUp(); }
-    void dismiss() override { panel.dismiss(); }
-    ImageAskPanel& panel;
-  };
 };
 
 }  // namespace
@@ -107,9 +96,7 @@ class TestImageAskWindow : public QObject {
     QVERIFY(window.request().body.contains("capture.png"));
     window.http.answer(500, "oops");
     QTRY_VERIFY(!check->isTesting());
-    const auto labels = page.findChildren<QLabel*>();
-    QVERIFY(std::ranges::any_of(
-        labels, [](const QLabel* label) { return label->text() == u"Request failed (HTTP 500) oops"; }));
+    QVERIFY(shownTexts(page).contains(u"Request failed (HTTP 500) oops"_s));
   }
 };
 

@@ -22,10 +22,7 @@ struct Stage : TransformWorld {
     page.activateWindow();
     if (!QTest::qWaitForWindowActive(&page)) qFatal("the page is not active");
   }
-  bool says(const QString& text) const {
-    return std::ranges::any_of(page.findChildren<QLabel*>(),
-                               [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
-  }
+  bool says(const QString& text) const { return shownTexts(page).contains(text); }
   void press() { QTest::mouseClick(named<QPushButton>(page, u"AI Text Transform: "_s), Qt::LeftButton); }
 
   SettingsPage page;

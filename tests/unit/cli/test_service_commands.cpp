@@ -2,7 +2,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
-#include <QThread>
 
 #include <future>
 
@@ -61,27 +60,10 @@ class TestServiceCommands : public QObject {
     QCOMPARE(QImage::fromData(parts->front().content, "png").size(), QSize(3, 2));
   }
 
-  void reportsAreSentWithTheirImages() {
+  void whatIsNoReportIsNotSent() {
     World world;
     StrictServer server;
-    server.answer = [](const auto&) { return StrictServer::Answer{StrictServer::response(200, "{}")}; };
     world.useServer(server);
-    const QString file = world.image(u"seen.gif"_s);
-    const Run feedback =
-        world.run({u"feedback"_s, u"--category"_s, u"bug"_s, u"-"_s, u"--image"_s, file, u"--image"_s, file}, "It ü");
-    QCOMPARE(feedback.err, QString());
-    QCOMPARE(feedback.out, u"Thanks — feedback sent!\n"_s);
-    QCOMPARE(server.requests.back().line, "POST /v1/feedback HTTP/1.1");
-    const auto parts = StrictForm::parse(server.requests.back().headers["content-type"], server.requests.back().body);
-    QVERIFY(parts && parts->size() >= 5);
-    QCOMPARE(parts->end()[-1].filename, "snip-2.png");
-    QCOMPARE(QImage::fromData(parts->end()[-2].content, "png").size(), QSize(1, 1));
-    QVERIFY(server.requests.back().body.contains("name=\"message\"\r\n\r\nIt ü\r\n"));
-    QCOMPARE(world.run({u"suggest"_s, u"A kettle"_s}).out, u"Thanks — suggestion sent!\n"_s);
-    QCOMPARE(server.requests.back().line, "POST /v1/tool-suggestions HTTP/1.1");
-    QVERIFY(server.requests.back().body.contains("name=\"suggestion\"\r\n\r\nA kettle\r\n"));
-
-    const std::size_t sent = server.requests.size();
     for (const QStringList& arguments : {QStringList{u"suggest"_s},
                                          {u"suggest"_s, u"a"_s, u"b"_s},
                                          {u"feedback"_s, u"a"_s},
@@ -92,14 +74,15 @@ class TestServiceCommands : public QObject {
     const QString text = world.image(u"notes.txt"_s, "words");
     QCOMPARE(world.run({u"suggest"_s, u"a"_s, u"--image"_s, text}).err,
              u"vantle: %1: this is not an image\n"_s.arg(text));
-    QCOMPARE(server.requests.size(), sent);
+    QVERIFY(server.requests.empty());
   }
 
   void promptsArePrinted() {
     World world;
     StrictServer server;
-    QByteArray answer = "{\"prompt\": \"A dot.\"}";
-    server.answer = [&answer](const auto&) { return StrictServer::Answer{StrictServer::response(200, answer)}; };
+    server.answer = [](const auto&) {
+      return StrictServer::Answer{StrictServer::response(200, R"({"prompt": "A dot."})")};
+    };
     world.useServer(server);
     const QString file = world.image(u"dot.gif"_s);
     const auto sentMode = [&server] {
@@ -115,10 +98,6 @@ class TestServiceCommands : public QObject {
     world.run({u"prompt"_s, file, u"--mode"_s, u"ui"_s});
     QCOMPARE(sentMode(), "ui");
     QCOMPARE(world.run({u"prompt"_s, file, u"--mode"_s, u"ask"_s}).code, exit_code::kUsage);
-    answer = "[]";
-    const Run none = world.run({u"prompt"_s, file});
-    QCOMPARE(none.err, u"vantle: No prompt in response: []\n"_s);
-    QCOMPARE(none.code, exit_code::kFailure);
   }
 
   void linkNamesWhatIsWrong() {
@@ -181,45 +160,18 @@ class TestServiceCommands : public QObject {
     QCOMPARE(json["usage"_L1]["text"_L1]["used"_L1].toInt(), 3);
   }
 
-  void askPrintsTheAnswer() {
+  void whatIsNoQuestionIsNotAsked() {
     World world;
     StrictServer server;
-    server.answer = [](const auto&) {
-      return StrictServer::Answer{StrictServer::response(
-          200, "event: delta\ndata: {\"text\":\"Tw\"}\n\nevent: done\ndata: {\"answer\":\"Two.\"}\n\n",
-          "Content-Type: text/event-stream\r\n")};
-    };
     world.useServer(server);
-    const Run plain = world.run({u"ask"_s, u"What is 1+1?"_s});
-    QCOMPARE(plain.out, u"Two.\n"_s);
-    QCOMPARE(plain.code, exit_code::kSuccess);
-    QVERIFY(server.requests.back().line.startsWith("POST /v1/answers"));
-
-    const QString image = world.directory.filePath(u"a.bmp"_s);
-    QVERIFY(QImage(4, 3, QImage::Format_RGB32).save(image));
     const QString history = world.directory.filePath(u"history.json"_s);
-    QVERIFY(writeFile(history, "[{\"question\":\"q\",\"answer\":\"a\"}]"));
-    QCOMPARE(world.run({u"ask"_s, u"And?"_s, u"--image"_s, image, u"--image"_s, image, u"--history"_s, history}).out,
-             u"Two.\n"_s);
-    QVERIFY(server.requests.back().line.startsWith("POST /v1/image-answers"));
-    const auto parts =
-        StrictForm::parse(server.requests.back().headers["content-type"], server.requests.back().body).value();
-    QCOMPARE(parts.size(), 4U);
-    QCOMPARE(parts[0].content, "[{\"answer\":\"a\",\"question\":\"q\"}]");
-    QVERIFY(parts[2].content.startsWith("\x89PNG") && parts[3].filename == "attachment-2.png");
-
-    const std::size_t before = server.requests.size();
     QVERIFY(writeFile(history, "{}"));
     QVERIFY(world.run({u"ask"_s, u"And?"_s, u"--history"_s, history})
                 .err.endsWith(u"this is not a JSON array of questions and answers\n"_s));
     QVERIFY(world.run({u"ask"_s, u"And?"_s, u"--image"_s, history}).err.contains(u"history.json cannot be attached"_s));
     QCOMPARE(world.run({u"ask"_s, u" "_s}).code, exit_code::kUsage);
     QCOMPARE(world.run({u"ask"_s}).code, exit_code::kUsage);
-    QCOMPARE(server.requests.size(), before);
-    server.answer = [](const auto&) { return StrictServer::Answer{StrictServer::response(500, "oops")}; };
-    const Run failed = world.run({u"ask"_s, u"What?"_s});
-    QCOMPARE(failed.err, u"vantle: Request failed (HTTP 500) oops\n"_s);
-    QCOMPARE(failed.code, exit_code::kFailure);
+    QVERIFY(server.requests.empty());
   }
 
   void configSetsSettings() {

@@ -255,6 +255,13 @@ class TestQuickQuestionPanel : public QObject {
     QVERIFY(size.width() * size.height() <= 3840 * 2160 && size.width() > 3400);
     QVERIFY(made->thumbnail.width() <= 200);
     QVERIFY(!attachmentOf(QImage()));
+    // In bytes too, whatever they are made of.
+    const QByteArray heavy = QuickQuestionWorld::png() + QByteArray(20'000'000, '\0');
+    QVERIFY(attachmentOf(heavy).value().png.size() < 1'000);
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(u"huge.png"_s));
+    QVERIFY(file.open(QFile::WriteOnly) && file.resize(256'000'001));
+    QCOMPARE(attachmentOfFile(file.fileName()).error(), u"huge.png cannot be attached: it is larger than 256 MB"_s);
   }
 
   void aNewStartForgetsWhatIsUnderWay() {

@@ -61,6 +61,14 @@ class TestAnswers : public QObject {
     client.ask({u"?"_s}, {}, world.call());
     QVERIFY(world.isWaiting());
     QCOMPARE(world.header("Authorization"), "Bearer embedded");
+    // Which is nobody else's business.
+    QVERIFY(writeFile(world.folders.file(u"QuickQuestion/config.json"_s),
+                      json("{'endpoint':'https://mine.example/x','token':''}")));
+    client.ask({u"?"_s}, {}, world.call());
+    QTRY_COMPARE(world.http.sent.size(), 2U);
+    QCOMPARE(world.request().url, QUrl(u"https://mine.example/x"_s));
+    QVERIFY(!world.header("Authorization").contains("embedded"));
+    QVERIFY(QFile::remove(world.folders.file(u"QuickQuestion/config.json"_s)));
     world.builtIn.place = std::unexpected(ServiceError{ServiceError::Reason::other, u"It does not start."_s});
     client.ask({u"?"_s}, {}, world.call());
     QTRY_COMPARE(world.said(), u"It does not start."_s);
@@ -95,6 +103,7 @@ class TestAnswers : public QObject {
     ask.askAboutCapture({u"?"_s});
     QVERIFY(ask.isWaiting());
     QCOMPARE(ask.request().receivedType, "text/event-stream");
+    QVERIFY(ask.request().timeout == 90s);
     const QByteArray body = AskWorld::delta(u"Grü"_s) + ": still here\n\n" + AskWorld::event("other", {}) +
                             AskWorld::delta(u"ße"_s) + AskWorld::done(u"Grüße"_s) + AskWorld::delta(u"late"_s);
     for (const char byte : body) ask.http.deliver(QByteArray(1, byte));

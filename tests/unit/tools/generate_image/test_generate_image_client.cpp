@@ -69,6 +69,19 @@ class TestGenerateImageClient : public QObject {
     QCOMPARE((*stage.outcome)->size, QSize(48, 32));
   }
 
+  void theBuiltInServicesTokenGoesNowhereElse() {
+    Stage stage;
+    stage.services.configuration.update([](ServiceSettings& settings) { settings = {}; });
+    stage.generate();
+    QCOMPARE(headerOf(stage.sent(), "Authorization"), "Bearer embedded");
+    stage.http.waiting.clear();
+    const QString file = stage.folders.file(u"GenerateImage/config.json"_s);
+    QVERIFY(writeFile(file, json("{'endpoint': 'https://own.example/draw', 'token': ''}")));
+    stage.generate();
+    QCOMPARE(headerOf(stage.sent(), "Authorization"), "Bearer secret");
+    QCOMPARE(stage.http.sent.back().url, QUrl(u"https://own.example/draw"_s));
+  }
+
   void anImageIsFoundInTheUsualPlaces_data() {
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QByteArray>("type");

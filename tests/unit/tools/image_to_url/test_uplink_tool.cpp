@@ -38,6 +38,7 @@ class TestUplinkTool : public QObject {
     const HttpRequest& request = world_->http.sent.front();
     QCOMPARE(request.url, QUrl(u"http://127.0.0.1:9/v1/images"_s));
     QCOMPARE(request.method, "POST");
+    QVERIFY(request.answerDeadline == 120s);
     QCOMPARE(headerOf(request, "Authorization"), "Bearer embedded");
     const std::vector<FormPart> parts{{"file", "clipboard.png", "image/png", UplinkWorld::somePNG(60'000)}};
     QCOMPARE(StrictForm::parse(headerOf(request, "Content-Type"), request.body), std::optional(parts));
@@ -97,8 +98,9 @@ class TestUplinkTool : public QObject {
     world_->copyImage(4096);
     tool_->activate();
     QTRY_COMPARE(world_->http.sent.size(), 2U);
-    QVERIFY(world_->http.answer(500, "oops"));
-    QCOMPARE(world_->toast(), u"Upload failed|Upload failed (HTTP 500) oops|8"_s);
+    QVERIFY(world_->http.answer(500, "a\nb\x1b[31m"));
+    QCOMPARE(world_->toast(), u"Upload failed|Upload failed (HTTP 500) a\\nb\\u{1b}[31m|8"_s);
+    QVERIFY(world_->pasteboard.texts.isEmpty());
     QVERIFY(world_->http.answer(200, "https://links.example/l/2\n"));
     QCOMPARE(world_->pasteboard.texts, QStringList(u"https://links.example/l/2"_s));
     QVERIFY(!world_->http.answer(200, "https://links.example/l/3"));

@@ -20,50 +20,18 @@ MDDocument agents(const QString& contents = u"# AGENTS.md\n\nnew\n"_s) {
   return {QUuid::createUuid(), u"AGENTS.md"_s, contents};
 }
 
-QStringList headings(const QString& text) {
-  QStringList found;
-  for (const QString& line : text.split(u'\n'))
-    if (line.startsWith("## "_L1)) found.append(line.mid(3));
-  return found;
-}
-
 }  // namespace
 
 class TestInjectMD : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void templatesHaveTheirSections_data() {
-    QTest::addColumn<QString>("subtitle");
-    QTest::addColumn<QStringList>("sections");
-    QTest::newRow("AGENTS.md") << u"Instructions for AI coding agents working in this repository."_s
-                               << QStringList{u"Project"_s, u"Conventions"_s, u"Commands"_s, u"Notes"_s};
-    QTest::newRow("CLAUDE.md") << u"Guidance for Claude Code in this repository."_s
-                               << QStringList{u"Project"_s, u"Commands"_s, u"Conventions"_s};
-    QTest::newRow("BOOTSTRAP.md") << u"First-run setup for this project — what an agent (or human) needs"_s
-                                  << QStringList{u"Prerequisites"_s, u"Setup"_s};
-    QTest::newRow("SOUL.md") << u"Who this agent is and how it should carry itself in this project."_s
-                             << QStringList{u"Voice"_s, u"Values"_s, u"Boundaries"_s};
-    QTest::newRow("BACKLOG.md") << u"Running list of work for this project. Agents: pick from the top,"_s
-                                << QStringList{u"Now"_s, u"Later"_s, u"Done"_s};
-  }
-  void templatesHaveTheirSections() {
-    QFETCH(QString, subtitle);
-    QFETCH(QStringList, sections);
-    const QString name = QString::fromLatin1(QTest::currentDataTag());
-    const QString text = wellKnownTemplate(name);
-    QVERIFY(text.startsWith(u"# %1\n\n%2\n"_s.arg(name, subtitle)));
-    QCOMPARE(headings(text), sections);
-    QVERIFY(text.contains("<!-- "_L1) && text.endsWith(u'\n'));
-    QCOMPARE(text.contains("## Commands\n\n- Build: `<build command>`\n- Test: `<test command>`\n"_L1),
-             sections.contains(u"Commands"_s));
-    QCOMPARE(text.contains("## Conventions\n\n- Match the style of the surrounding code.\n"
-                           "- Keep changes focused; don't reformat unrelated lines.\n"_L1),
-             sections.contains(u"Conventions"_s));
-    const qsizetype tasks = name == "BACKLOG.md"_L1 ? 2 : 0;
-    QCOMPARE(text.count("- [ ] <!-- "_L1), tasks);
-    QVERIFY(text.indexOf("- [ ]"_L1) < 0 || text.lastIndexOf("- [ ]"_L1) < text.indexOf("## Done"_L1));
-    QVERIFY2(text.count("<!-- "_L1) >= sections.size(), "every section has something to fill in");
+  void everyTemplateHasSomethingToFillInInEachSection() {
+    for (const QString& name : {u"AGENTS.md"_s, u"CLAUDE.md"_s, u"BOOTSTRAP.md"_s, u"SOUL.md"_s, u"BACKLOG.md"_s}) {
+      const QString text = wellKnownTemplate(name);
+      QVERIFY2(text.startsWith(u"# %1\n\n"_s.arg(name)) && text.endsWith(u'\n'), qPrintable(name));
+      QVERIFY2(text.count("\n## "_L1) >= 2 && text.count("<!-- "_L1) >= text.count("\n## "_L1), qPrintable(name));
+    }
   }
 
   void listOfFilesSurvivesARestart() {
