@@ -22,7 +22,12 @@ target_include_directories(vantle_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(APPLE)
   # libc++ hides std::jthread and what belongs to it behind a switch before its version 20; nothing has to be linked for it.
   include(CheckCXXSourceCompiles)
-  set(jthread "#include <condition_variable>\n#include <thread>\nint main() { std::jthread([](std::stop_token) {}); }")
+  set(jthread "#include <condition_variable>\n#include <mutex>\n#include <thread>\n
+    std::mutex lock;
+    std::condition_variable_any ended;
+    int main() {
+      std::jthread([](std::stop_token stop) { std::unique_lock held(lock); ended.wait(held, stop, [] { return false; }); });
+    }")
   check_cxx_source_compiles("${jthread}" VANTLE_HAS_JTHREAD)
   if(NOT VANTLE_HAS_JTHREAD)
     set(CMAKE_REQUIRED_DEFINITIONS -D_LIBCPP_ENABLE_EXPERIMENTAL)

@@ -103,7 +103,7 @@ install_packages() {
 # configure [cmake option…]: the release build in build/.
 configure() {
   if on_macos; then
-    export CMAKE_PREFIX_PATH="${CMAKE_PREFIX_PATH:-$(brew --prefix qt)}"
+    export CMAKE_PREFIX_PATH="${CMAKE_PREFIX_PATH:-$(brew --prefix)}"
   fi
   cmake --preset release "$@" >/dev/null
 }

@@ -29,7 +29,7 @@
 #include "app/tools/uplink_kit.h"
 #include "app/tools/vibe_history_kit.h"
 #include "app/tray_icon.h"
-#include "app/updates/update_notice.h"
+#include "app/updates/updates.h"
 #include "app/updates/whats_new_window.h"
 #include "app/usage/usage_window.h"
 #include "base/logging.h"
@@ -126,7 +126,7 @@ struct Application::Parts {
   AskAIKit askAI{context};
   ScreenAskKit screenAsk{context};
   SettingsSelection selection;
-  UpdateNotice update{defaults, QCoreApplication::applicationVersion()};
+  Updates updates{context, defaults};
   FocusedCommand focusedCommand;
   AppDelegate delegate;
   TrayIcon tray{{appearance, *platform.trayPanel, clock}};
@@ -177,7 +177,7 @@ Application::Parts::Parts(Application& owner)
   windows.add(AppWindow::settings, [this] { return std::make_unique<SettingsWindow>(context, selection); });
   windows.add(AppWindow::usage, [this] { return std::make_unique<UsageWindow>(services.quota, services.quotaClient); });
   windows.add(AppWindow::whatsNew, [this] {
-    return std::make_unique<WhatsNewWindow>(update, *platform.updater, WhatsNewWindow::shippedChangelog());
+    return std::make_unique<WhatsNewWindow>(updates.notice(), *platform.updater, WhatsNewWindow::shippedChangelog());
   });
   windows.add(AppWindow::keyboardShortcuts, [this] { return std::make_unique<ShortcutsWindow>(context); });
   windows.add(AppWindow::onboarding, [this] { return makeOnboarding(); });
@@ -317,7 +317,7 @@ void Application::terminate() {
 void Application::announceUpdate() {
   const bool isTrusted = parts_->platform.permissions->isAccessibilityTrusted();
   const auto firstRun = AppDelegate::firstRun(parts_->settings.value(), isTrusted);
-  if (parts_->update.prepare(firstRun != AppDelegate::FirstRun::nothing))
+  if (parts_->updates.start(firstRun != AppDelegate::FirstRun::nothing))
     parts_->windows.openWindow(AppWindow::whatsNew);
 }
 

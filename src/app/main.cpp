@@ -11,7 +11,6 @@
 #include "cli/command.h"
 #include "core/net/app_channel.h"
 #include "platform/display.h"
-#include "platform/keychain_vault.h"
 #include "platform/termination.h"
 
 using namespace Qt::StringLiterals;
@@ -34,13 +33,6 @@ bool startInBackground(const QString& program) {
   return process.startDetached();
 }
 
-Platform platformFor(bool hasDisplay) {
-  if (hasDisplay) return makePlatform();
-  Platform platform = makeNullPlatform();
-  platform.credentials = makeKeychainVault();
-  return platform;
-}
-
 int runCommand(const QStringList& arguments, bool hasDisplay) {
   QTextStream out(stdout);
   QTextStream err(stderr);
@@ -51,7 +43,7 @@ int runCommand(const QStringList& arguments, bool hasDisplay) {
                          Folders::standard(),
                          QDir::homePath(),
                          [] { return startInBackground(QCoreApplication::applicationFilePath()); },
-                         [hasDisplay] { return platformFor(hasDisplay); },
+                         [hasDisplay] { return hasDisplay ? makePlatform() : makeHeadlessPlatform(); },
                          &input,
                          &makeArchiver};
   return runCommandLine(arguments, context);

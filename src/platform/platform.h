@@ -44,5 +44,7 @@ struct Platform {
 /// The backends of the system the program runs on; the null ones for what it does not offer (no display, say).
 /// Needs a QGuiApplication for anything but the null ones.
 Platform makePlatform();
-/// Every capability "unavailable": the command line without a display.
+/// What needs no display of them, for the command line; null ones for the rest.
+Platform makeHeadlessPlatform();
+/// Every capability "unavailable".
 Platform makeNullPlatform();

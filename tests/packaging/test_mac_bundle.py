@@ -2,6 +2,7 @@
 packaging script signs, notarizes and staples, with tools that only write down how they were called. Argument: the build
 folder."""
 
+import json
 import os
 import plistlib
 import re
@@ -36,11 +37,16 @@ TOOLS = {
         touch "$contents/Frameworks/QtCore.framework/Versions/A/QtCore" "$contents/Frameworks/libcurl.4.dylib" \\
             "$contents/PlugIns/platforms/libqcocoa.dylib"
         chmod +x "$contents/Frameworks/QtCore.framework/Versions/A/QtCore" """,
-    "otool": '[ -z "$STRAY" ] || printf "%s:\\n\\t$STRAY (compatibility version 1.0.0)\\n" "$2"',
+    "otool": """case "$1" in
+        -L) [ -z "$STRAY" ] || printf "%s:\\n\\t$STRAY (compatibility version 1.0.0)\\n" "$2" ;;
+        -l) printf "      cmd LC_BUILD_VERSION\\n    minos ${OLDEST:-14.0}\\n      sdk 15.2\\n" ;;
+        esac""",
     "ditto": 'for last; do :; done; mkdir -p "$(dirname "$last")"; touch "$last"',
     "xcrun": """case "$1 $2" in "notarytool submit")
         printf '  id: 1234\\nCurrent status: In Progress\\n  id: 1234\\n  status: %s\\n' "${ANSWER:-Accepted}" ;; esac""",
-    **dict.fromkeys(["codesign", "hdiutil", "spctl", "shasum", "iconutil"], ""),
+    "hdiutil": 'for last; do :; done; printf image >"$last"',
+    "shasum": 'printf "%064d  %s\\n" 7 "$3"',
+    **dict.fromkeys(["codesign", "spctl", "iconutil"], ""),
 }
 SIGNER = "Developer ID Application: Someone (TEAM123)"
 RELEASE = {"VANTLE_SIGN_IDENTITY": SIGNER, "VANTLE_NOTARY_PROFILE": "release", "VANTLE_APP_ID": "org.example.vantle"}
@@ -153,12 +159,32 @@ class MacPackagingTest(unittest.TestCase):
         self.assertIn("/opt/homebrew/lib/libpng16.16.dylib", done.stderr)
         self.assertEqual(self.packaging.signed(), [])
 
+    def test_a_library_for_newer_systems_is_found(self):
+        done = self.packaging.run(**RELEASE, OLDEST="15.0")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("libcurl.4.dylib: 15.0", done.stderr)
+        self.assertEqual(self.packaging.signed(), [])
+        self.assertEqual(self.packaging.run("--local", OLDEST="15.0").returncode, 0)
+
+    def test_describes_the_image_for_those_who_have_an_older_one(self):
+        folder = "https://example.org/vantle"
+        self.packaging.run(**RELEASE, VANTLE_UPDATE_FOLDER=folder)
+        configured = " ".join(self.packaging.calls("cmake")[0])
+        self.assertIn(f"-DVANTLE_UPDATE_FOLDER={folder} -DVANTLE_UPDATE_PUBLISHER=TEAM123", configured)
+        packages = self.packaging.root / "build-package/packages"
+        described = json.loads((packages / "macos-arm64.json").read_text())
+        self.assertEqual(described["sha256"], f"{7:064d}")
+        self.assertEqual(described["bytes"], len("image"))
+        self.assertTrue((packages / described["file"]).is_file())
+        self.assertIn(described["version"], described["file"])
+
     def test_says_what_is_missing_before_it_builds(self):
         for change, word in (
             ({"VANTLE_SIGN_IDENTITY": ""}, "VANTLE_SIGN_IDENTITY"),
             ({"VANTLE_SIGN_IDENTITY": "-"}, "Developer ID"),
             ({"VANTLE_NOTARY_PROFILE": ""}, "VANTLE_NOTARY_PROFILE"),
             ({"VANTLE_APP_ID": ""}, "VANTLE_APP_ID"),
+            ({"VANTLE_UPDATE_FOLDER": "http://example.org"}, "VANTLE_UPDATE_FOLDER"),
         ):
             done = self.packaging.run(**RELEASE | change)
             self.assertEqual(done.returncode, 1)

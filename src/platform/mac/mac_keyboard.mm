@@ -23,6 +23,32 @@ uint16_t translated(const UCKeyboardLayout* layout, uint16_t keyCode, uint32_t m
 
 }  // namespace
 
+/// Hears from the system that another layout was chosen.
+@interface VantleLayoutWatch : NSObject
+- (instancetype)initWithReport:(void (*)(void* context))report context:(void*)context;
+- (void)layoutChanged:(NSNotification*)notification;
+@end
+
+@implementation VantleLayoutWatch {
+  void (*_report)(void* context);
+  void* _context;
+}
+
+- (instancetype)initWithReport:(void (*)(void* context))report context:(void*)context {
+  self = [super init];
+  if (!self) return nil;
+  _report = report;
+  _context = context;
+  return self;
+}
+
+- (void)layoutChanged:(NSNotification*)notification {
+  (void)notification;
+  _report(_context);
+}
+
+@end
+
 namespace mac {
 
 uint16_t characterOnKey(uint32_t keyCode, uint32_t carbonModifiers) {
@@ -39,19 +65,20 @@ uint16_t characterOnKey(uint32_t keyCode, uint32_t carbonModifiers) {
 }
 
 void* watchLayout(void (*changed)(void* context), void* context) {
-  NSNotificationName name = (__bridge NSString*)kTISNotifySelectedKeyboardInputSourceChanged;
-  id observer = [NSDistributedNotificationCenter.defaultCenter addObserverForName:name
-                                                                           object:nil
-                                                                            queue:nil
-                                                                       usingBlock:^(NSNotification*) {
-                                                                         changed(context);
-                                                                       }];
-  return (__bridge_retained void*)observer;
+  VantleLayoutWatch* watch = [[VantleLayoutWatch alloc] initWithReport:changed context:context];
+  // Else news waits until this is the active application, which it hardly ever is.
+  [NSDistributedNotificationCenter.defaultCenter
+             addObserver:watch
+                selector:@selector(layoutChanged:)
+                    name:(__bridge NSString*)kTISNotifySelectedKeyboardInputSourceChanged
+                  object:nil
+      suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
+  return (__bridge_retained void*)watch;
 }
 
 void stopWatchingLayout(void* watch) {
-  id observer = (__bridge_transfer id)watch;
-  [NSDistributedNotificationCenter.defaultCenter removeObserver:observer];
+  VantleLayoutWatch* ending = (__bridge_transfer VantleLayoutWatch*)watch;
+  [NSDistributedNotificationCenter.defaultCenter removeObserver:ending];
 }
 
 }  // namespace mac

@@ -27,3 +27,10 @@ Platform makePlatform() {
   platform.screenGrabber = std::make_unique<MacScreenGrabber>();
   return platform;
 }
+
+Platform makeHeadlessPlatform() {
+  Platform platform = makeNullPlatform();
+  platform.systemInfo = mac::makeSystemInfo();
+  platform.credentials = makeKeychainVault();
+  return platform;
+}

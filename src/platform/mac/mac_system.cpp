@@ -103,16 +103,8 @@ class MacLoginItem final : public LoginItem {
   }
 };
 
-class MacUpdater final : public Updater {
- public:
-  QString description() const override {
-    return u"A new version comes as a disk image: drag it over this one, and the permissions stay."_s;
-  }
-};
-
 }  // namespace
 
-std::unique_ptr<Updater> mac::makeUpdater() { return std::make_unique<MacUpdater>(); }
 std::unique_ptr<NetworkPath> mac::makeNetworkPath() { return std::make_unique<MacNetworkPath>(); }
 std::unique_ptr<Sounds> mac::makeSounds() { return std::make_unique<MacSounds>(); }
 std::unique_ptr<SystemInfo> mac::makeSystemInfo() { return std::make_unique<MacSystemInfo>(); }

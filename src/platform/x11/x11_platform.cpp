@@ -36,6 +36,12 @@ void addWayland(Platform& platform, const X11Session& session) {
 
 }  // namespace
 
+Platform makeHeadlessPlatform() {
+  Platform platform = makeNullPlatform();
+  platform.credentials = makeKeychainVault();
+  return platform;
+}
+
 Platform makePlatform() {
   Platform platform = makeNullPlatform();
   platform.credentials = makeKeychainVault();

@@ -33,7 +33,7 @@ class ReportSender {
   void send(const Report& report, const JobRef& job, Done done) {
     services_.environments.current<Environment>(job, [this, report, job, done = std::move(done)](const auto& found) {
       if (found)
-        send(report, *found, job, done);
+        this->send(report, *found, job, done);
       else
         done(std::unexpected(ReportError::of(found.error().description())));
     });

@@ -336,6 +336,8 @@ class MacPlatformTest : public QObject {
     QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 14.5"_s);
     fake->version = {15, 0, 1};
     QCOMPARE(platform_->systemInfo->osVersion(), u"macOS 15.0.1"_s);
+    // The command line's too, which has no display.
+    QCOMPARE(makeHeadlessPlatform().systemInfo->systemName(), u"macOS"_s);
   }
 
  private:
