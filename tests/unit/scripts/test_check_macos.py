@@ -1,6 +1,7 @@
 """Mistakes in the macOS backend, one of each kind, that scripts/check_macos must find and name."""
 
 import shutil
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -11,9 +12,10 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[3]
 sys.path.insert(0, str(ROOT / "scripts"))
 
-from checks import macos  # noqa: E402
+from checks import darwin, macos  # noqa: E402
 
 SKIPPED = 77
+LIBCXX = Path("/usr/lib/llvm-19/include/c++/v1")
 EVERY_MM = tuple(path.name for path in (ROOT / "src/platform/mac").glob("*.mm"))
 
 
@@ -152,6 +154,33 @@ class PlantedMistakes(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             tree_with(folder)
             self.assertEqual(macos.problems(macos.Backend(folder, Path(folder) / "work"), sources), [])
+
+
+@unittest.skipUnless(LIBCXX.is_dir(), "no libc++ here")
+class EverythingElse(unittest.TestCase):
+    """What this system's compiler takes and the one on a Mac does not."""
+
+    SOURCES = {
+        "#include <memory>\nstd::unique_ptr<int> number;": "",
+        "#include <algorithm>\n#include <cstdint>\nlong least(std::int64_t a, long b) { return std::min(a, b); }":
+            "no matching function for call to 'min'",
+        "#include <algorithm>\n#include <sys/stat.h>\nauto size(struct stat s, long n) { return std::max(s.st_size, n); }":
+            "no matching function for call to 'max'",
+        "#include <functional>\nstd::move_only_function<void()> call;": "'move_only_function'",
+        "#include <functional>\nauto call = [unused = 1] {};": "unused",
+    }  # fmt: skip
+
+    def test_is_found(self):
+        flags = subprocess.run(["pkg-config", "--cflags", "Qt6Core"], capture_output=True, text=True, check=True).stdout
+        with tempfile.TemporaryDirectory() as folder:
+            call = "c++ -Wall -Wextra " + flags.replace("-I", "-isystem ")
+            compiler = darwin.Compiler(Path(folder), [{"command": call}])
+            for number, (source, words) in enumerate(self.SOURCES.items()):
+                path = Path(folder) / f"{number}.cpp"
+                path.write_text(source + "\n")
+                found = compiler.problem({"file": str(path), "command": call, "directory": folder})
+                self.assertIn(words, found or "", source)
+                self.assertEqual(bool(found), bool(words), source)
 
 
 if __name__ == "__main__":
