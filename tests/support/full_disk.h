@@ -4,14 +4,14 @@
 
 #include <csignal>
 
-/// No file of this process may grow while this lives: what a full disk does, without one.
+/// No file of this process may grow, or not beyond some bytes, while this lives: what a full disk does, without one.
 class SmallestFiles {
  public:
-  SmallestFiles() {
+  explicit SmallestFiles(rlim_t bytes = 0) {
     std::signal(SIGXFSZ, SIG_IGN);
     getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit none{0, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &none);
+    const rlimit small{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
   }
   ~SmallestFiles() { setrlimit(RLIMIT_FSIZE, &before_); }
   SmallestFiles(const SmallestFiles&) = delete;

@@ -3,12 +3,10 @@
 
 import argparse
 import os
-import struct
 import subprocess
 import sys
 import tempfile
 import time
-import zlib
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
@@ -95,7 +93,7 @@ class Selection:
 
     def __init__(self, program, environment, options):
         folder = tempfile.mkdtemp()
-        self.path = Path(folder) / "selection.png"
+        self.path = Path(folder) / "selection.ppm"
         self.process = subprocess.Popen(
             [program, *options, "Image to URL", "link.badge.plus", str(self.path)],
             env=os.environ | environment | {"XDG_RUNTIME_DIR": folder},
@@ -119,42 +117,10 @@ class Selection:
         until("the selection ends", lambda: not self.runs)
         complaint = self.process.stderr.read().strip()
         expect(f"it ends well: {complaint}", not complaint and self.process.returncode in (0, 1))
-        return decoded(self.path.read_bytes()) if self.process.returncode == 0 else None
-
-
-def decoded(png):
-    """An opaque PNG of eight bits, by the rules of the format."""
-    place, packed, size = 8, b"", None
-    while place < len(png):
-        (length,), kind = struct.unpack(">I", png[place : place + 4]), png[place + 4 : place + 8]
-        body = png[place + 8 : place + 8 + length]
-        place += 12 + length
-        if kind == b"IHDR":
-            size = struct.unpack(">IIBBBBB", body)
-            expect(f"eight bits of red, green and blue: {size}", size[2:4] == (8, 2))
-        elif kind == b"IDAT":
-            packed += body
-    width, height = size[:2]
-    return width, height, unfiltered(zlib.decompress(packed), 3 * width, height)
-
-
-def unfiltered(data, line, height):
-    rows, above = [], bytes(line)
-    for y in range(height):
-        kind, row = data[y * (line + 1)], bytearray(data[y * (line + 1) + 1 : (y + 1) * (line + 1)])
-        for x in range(line) if kind else ():
-            left = row[x - 3] if x > 2 else 0
-            corner = above[x - 3] if x > 2 else 0
-            row[x] = (row[x] + predicted(kind, left, above[x], corner)) & 255
-        rows.append(bytes(row))
-        above = row
-    return b"".join(rows)
-
-
-def predicted(kind, left, above, corner):
-    if kind == 4:
-        return min((left, above, corner), key=lambda value: abs(left + above - corner - value))
-    return {1: left, 2: above, 3: (left + above) // 2}[kind]
+        if self.process.returncode:
+            return None
+        _, size, _, pixels = self.path.read_bytes().split(b"\n", 3)
+        return *map(int, size.split()), pixels
 
 
 def exact(world, scales):

@@ -1,4 +1,4 @@
-// Lets the user pick a rectangle of the screen, as a tool of the application would, and writes the PNG:
+// Lets the user pick a rectangle of the screen, as a tool of the application would, and writes it as PPM:
 //   select_region [--dark] [--toast] LABEL ICON FILE
 // Says "selecting" and the milliseconds since the beginning when the overlays stand on every screen. Ends with 0 when
 // there is a picture, with 1 when there is none.
@@ -6,7 +6,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
-#include <QFile>
+#include <QImage>
 #include <QTextStream>
 #include <QTimer>
 #include <QWindow>
@@ -54,8 +54,7 @@ bool isEveryScreenCovered() {
 
 int write(const std::optional<QByteArray>& png, const QString& path) {
   if (!png) return 1;
-  QFile file(path);
-  return file.open(QFile::WriteOnly) && file.write(*png) == png->size() ? 0 : 2;
+  return QImage::fromData(*png, "png").save(path, "ppm") ? 0 : 2;
 }
 
 }  // namespace

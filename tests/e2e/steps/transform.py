@@ -5,7 +5,7 @@ from contextlib import contextmanager
 
 from driver import flavours, selecting
 from driver.waiting import expect, stays, until
-from steps.launcher import Skipped, open_launcher
+from steps.launcher import open_launcher
 from steps.transform_settings import PICKER, SHORTCUT, transforming
 
 WORDS = "i has three cat and they is naïve"
@@ -66,29 +66,6 @@ def stops_typing(world, clipboard, terminal):
     clipboard.expect_back()
 
 
-def rewrites_in_a_browser(world):
-    """The same in a field of a browser's page; with another window in front the result waits on the clipboard"""
-    if not selecting.Browser.is_installed():
-        raise Skipped("there is no browser")
-    with replacing(world, BETTER) as clipboard, closing(selecting.Browser(world.display, world.desktop, WORDS)) as browser:
-        choose(world, "Ctrl+a")
-        world.see("Selection transformed", 20)
-        world.picture("replaced")
-        # The page counts UTF-16 units.
-        count = len(BETTER.encode("utf-16-le")) // 2
-        until("the rewrite stands in the field", lambda: browser.title().startswith(f"page {count} "))
-        clipboard.expect_back()
-        clipboard.provider.pause = 3
-        choose(world, "Ctrl+a")
-        world.desktop.activate(world.terminal.window)
-        until("another window is in front", lambda: world.desktop.active_window() == world.terminal.window)
-        world.terminal.forget()
-        world.see("Result copied to clipboard", 20)
-        world.picture("copied")
-        expect("nothing is typed there", world.terminal.typed() == "")
-        expect("the result is on the clipboard", clipboard.text() == BETTER)
-
-
 def choose(world, selecting_keys=None):
     """Selects, presses the shortcut and takes the first row."""
     if selecting_keys:
@@ -124,9 +101,6 @@ class Clipboard:
         earlier = list(self.earlier.items())
         until("the earlier clipboard is back", lambda: list(self.reader.everything().items()) == earlier)
 
-    def text(self):
-        return self.reader.everything()["UTF8_STRING"][2].decode()
-
 
 @contextmanager
 def replacing(world, answer):
@@ -147,4 +121,4 @@ def closing(program):
         program.close()
 
 
-STEPS = [rewrites_in_an_editor, rewrites_in_a_terminal, rewrites_in_a_browser]
+STEPS = [rewrites_in_an_editor, rewrites_in_a_terminal]

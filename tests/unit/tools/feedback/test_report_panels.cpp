@@ -78,8 +78,8 @@ class TestReportPanels : public QObject {
     panel.model().addSnip(kPNG);
     panel.submit();
     QTRY_COMPARE(at_->http.sent.size(), 1U);
-    QVERIFY(at_->http.answer(500, QByteArray(200, 'x')));
-    QCOMPARE(panel.model().error(), u"Submission failed (HTTP 500) "_s + QString(80, u'x'));
+    QVERIFY(at_->http.answer(500, "a\nb" + QByteArray(200, 'x')));
+    QCOMPARE(panel.model().error(), u"Submission failed (HTTP 500) a\\nb"_s + QString(77, u'x'));
     QCOMPARE(panel.model().message(), u"words"_s);
     QCOMPARE(panel.model().snips().size(), 1U);
     QVERIFY(ReportWorld::press(panel, keycode::kReturn));
