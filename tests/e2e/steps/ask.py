@@ -72,30 +72,6 @@ def answers_a_question(world):
         close(world, "Ask AI")
 
 
-def stays_away_from_what_comes_between(world):
-    """Another tool's shortcut while Ask AI's region is drawn: its overlay is not disturbed, and nothing of Ask AI is lost"""
-    with asking(world, "Yes."):
-        open_panel(world)
-        world.desktop.type("Is this it?")
-        world.desktop.press("Ctrl+s")
-        until("the overlay covers the screen", lambda: covers(world))
-        world.desktop.press(SCREEN_ASK)
-        until("the other overlay is there, alone", lambda: covers(world) and not world.titled("Ask AI"))
-        stays("Ask AI does not come over it", lambda: covers(world) and not world.titled("Ask AI"), 0.5)
-        world.desktop.drag((300, 200), (620, 410))
-        until("the other tool's panel is shown", lambda: world.titled("Image Ask"))
-        world.see("Captured area, 320 × 210")
-        expect("alone", not world.titled("Ask AI"))
-        close(world, "Image Ask")
-        open_panel(world)
-        world.see("Is this it?")
-        world.desktop.press("Ctrl+s")
-        until("the overlay covers the screen", lambda: covers(world))
-        world.desktop.press("Escape")
-        until("Escape leads back", lambda: not covers(world) and world.titled("Ask AI"))
-        close(world, "Ask AI")
-
-
 def breaks_an_answer_off(world):
     """Escape while an answer arrives: the panel is gone at once, nothing comes later, and the question waits in the field"""
     with asking(world, " ".join(f"word{number}" for number in range(200)), pause=0.1) as provider:
@@ -167,4 +143,4 @@ def covers(world):
     return any((window.width, window.height) == (1920, 1080) for window in world.windows())
 
 
-STEPS = [answers_a_question, breaks_an_answer_off, stays_away_from_what_comes_between, asks_about_a_region]
+STEPS = [answers_a_question, breaks_an_answer_off, asks_about_a_region]

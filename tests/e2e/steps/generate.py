@@ -2,13 +2,12 @@
 
 import struct
 import subprocess
-import time
 from contextlib import contextmanager
 from pathlib import Path
 
 from driver import accessibility, clipboard
 from driver.provider import png
-from driver.waiting import expect, stays, until
+from driver.waiting import expect, until
 
 SHORTCUT = "Ctrl+Alt+g"
 TITLE = "Generate Image"
@@ -93,29 +92,6 @@ def edits_a_snip(world):
         close(world)
 
 
-def goes_on_when_hidden(world):
-    """The shortcut hides the panel while an image is made, and a toast says when it is there; Escape cancels at once"""
-    with drawing(world) as provider:
-        provider.raw = slowly(provider, 1.5)
-        open_panel(world)
-        world.desktop.type(PROMPT)
-        world.desktop.press("Ctrl+Return")
-        world.see("Generating…")
-        world.picture("generating")
-        world.desktop.press(SHORTCUT)
-        until("it is hidden", lambda: not world.titled(TITLE))
-        world.see("Your image is ready", 15)
-        world.picture("toast")
-        world.desktop.press(SHORTCUT)
-        world.see(f"Image: {PROMPT}")
-        world.desktop.press("Ctrl+Return")
-        world.see("Generating…")
-        world.desktop.press("Escape")
-        until("the old one is shown again", lambda: world.shows(f"Image: {PROMPT}"), 1)
-        stays("nothing arrives any more", lambda: not world.shows("2 images"), 2.5)
-        close(world)
-
-
 def drags_an_image_out(world):
     """The picture is dragged out of the panel into another window, which gets it as a file"""
     with drawing(world):
@@ -153,15 +129,6 @@ def saves(world):
     expect("it is the picture, byte for byte", file.read_bytes() == WIDE)
 
 
-def slowly(provider, seconds):
-    """What the provider says by itself, after a while."""
-    def raw(handler, request):
-        time.sleep(seconds)
-        handler.speak(provider, request)
-
-    return raw
-
-
 def open_panel(world):
     world.quiet()
     world.desktop.press(SHORTCUT)
@@ -187,4 +154,4 @@ def pasted():
     return subprocess.run(wanted, capture_output=True, timeout=10).stdout
 
 
-STEPS = [generates_an_image, edits_a_snip, goes_on_when_hidden, drags_an_image_out]
+STEPS = [generates_an_image, edits_a_snip, drags_an_image_out]

@@ -1,12 +1,10 @@
-"""Image to Prompt: what was copied elsewhere, or drawn on the screen, becomes a prompt on a card and on the clipboard."""
+"""Image to Prompt: what was copied elsewhere becomes a prompt on a card and on the clipboard."""
 
 from contextlib import contextmanager
 
 from driver import clipboard
 from driver.provider import png
 from driver.waiting import expect, until
-
-from .uplink import command, covers
 
 SHORTCUT = "Ctrl+Alt+p"
 TITLE = "Image to Prompt"
@@ -35,31 +33,6 @@ def describes_a_copied_image(world):
         world.expect_terminal_active("afterwards")
 
 
-def asks_for_the_style_of_a_region(world):
-    """A region of the screen, then the style: Up goes round to the last one, and the card names it"""
-    with describing(world, answer=PROMPT * 60):
-        command(world, "config", "set", "image-to-prompt-source", "liveSelection")
-        command(world, "config", "set", "image-to-prompt-style", "ask")
-        world.desktop.press(SHORTCUT)
-        until("the overlay covers the screen", lambda: covers(world))
-        world.desktop.drag((300, 200), (620, 410))
-        world.see("Choose a prompt style")
-        world.picture("styles")
-        world.desktop.press("Escape")
-        until("Escape cancels", lambda: not world.titled(TITLE))
-        world.desktop.press(SHORTCUT)
-        until("the overlay covers the screen", lambda: covers(world))
-        world.desktop.drag((300, 200), (620, 410))
-        world.see("Choose a prompt style")
-        world.desktop.press("Up")
-        world.desktop.press("Return")
-        world.see("Image Focused · copied to your clipboard", 20)
-        world.picture("card")
-        expect("a long prompt scrolls", world.titled(TITLE).height == 380 + 102 + 40 + 96)
-        world.click_on("Close")
-        until("a click closes it", lambda: not world.titled(TITLE))
-
-
 @contextmanager
 def describing(world, **script):
     """A program whose built-in service is answered by a scripted provider."""
@@ -74,4 +47,4 @@ def describing(world, **script):
         yield provider
 
 
-STEPS = [describes_a_copied_image, asks_for_the_style_of_a_region]
+STEPS = [describes_a_copied_image]
