@@ -48,23 +48,26 @@ QJsonArray commandRows(const Bindings& bindings) {
   return rows;
 }
 
-void printJson(const std::vector<CompositorText>& chosen, const Bindings& bindings, QTextStream& out) {
+QJsonObject toJson(const std::vector<CompositorText>& chosen, const Bindings& bindings) {
   QJsonArray snippets;
   for (const CompositorText& row : chosen)
     snippets.append(QJsonObject{{u"desktop"_s, QString(row.id)},
                                 {u"usage"_s, QString(row.usage)},
                                 {u"snippet"_s, bindingSnippet(row.compositor, bindings.commands, programWord())}});
-  out << QJsonDocument(QJsonObject{{u"commands"_s, commandRows(bindings)}, {u"snippets"_s, snippets}})
-             .toJson(QJsonDocument::Indented);
+  return {{u"commands"_s, commandRows(bindings)}, {u"snippets"_s, snippets}};
 }
 
 }  // namespace
+
+QJsonObject sessionBindings(const Bindings& bindings) {
+  return toJson(*named(u"session"_s, bindings.desktops), bindings);
+}
 
 int printBindings(const Bindings& bindings, const QString& which, bool json, CommandContext& context) {
   const auto chosen = named(which, bindings.desktops);
   if (!chosen) return usageError(commandNamed("doctor"_L1), u"there is no desktop '%1' here"_s.arg(which), context);
   if (json)
-    printJson(*chosen, bindings, context.out);
+    context.out << QJsonDocument(toJson(*chosen, bindings)).toJson(QJsonDocument::Indented);
   else
     printText(*chosen, bindings, context.out);
   return exit_code::kSuccess;

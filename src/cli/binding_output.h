@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QJsonObject>
+
 #include <vector>
 
 #include "cli/command.h"
@@ -10,6 +12,9 @@ struct Bindings {
   std::vector<BoundCommand> commands;
   QString desktops;
 };
+
+/// What `printBindings` has for scripts, of this session.
+QJsonObject sessionBindings(const Bindings& bindings);
 
 /// Prints what binds the combinations in a desktop, by its id; "session": in this one, "all": in each that we know.
 /// An unknown id is a usage error.

@@ -71,7 +71,7 @@ void reportRefused(const std::vector<BoundCommand>& wanted, const std::vector<Re
 }
 
 /// A permission that is granted but does not reach everything is a finding too.
-void reportPermissions(const Permissions& permissions, const QString& shortcutsRemedy, std::vector<Finding>& findings) {
+void reportPermissions(const Permissions& permissions, std::vector<Finding>& findings) {
   for (const auto& [permission, name] : kPermissionNames) {
     const bool granted = permissions.state(permission) == PermissionState::granted;
     const QString remedy = permissions.remedy(permission);
@@ -80,7 +80,6 @@ void reportPermissions(const Permissions& permissions, const QString& shortcutsR
     if (!remedy.isEmpty()) texts.append(remedy);
     findings.push_back({name, remedy.isEmpty(), texts.join(u"; "_s)});
   }
-  if (!shortcutsRemedy.isEmpty()) findings.push_back({u"Shortcuts"_s, false, shortcutsRemedy});
 }
 
 Finding networkFinding(NetworkPath& path) {
@@ -118,8 +117,11 @@ void print(const std::vector<Finding>& findings, QTextStream& out) {
 
 void printJson(const std::vector<Finding>& findings, QTextStream& out) {
   QJsonArray rows;
-  for (const Finding& finding : findings)
-    rows.append(QJsonObject{{u"subject"_s, finding.subject}, {u"ok"_s, finding.isFine}, {u"text"_s, finding.text}});
+  for (const Finding& finding : findings) {
+    QJsonObject row{{u"subject"_s, finding.subject}, {u"ok"_s, finding.isFine}, {u"text"_s, finding.text}};
+    if (!finding.details.isEmpty()) row.insert(u"bindings"_s, finding.details);
+    rows.append(row);
+  }
   out << QJsonDocument(rows).toJson(QJsonDocument::Indented);
 }
 
@@ -132,7 +134,8 @@ QString shortcutsRemedy(const Permissions& permissions, const Running& running) 
 }
 
 std::vector<Finding> examine(const Platform& platform, const Folders& folders, const Running& running,
-                             const std::vector<BoundCommand>& wanted) {
+                             const Bindings& bindings) {
+  const std::vector<BoundCommand>& wanted = bindings.commands;
   const QString remedy = shortcutsRemedy(*platform.permissions, running);
   std::vector<Finding> findings;
   findings.push_back({u"Application"_s, true, running ? u"running"_s : u"not running"_s});
@@ -144,7 +147,8 @@ std::vector<Finding> examine(const Platform& platform, const Folders& folders, c
     if (refused.empty() && remedy.isEmpty())
       findings.push_back({u"Shortcuts"_s, true, u"all %1 are ours"_s.arg(wanted.size())});
     reportRefused(wanted, refused, platform, findings);
-    reportPermissions(*platform.permissions, remedy, findings);
+    reportPermissions(*platform.permissions, findings);
+    if (!remedy.isEmpty()) findings.push_back({u"Shortcuts"_s, false, remedy, sessionBindings(bindings)});
   } else {
     findings.push_back({u"Display"_s, false, u"none: shortcuts, panels and typing need one"_s});
   }
@@ -170,8 +174,9 @@ int runDoctor(const QStringList& arguments, CommandContext& context) {
   const Bindings bindings{boundCommands(settings.value()), platform.systemInfo->desktops()};
   if (options->has("bindings"_L1)) return printBindings(bindings, options->value("bindings"_L1), json, context);
 
+  platform.permissions->settle();
   const Running running = AppClient::request({{u"do"_s, u"doctor"_s}});
-  const auto findings = examine(platform, context.folders, running, bindings.commands);
+  const auto findings = examine(platform, context.folders, running, bindings);
   const bool isLeftToDesktop = !shortcutsRemedy(*platform.permissions, running).isEmpty();
   if (json) {
     printJson(findings, context.out);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
 /// One line of the doctor's report.
@@ -7,4 +8,6 @@ struct Finding {
   QString subject;
   bool isFine = true;
   QString text;
+  /// What scripts get beside it.
+  QJsonObject details = {};
 };

@@ -42,6 +42,7 @@ class HotkeyBackend {
                                 [[maybe_unused]] std::uint32_t carbonModifiers) const {
     return {};
   }
-  /// Calls `changed` whenever `systemTrigger` has something else to say.
+  /// Calls `changed` whenever `systemTrigger` has something else to say, or a combination that was refused may be given
+  /// now.
   virtual void watchTriggers([[maybe_unused]] const std::function<void()>& changed) {}
 };

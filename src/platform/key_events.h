@@ -48,6 +48,8 @@ struct KeyEventError {
   /// A sentence without its full stop.
   QString reason;
   Kind kind = Kind::incomplete;
+  /// What is left of the text, where the keys were not taken any more from there on.
+  QString rest = {};
 
   QString description() const { return reason; }
 };

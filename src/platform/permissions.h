@@ -42,6 +42,9 @@ class Permissions {
   virtual QString remedy(Permission permission) const = 0;
   /// The same for global shortcuts, which need no permission where a program can have them at all.
   virtual QString shortcutsRemedy() const { return {}; }
+  /// Waits until all of the above can be told, where the system takes its time with it: half a second at most. For
+  /// those who look only once.
+  virtual void settle() {}
   /// Makes the system show its own prompt, where it has one and has not been told no before.
   virtual void request([[maybe_unused]] Permission permission) {}
   /// Whether the system's settings have a page for it, which `openSettingsPage` shows.

@@ -33,6 +33,8 @@ class FakeHotkeys final : public HotkeyBackend {
     return {};
   }
   void unregisterHotkey(std::uint32_t id) override { registered.erase(id); }
+  void watchTriggers(const std::function<void()>& changed) override { giveMore = changed; }
+  QString systemTrigger(std::uint32_t, std::uint32_t) const override { return trigger; }
 
   /// Presses a combination as the user would; nothing happens when nobody has it.
   void press(const Hotkey& hotkey) {
@@ -46,6 +48,10 @@ class FakeHotkeys final : public HotkeyBackend {
   std::vector<Hotkey> taken;
   std::map<std::uint32_t, Hotkey> registered;
   int installs = 0;
+  /// What the system calls every combination.
+  QString trigger;
+  /// The system has something else to say about combinations.
+  std::function<void()> giveMore;
 
  private:
   Pressed pressed_;

@@ -6,6 +6,7 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
+#include <QStringList>
 #include <QThread>
 
 #include <atomic>
@@ -55,11 +56,36 @@ class FakePortal {
     signal << QVariant::fromValue(QDBusObjectPath(session)) << shortcut << qulonglong{1} << QVariantMap();
     on([this, signal] { connection_.send(signal); });
   }
+  /// The portal ends a session by itself.
+  void closeSession(const QString& session) {
+    auto signal =
+        QDBusMessage::createSignal(session, QStringLiteral("org.freedesktop.portal.Session"), QStringLiteral("Closed"));
+    signal << QVariantMap();
+    on([this, signal] { connection_.send(signal); });
+  }
+  /// The user answers the question that `stayQuiet` has left open.
+  void respondNow(const Answer& answer) {
+    on([this, answer] { respond(open_.first, open_.second, answer); });
+  }
+  /// What was pressed and released on the keyboard that it lends: "+61" for a keysym, "#+1e" for a position.
+  QStringList keys() {
+    const std::scoped_lock lock(mutex_);
+    return keys_;
+  }
+  /// Ends and comes back, and knows nothing of what was before.
+  void restart() {
+    on([this] {
+      connection_.unregisterService(kService);
+      connection_.registerService(kService);
+    });
+  }
   /// Called with each question before it is answered, on the portal's thread.
   std::function<void(const QDBusMessage&)> asked;
 
   std::atomic<uint> version = 2;
   std::atomic<int> calls = 0;
+  /// Keys that it still takes.
+  std::atomic<int> keysLeft = 1'000'000;
   /// Questions that were taken back.
   std::atomic<int> closed = 0;
 
@@ -93,10 +119,25 @@ class FakePortal {
       ++closed;
       return connection.send(message.createReply());
     }
+    if (message.member().startsWith(QStringLiteral("NotifyKeyboard"))) return takeKey(message, connection);
     ++calls;
     if (asked) asked(message);
     const std::scoped_lock lock(mutex_);
     return play(message, connection);
+  }
+
+  bool takeKey(const QDBusMessage& message, const QDBusConnection& connection) {
+    if (--keysLeft < 0)
+      return connection.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("no such session")));
+    const QVariantList values = message.arguments();
+    const QString kind = message.member().endsWith(QStringLiteral("Keysym")) ? QString() : QStringLiteral("#");
+    const QChar direction = values[3].toUInt() == 1 ? QLatin1Char('+') : QLatin1Char('-');
+    {
+      const std::scoped_lock lock(mutex_);
+      keys_.append(kind + direction + QString::number(values[2].toInt(), 16));
+    }
+    if (asked) asked(message);
+    return connection.send(message.createReply());
   }
 
   bool play(const QDBusMessage& message, QDBusConnection connection) {
@@ -110,13 +151,18 @@ class FakePortal {
     const QString sender = message.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
     const QString path = QStringLiteral("%1/request/%2/%3").arg(kObject, sender, token);
     connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+    open_ = {message.service(), path};
     if (answer.kind == Answer::Kind::stayQuiet) return true;
     // Portals that choose the path answer after somebody could have learned it.
     if (answer.atOwnPath) QThread::msleep(50);
-    auto signal = QDBusMessage::createTargetedSignal(
-        message.service(), path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
+    return respond(message.service(), path, answer);
+  }
+
+  bool respond(const QString& caller, const QString& path, const Answer& answer) const {
+    auto signal = QDBusMessage::createTargetedSignal(caller, path, QStringLiteral("org.freedesktop.portal.Request"),
+                                                     QStringLiteral("Response"));
     signal << answer.code << answer.results;
-    return connection.send(signal);
+    return connection_.send(signal);
   }
 
   /// Each has a connection of its own.
@@ -130,4 +176,7 @@ class FakePortal {
   QThread thread_;
   std::mutex mutex_;
   std::map<QString, Answer> answers_;
+  QStringList keys_;
+  /// Who has asked last, and where the answer goes.
+  std::pair<QString, QString> open_;
 };

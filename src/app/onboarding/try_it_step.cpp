@@ -22,6 +22,12 @@ Hotkey launcherHotkey() {
   return std::ranges::find(kAppShortcuts, AppAction::toggleLauncher, &AppShortcut::action)->hotkey;
 }
 
+/// What is to be pressed, in the desktop's words where it has another combination for it.
+QString spelled(const AppContext& context, const Hotkey& hotkey) {
+  const QString trigger = context.hotkeys.systemTrigger(hotkey);
+  return trigger.isEmpty() ? hotkey.spelled() : trigger;
+}
+
 IconTile numbered(int number) { return {{}, QString::number(number), {}}; }
 
 void tick(IconRow& row, const QString& title, const QString& detail) {
@@ -91,13 +97,13 @@ void TryItStep::follow() {
 void TryItStep::followLauncher() {
   const bool isRefused =
       ::isRefused(context_.hotkeys, AppAction::toggleLauncher) || !model_.permissions().shortcutsRemedy().isEmpty();
-  launcherKeys_->setVisible(!isRefused);
+  launcherKeys_->setVisible(!isRefused && context_.hotkeys.systemTrigger(launcherHotkey()).isEmpty());
   openLauncher_->setVisible(isRefused);
   if (model_.hasSeenLauncher()) {
     tick(*launcher_, u"That is the launcher"_s, u"Every tool has a tile: click it, or press its number."_s);
     return;
   }
-  const QString keys = launcherHotkey().spelled();
+  const QString keys = spelled(context_, launcherHotkey());
   launcher_->setTile(numbered(1), &Theme::selection);
   launcher_->setTitle(isRefused ? u"Open the launcher"_s : u"Press %1"_s.arg(keys));
   launcher_->setDetail(isRefused ? u"The system does not give %1 to Vantle. This button does the same."_s.arg(keys)
@@ -106,13 +112,14 @@ void TryItStep::followLauncher() {
 
 void TryItStep::followCommands() {
   const auto hotkey = context_.hotkeys.isRegistered(kCommandsID) ? context_.hotkeys.binding(kCommandsID) : std::nullopt;
-  commandKeys_->setVisible(hotkey.has_value());
+  commandKeys_->setVisible(hotkey && context_.hotkeys.systemTrigger(*hotkey).isEmpty());
   if (hotkey) commandKeys_->setCaps(hotkey->keyCaps());
   if (model_.hasSeenCommands()) {
     tick(*commands_, u"That is Frequent CLIs"_s, u"It types what you pick into the terminal you are in."_s);
     return;
   }
   commands_->setTile(numbered(2), &Theme::selection);
-  commands_->setTitle(hotkey ? u"Press %1, then Return"_s.arg(hotkey->spelled()) : u"Pick Frequent CLIs there"_s);
+  commands_->setTitle(hotkey ? u"Press %1, then Return"_s.arg(spelled(context_, *hotkey))
+                             : u"Pick Frequent CLIs there"_s);
   commands_->setDetail(u"It types a saved command into the line below."_s);
 }

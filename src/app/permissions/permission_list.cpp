@@ -24,8 +24,10 @@ bool PermissionList::isAnyMissing() const {
 
 void PermissionList::refresh() {
   auto now = look();
-  if (now == entries_) return;
+  QString shortcuts = permissions_.shortcutsRemedy();
+  if (now == entries_ && shortcuts == shortcutsRemedy_) return;
   entries_ = std::move(now);
+  shortcutsRemedy_ = std::move(shortcuts);
   Q_EMIT changed();
 }
 

@@ -85,12 +85,18 @@ ShortcutsRow::ShortcutsRow(const PermissionList& list)
       list_(list),
       state_(makeState()) {
   addEnd(state_);
-  setRemark(list.shortcutsRemedy());
-  setTakenCount(0);
+  connect(&list, &PermissionList::changed, this, &ShortcutsRow::follow);
+  follow();
 }
 
 void ShortcutsRow::setTakenCount(int count) {
-  const bool isFine = list_.shortcutsRemedy().isEmpty() && count == 0;
-  state_->setText(isFine ? u"✓ Ready"_s : count > 0 ? u"%1 taken"_s.arg(count) : u"Limited"_s);
+  taken_ = count;
+  follow();
+}
+
+void ShortcutsRow::follow() {
+  const bool isFine = list_.shortcutsRemedy().isEmpty() && taken_ == 0;
+  setRemark(list_.shortcutsRemedy());
+  state_->setText(isFine ? u"✓ Ready"_s : taken_ > 0 ? u"%1 taken"_s.arg(taken_) : u"Limited"_s);
   state_->setTone(isFine ? &Theme::success : &Theme::secondary);
 }

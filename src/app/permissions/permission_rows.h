@@ -36,6 +36,9 @@ class ShortcutsRow : public IconRow {
   void setTakenCount(int count);
 
  private:
+  void follow();
+
   const PermissionList& list_;
   TonedLabel* state_;
+  int taken_ = 0;
 };

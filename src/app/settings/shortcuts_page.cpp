@@ -26,7 +26,7 @@ QPushButton* makeKeyboardButton(AppContext& context) {
   return button;
 }
 
-/// Name and, when another program has the combination, what to do without it.
+/// Name and, where the combination is not as it stands, what is to be known about it.
 QWidget* makeOwnTexts(AppContext& context, const AppShortcut& shortcut) {
   auto* texts = new QWidget;
   auto* column = new QVBoxLayout(texts);
@@ -38,8 +38,9 @@ QWidget* makeOwnTexts(AppContext& context, const AppShortcut& shortcut) {
   column->addWidget(name);
   column->addWidget(obstacle);
   const auto follow = [&context, &shortcut, obstacle] {
-    const QString text = shortcutObstacle(context.shortcutSources(), shortcut);
-    obstacle->setText(text.isEmpty() ? QString() : text + u" The menu leads there too."_s);
+    QString text = shortcutObstacle(context.shortcutSources(), shortcut);
+    if (isTakenElsewhere(context.shortcutSources(), shortcut)) text += u" The menu leads there too."_s;
+    obstacle->setText(text);
     obstacle->setVisible(!text.isEmpty());
   };
   QObject::connect(&context.hotkeys, &HotkeyCenter::changed, obstacle, follow);

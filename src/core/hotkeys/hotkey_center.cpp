@@ -37,17 +37,19 @@ void HotkeyCenter::bootstrap(const std::vector<BindableTool>& tools, const QStri
 
 void HotkeyCenter::registerAction(Hotkey hotkey, std::function<void()> action) {
   installHandler();
-  actions_.push_back(hotkey);
   // A tool that the user has bound to the same combination gives way.
   const auto tool = conflictingToolID(hotkey, {});
   if (tool) unregisterTool(*tool);
-  const std::uint32_t id = takeCarbonID();
-  if (const auto taken = backend_.registerHotkey(id, hotkey.keyCode, hotkey.carbonModifiers); !taken) {
-    refusedActions_.push_back({QString(), hotkey, taken.error()});
-  } else {
-    actionForCarbonID_.emplace(id, std::move(action));
-  }
+  actions_.push_back({hotkey, std::move(action)});
+  registerOwn(actions_.back());
   if (tool) registerTool(*tool);
+}
+
+void HotkeyCenter::registerOwn(Action& action) {
+  const std::uint32_t id = takeCarbonID();
+  const auto taken = backend_.registerHotkey(id, action.hotkey.keyCode, action.hotkey.carbonModifiers);
+  action.refusal = taken ? std::nullopt : std::optional(taken.error());
+  if (taken) actionForCarbonID_.emplace(id, action.run);
 }
 
 std::optional<Hotkey> HotkeyCenter::binding(const QString& toolID) const {
@@ -56,7 +58,9 @@ std::optional<Hotkey> HotkeyCenter::binding(const QString& toolID) const {
 }
 
 std::vector<HotkeyCenter::Refused> HotkeyCenter::refused() const {
-  std::vector<Refused> all = refusedActions_;
+  std::vector<Refused> all;
+  for (const Action& action : actions_)
+    if (action.refusal) all.push_back({QString(), action.hotkey, *action.refusal});
   for (const BindableTool& tool : tools_)
     if (const auto found = refusedTools_.find(tool.id); found != refusedTools_.end()) all.push_back(found->second);
   return all;
@@ -108,7 +112,7 @@ std::optional<QString> HotkeyCenter::conflictingToolID(const Hotkey& hotkey, con
 }
 
 std::optional<Hotkey> HotkeyCenter::freeHotkey(std::vector<Hotkey> except) const {
-  except.insert(except.end(), actions_.begin(), actions_.end());
+  for (const Action& action : actions_) except.push_back(action.hotkey);
   for (const auto& [toolID, hotkey] : bindings_) except.push_back(hotkey);
   return freeCombination(backend_, except, kProbeHotkeyID);
 }
@@ -161,7 +165,10 @@ void HotkeyCenter::handOver(std::function<void()> start) {
 void HotkeyCenter::installHandler() {
   if (std::exchange(handlerInstalled_, true)) return;
   backend_.install([this](std::uint32_t id) { handlePress(id); });
-  backend_.watchTriggers([this] { Q_EMIT changed(); });
+  backend_.watchTriggers([this] {
+    retryRefused();
+    Q_EMIT changed();
+  });
 }
 
 std::uint32_t HotkeyCenter::takeCarbonID() {
@@ -183,13 +190,15 @@ void HotkeyCenter::registerTool(const QString& toolID) {
 }
 
 std::expected<void, HotkeyRefusal> HotkeyCenter::take(std::uint32_t id, const Hotkey& hotkey) {
-  if (std::ranges::find(actions_, hotkey) != actions_.end())
+  if (std::ranges::find(actions_, hotkey, &Action::hotkey) != actions_.end())
     return std::unexpected(HotkeyRefusal{HotkeyRefusal::Reason::taken});
   return backend_.registerHotkey(id, hotkey.keyCode, hotkey.carbonModifiers);
 }
 
-/// A combination that another tool had may have become free.
+/// A combination that another tool had may have become free, or the system hands out more than it did.
 void HotkeyCenter::retryRefused() {
+  for (Action& action : actions_)
+    if (action.refusal) registerOwn(action);
   const auto refused = refusedTools_;
   for (const auto& [toolID, refusal] : refused) {
     refusedTools_.erase(toolID);

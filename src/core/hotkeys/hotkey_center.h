@@ -90,8 +90,17 @@ class HotkeyCenter : public QObject {
   void changed();
 
  private:
+  /// A shortcut of the application's own.
+  struct Action {
+    Hotkey hotkey;
+    std::function<void()> run;
+    /// None when the system gave the combination away.
+    std::optional<HotkeyRefusal> refusal = {};
+  };
+
   void installHandler();
   std::uint32_t takeCarbonID();
+  void registerOwn(Action& action);
   void registerTool(const QString& toolID);
   std::expected<void, HotkeyRefusal> take(std::uint32_t id, const Hotkey& hotkey);
   void retryRefused();
@@ -112,9 +121,8 @@ class HotkeyCenter : public QObject {
   std::map<std::uint32_t, QString> toolForCarbonID_;
   std::map<std::uint32_t, std::function<void()>> actionForCarbonID_;
   std::map<QString, Refused> refusedTools_;
-  /// Combinations of the application's own shortcuts; tools do not get them.
-  std::vector<Hotkey> actions_;
-  std::vector<Refused> refusedActions_;
+  /// Tools do not get the combinations of these.
+  std::vector<Action> actions_;
   std::uint32_t nextCarbonID_ = 1;
   bool handlerInstalled_ = false;
   bool paused_ = false;

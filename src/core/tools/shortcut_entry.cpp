@@ -57,8 +57,8 @@ ShortcutEntry applicationEntry(const ShortcutSources& sources, const AppShortcut
                       .summary = shortcut.summary,
                       .hotkey = shortcut.hotkey};
   const QString obstacle = shortcutObstacle(sources, shortcut);
-  entry.isBlocked = !obstacle.isEmpty();
-  if (entry.isBlocked) entry.obstacles.append(obstacle);
+  if (!obstacle.isEmpty()) entry.obstacles.append(obstacle);
+  entry.isBlocked = isTakenElsewhere(sources, shortcut);
   return entry;
 }
 
@@ -87,7 +87,11 @@ QString shortcutObstacle(const ShortcutSources& sources, const QString& toolID) 
 
 QString shortcutObstacle(const ShortcutSources& sources, const AppShortcut& shortcut) {
   const auto refused = refusalOf(sources.hotkeys, {}, shortcut.hotkey);
-  return refused ? refusalSentence(sources, *refused) : QString();
+  return refused ? refusalSentence(sources, *refused) : triggerSentence(sources, shortcut.hotkey);
+}
+
+bool isTakenElsewhere(const ShortcutSources& sources, const AppShortcut& shortcut) {
+  return refusalOf(sources.hotkeys, {}, shortcut.hotkey).has_value();
 }
 
 bool isTakenElsewhere(const ShortcutSources& sources, const QString& toolID) {

@@ -45,9 +45,12 @@ struct ShortcutEntry {
 /// The tools in registration order, then the application's own.
 std::vector<ShortcutEntry> shortcutEntries(const ShortcutSources& sources);
 
-/// Why a combination does not reach its tool, or may not: somebody else has it too.
+/// Why a combination does not reach its tool, or may not: somebody else has it too, or the desktop has given another
+/// one for it. Empty when it works as it stands.
 QString shortcutObstacle(const ShortcutSources& sources, const QString& toolID);
-/// The same for one of the application's own; empty when it works.
+/// The same for one of the application's own.
 QString shortcutObstacle(const ShortcutSources& sources, const AppShortcut& shortcut);
 /// Whether another program has a tool's combination, so that a different one is wanted.
 bool isTakenElsewhere(const ShortcutSources& sources, const QString& toolID);
+/// Whether another program has one of the application's own.
+bool isTakenElsewhere(const ShortcutSources& sources, const AppShortcut& shortcut);

@@ -1,7 +1,8 @@
 #include "platform/portal/portal.h"
 
-#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QTimer>
 
 #include "platform/portal/portal_names.h"
 #include "platform/portal/portal_request.h"
@@ -11,26 +12,78 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A portal that runs answers within a few milliseconds.
+/// A portal that runs answers within a few milliseconds, one that has to be started within some hundred.
 constexpr auto kVersionPatience = 500ms;
+/// Who asks starts it, where nobody else is about to.
+constexpr auto kBeforeReviving = 2s;
+
+bool isYes(const QDBusMessage& answer) {
+  const QVariant version = answer.arguments().value(0).value<QDBusVariant>().variant();
+  return answer.type() == QDBusMessage::ReplyMessage && version.toUInt() > 0;
+}
 
 }  // namespace
 
 Portal::Portal(QDBusConnection bus)
     : bus_(std::move(bus)), watcher_(portal_names::kService, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
-  QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &watcher_, [this] { offered_.clear(); });
+  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, &Portal::followOwner);
+}
+
+std::optional<bool> Portal::offer(const QString& interface) {
+  if (!bus_.isConnected()) return false;
+  if (!answers_.contains(interface)) ask(interface);
+  return answers_[interface].isOffered;
 }
 
 bool Portal::offers(const QString& interface) {
-  if (!bus_.isConnected()) return false;
-  const auto known = offered_.find(interface);
-  if (known != offered_.end()) return known->second;
+  if (const auto known = offer(interface)) return *known;
+  QDBusPendingCall question = *answers_[interface].question;
+  question.waitForFinished();
+  return isYes(question.reply());
+}
+
+void Portal::ask(const QString& interface) {
   auto question = QDBusMessage::createMethodCall(portal_names::kService, portal_names::kObject,
                                                  u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
   question << QString(portal_names::kPrefix + interface) << u"version"_s;
-  const QDBusMessage answer = bus_.call(question, QDBus::Block, static_cast<int>(kVersionPatience.count()));
-  const QVariant version = answer.arguments().value(0).value<QDBusVariant>().variant();
-  return offered_[interface] = answer.type() == QDBusMessage::ReplyMessage && version.toUInt() > 0;
+  const QDBusPendingCall asked = bus_.asyncCall(question, static_cast<int>(kVersionPatience.count()));
+  answers_[interface] = {std::nullopt, asked};
+  auto* answer = new QDBusPendingCallWatcher(asked, questions_.scope());
+  questions_.on(answer, &QDBusPendingCallWatcher::finished,
+                [this, interface](const QDBusPendingCallWatcher* finished) { take(interface, finished->reply()); });
+}
+
+void Portal::take(const QString& interface, const QDBusMessage& answer) {
+  const bool isOffered = isYes(answer);
+  answers_[interface] = {isOffered, std::nullopt};
+  Q_EMIT told(interface, isOffered);
+}
+
+void Portal::followOwner(const QString&, const QString& before, const QString& after) {
+  if (!before.isEmpty()) endAll();
+  if (!after.isEmpty()) return askAgain();
+  revival_ = Job::start();
+  QTimer::singleShot(kBeforeReviving, revival_.scope(), revival_.bind([this] { askAgain(); }));
+}
+
+void Portal::endAll() {
+  questions_ = Job::start();
+  for (auto& [interface, answer] : answers_) answer = {false, std::nullopt};
+  for (const QString& interface : interfaces()) Q_EMIT told(interface, false);
+}
+
+/// What has not been answered yet, the new one will.
+void Portal::askAgain() {
+  revival_.cancel();
+  for (const QString& interface : interfaces())
+    if (!answers_[interface].question) ask(interface);
+}
+
+/// A copy: whoever is told may ask for another one.
+QStringList Portal::interfaces() const {
+  QStringList names;
+  for (const auto& [interface, answer] : answers_) names.append(interface);
+  return names;
 }
 
 void Portal::request(PortalCall call, const JobRef& job, Done done) {

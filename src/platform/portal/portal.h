@@ -1,13 +1,17 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
+#include <QObject>
 #include <QVariantMap>
 
 #include <chrono>
 #include <expected>
 #include <functional>
 #include <map>
+#include <optional>
 
 #include "base/job.h"
 
@@ -38,21 +42,47 @@ struct PortalCall {
 
 /// The desktop portal on a message bus: what a desktop offers to programs that it does not trust with more. Main thread
 /// only.
-class Portal {
+class Portal : public QObject {
+  Q_OBJECT
+
  public:
   using Done = std::function<void(std::expected<QVariantMap, PortalError>)>;
 
   explicit Portal(QDBusConnection bus);
 
-  /// Whether the portal has that interface (as in PortalCall). Waits for the first answer, half a second at most;
-  /// what was answered holds until another portal takes its place.
+  /// Whether the portal has that interface (as in PortalCall), as far as that is known. Never waits: asks if nobody
+  /// has, and `told` says when the answer is there. It holds until another portal takes its place.
+  std::optional<bool> offer(const QString& interface);
+  /// The same for those who cannot wait for a signal: waits for the answer, half a second at most from when it was
+  /// asked for.
   bool offers(const QString& interface);
   /// Asks, and calls `done` with the results once the portal has them, unless the job ends before, which takes the
   /// question back.
   void request(PortalCall call, const JobRef& job, Done done);
 
+ Q_SIGNALS:
+  /// An answer to `offer` is there, or is another one: the portal has ended, or a new one has come, which knows nothing
+  /// of what was agreed with the old one.
+  void told(const QString& interface, bool isOffered);
+
  private:
+  struct Answer {
+    std::optional<bool> isOffered;
+    std::optional<QDBusPendingCall> question;
+  };
+
+  void ask(const QString& interface);
+  void take(const QString& interface, const QDBusMessage& answer);
+  void followOwner(const QString& service, const QString& before, const QString& after);
+  void endAll();
+  void askAgain();
+  QStringList interfaces() const;
+
   QDBusConnection bus_;
   QDBusServiceWatcher watcher_;
-  std::map<QString, bool> offered_;
+  std::map<QString, Answer> answers_;
+  /// To the portal that is there now.
+  Job questions_ = Job::start();
+  /// After its end.
+  Job revival_;
 };

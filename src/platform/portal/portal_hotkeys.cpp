@@ -23,6 +23,8 @@ const QString kInterface = u"GlobalShortcuts"_s;
 constexpr auto kGathering = 200ms;
 /// The user is asked about all of them, and may read first.
 constexpr auto kPatience = 10min;
+/// Of sessions that one portal closes.
+constexpr int kMostReopenings = 3;
 
 /// As desktops write combinations to one another: "CTRL+ALT+u".
 QString triggerOf(std::uint32_t keyCode, std::uint32_t carbonModifiers) {
@@ -49,6 +51,7 @@ PortalHotkeys::PortalHotkeys(QDBusConnection bus, std::shared_ptr<Portal> portal
   qRegisterMetaType<QDBusObjectPath>();
   qDBusRegisterMetaType<PortalShortcut>();
   qDBusRegisterMetaType<PortalShortcuts>();
+  connect(portal_.get(), &Portal::told, this, &PortalHotkeys::follow);
 }
 
 PortalHotkeys::~PortalHotkeys() { closeSession(); }
@@ -61,9 +64,10 @@ void PortalHotkeys::install(Pressed pressed) {
 std::expected<void, HotkeyRefusal> PortalHotkeys::registerHotkey(std::uint32_t id, std::uint32_t keyCode,
                                                                  std::uint32_t carbonModifiers) {
   const auto taken = inner_->registerHotkey(id, keyCode, carbonModifiers);
-  if (!portal_->offers(kInterface)) return taken;
+  const bool isOffered = portal_->offer(kInterface).value_or(false);
+  if (!taken && !isOffered) return taken;
   wanted_[id] = describe(keyCode, carbonModifiers);
-  if (!isAllBound()) bindSoon();
+  if (isOffered && !isAllBound()) bindSoon();
   return {};
 }
 
@@ -119,6 +123,7 @@ void PortalHotkeys::openSession() {
 
 void PortalHotkeys::bindIn(const QString& session) {
   session_ = session;
+  listen(session, true);
   std::map<QString, Wanted> asked;
   for (const auto& [id, wanted] : wanted_) asked.emplace(wanted.shortcut, wanted);
   PortalShortcuts shortcuts;
@@ -148,11 +153,43 @@ void PortalHotkeys::keep(const std::expected<QVariantMap, PortalError>& answer,
 }
 
 void PortalHotkeys::closeSession() {
+  const QString session = session_;
+  forgetSession();
+  if (session.isEmpty()) return;
+  bus_.send(QDBusMessage::createMethodCall(portal_names::kService, session, portal_names::kSession, u"Close"_s));
+}
+
+void PortalHotkeys::forgetSession() {
   bound_.clear();
   triggers_.clear();
-  if (session_.isEmpty()) return;
-  bus_.send(QDBusMessage::createMethodCall(portal_names::kService, std::exchange(session_, {}),
-                                           u"org.freedesktop.portal.Session"_s, u"Close"_s));
+  if (!session_.isEmpty()) listen(std::exchange(session_, {}), false);
+}
+
+/// For the end of a session.
+void PortalHotkeys::listen(const QString& path, bool isOn) {
+  const QString closed = u"Closed"_s;
+  if (isOn)
+    bus_.connect(portal_names::kService, path, portal_names::kSession, closed, this, SLOT(sessionClosed()));
+  else
+    bus_.disconnect(portal_names::kService, path, portal_names::kSession, closed, this, SLOT(sessionClosed()));
+}
+
+void PortalHotkeys::sessionClosed() {
+  qCInfo(lcPlatform) << "The desktop has closed the session of the shortcuts";
+  forgetSession();
+  if (reopenings_++ < kMostReopenings) bindSoon();
+  if (changed_) changed_();
+}
+
+/// Another portal knows nothing of the old one's session.
+void PortalHotkeys::follow(const QString& interface, bool isOffered) {
+  if (interface != kInterface) return;
+  const bool hadSession = !session_.isEmpty();
+  run_.cancel();
+  forgetSession();
+  reopenings_ = 0;
+  if (isOffered && !wanted_.empty()) bindSoon();
+  if ((hadSession || isOffered) && changed_) changed_();
 }
 
 void PortalHotkeys::activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong, const QVariantMap&) {

@@ -12,9 +12,10 @@
 #include "platform/portal/portal_shortcut.h"
 
 /// Combinations that the desktop's portal hands out. It may give another one than was wished for, and ask the user
-/// about all of them; he says so at his leisure, so that a registration always succeeds. `inner` gets every
-/// registration too, for programs that the portal has no say over and for desktops whose portal has no shortcuts. Main
-/// thread only.
+/// about all of them; he says so at his leisure, so that a registration always succeeds once the portal is known to
+/// hand some out, which may come after the first ones: `watchTriggers` tells that those which failed may be tried
+/// again. A portal that is started anew, or that closes our session, is asked anew. `inner` gets every registration
+/// too, for programs that the portal has no say over and for desktops whose portal has no shortcuts. Main thread only.
 class PortalHotkeys final : public QObject, public HotkeyBackend {
   Q_OBJECT
 
@@ -35,6 +36,7 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
 
  private Q_SLOTS:
   void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong time, const QVariantMap& options);
+  void sessionClosed();
 
  private:
   struct Wanted {
@@ -51,6 +53,9 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
   void bindIn(const QString& session);
   void keep(const std::expected<QVariantMap, PortalError>& answer, const std::map<QString, Wanted>& asked);
   void closeSession();
+  void forgetSession();
+  void listen(const QString& path, bool isOn);
+  void follow(const QString& interface, bool isOffered);
 
   QDBusConnection bus_;
   std::shared_ptr<Portal> portal_;
@@ -64,6 +69,8 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
   std::map<QString, QString> triggers_;
   QString session_;
   bool isListening_ = false;
+  /// A portal that goes on closing what it has opened is left alone.
+  int reopenings_ = 0;
   /// Gathers registrations; then the questions.
   Job run_;
 };

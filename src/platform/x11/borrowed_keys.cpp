@@ -15,9 +15,6 @@ constexpr std::string_view kName = "_VANTLE_BORROWED_KEYS";
 constexpr std::uint32_t kUnicodeSymbol = 0x01000000;
 /// The type with levels plain and Shift that every map has at this place.
 constexpr std::uint8_t kTwoLevelType = 1;
-/// Below lie the keys that differ from layout to layout. One change of the map covers all codes between the borrowed
-/// ones too, and other keyboards get the same: there must be nothing of theirs among them.
-constexpr int kFirstCode = 178;
 /// Longest record of old symbols that is read back, in units of four bytes: 255 keys with 32 symbols each.
 constexpr std::uint32_t kLongestRecord = 255 * 34;
 
@@ -128,7 +125,7 @@ void BorrowedKeys::choose(const KeyboardMap& map) {
 std::vector<xcb_keycode_t> BorrowedKeys::candidates(const KeyboardMap& map) const {
   std::vector<xcb_keycode_t> empty;
   std::vector<xcb_keycode_t> rare;
-  for (int code = map.maximumCode(); code >= std::max<int>(kFirstCode, map.minimumCode()); --code) {
+  for (int code = map.maximumCode(); code >= std::max<int>(BorrowedKeys::kFirstCode, map.minimumCode()); --code) {
     const auto key = static_cast<xcb_keycode_t>(code);
     if (map.modifiersOf(key) != 0 || map.isActing(key)) continue;
     if (map.symbols(key).isEmpty())

@@ -19,6 +19,9 @@
 class BorrowedKeys {
  public:
   static constexpr std::size_t kBanks = 2;
+  /// Below lie the keys that differ from layout to layout. One change of the map covers all codes between the borrowed
+  /// ones too, and other keyboards get the same: there must be nothing of theirs among them.
+  static constexpr int kFirstCode = 178;
 
   BorrowedKeys(xcb_connection_t* connection, xcb_window_t root);
   ~BorrowedKeys();

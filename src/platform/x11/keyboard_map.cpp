@@ -141,9 +141,9 @@ void KeyboardMap::addKey(xcb_keycode_t code) {
     const char32_t character = characterOf(symbol(key, level));
     const auto modifiers = modifiersFor(type, level);
     if (character == 0 || !modifiers) continue;
-    const auto [known, isNew] = characters_.try_emplace(character, KeyStroke{code, *modifiers});
-    if (!isNew && std::popcount(*modifiers) < std::popcount(known->second.modifiers))
-      known->second = KeyStroke{code, *modifiers};
+    const KeyStroke stroke{code, *modifiers, symbol(key, level)};
+    const auto [known, isNew] = characters_.try_emplace(character, stroke);
+    if (!isNew && std::popcount(*modifiers) < std::popcount(known->second.modifiers)) known->second = stroke;
   }
 }
 

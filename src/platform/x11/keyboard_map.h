@@ -9,10 +9,12 @@
 #include <unordered_map>
 #include <vector>
 
-/// A key with the real modifiers (Shift, the one of level 3) that must be held with it.
+/// A key with the real modifiers (Shift, the one of level 3) that must be held with it, and the keysym that it has
+/// then.
 struct KeyStroke {
   xcb_keycode_t code = 0;
   std::uint8_t modifiers = 0;
+  std::uint32_t symbol = 0;
 };
 
 /// What a key has in the server's map: the symbols of all groups and levels, with the type of each group.

@@ -9,6 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString kScreenshot = u"Screenshot"_s;
+const QString kTyping = u"RemoteDesktop"_s;
+
 PermissionState stateOf(bool works) { return works ? PermissionState::granted : PermissionState::notGranted; }
 
 }  // namespace
@@ -16,8 +19,7 @@ PermissionState stateOf(bool works) { return works ? PermissionState::granted : 
 PermissionState X11Permissions::state(Permission permission) const {
   if (permission == Permission::accessibility) return stateOf(canType());
   if (!isWaylandSession()) return stateOf(canRead());
-  const bool isOffered = portal_ && portal_->offers(u"Screenshot"_s);
-  return isOffered ? PermissionState::granted : PermissionState::unavailable;
+  return isOffered(kScreenshot) ? PermissionState::granted : PermissionState::unavailable;
 }
 
 QString X11Permissions::remedy(Permission permission) const {
@@ -25,6 +27,9 @@ QString X11Permissions::remedy(Permission permission) const {
     if (!canType())
       return u"The X server runs without its XTEST extension: switch that on (over SSH: “ssh -Y”) and log in again."_s;
     if (!isWaylandSession()) return {};
+    if (isOffered(kTyping))
+      return u"Under Wayland a selection can be read only in programs that run through XWayland. Into others Vantle "
+             u"types by the desktop’s portal, which asks you the first time."_s;
     return u"Under Wayland only programs that run through XWayland can be reached: log in with an X11 session to reach "
            u"all of them."_s;
   }
@@ -38,6 +43,15 @@ QString X11Permissions::remedy(Permission permission) const {
 QString X11Permissions::shortcutsRemedy() const {
   if (!isWaylandSession() || (haveShortcuts_ && haveShortcuts_())) return {};
   return u"Wayland leaves global shortcuts to the desktop: “vantle doctor” prints what to paste there."_s;
+}
+
+void X11Permissions::settle() {
+  if (!portal_) return;
+  for (const QString& interface : {kScreenshot, kTyping}) portal_->offers(interface);
+}
+
+bool X11Permissions::isOffered(const QString& interface) const {
+  return portal_ && portal_->offer(interface).value_or(false);
 }
 
 bool X11Permissions::canType() const {

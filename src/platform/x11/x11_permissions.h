@@ -9,7 +9,7 @@
 class Portal;
 
 /// X11 has no permissions: whoever is on the display may type, if the server can synthesize keys at all, and may look.
-/// Inside a Wayland session typing ends at the programs that run through XWayland, and looking is the portal's.
+/// Inside a Wayland session both are the portal's, typing but for programs that run through XWayland.
 class X11Permissions final : public Permissions {
  public:
   /// Without a portal under Wayland nobody may look.
@@ -20,8 +20,10 @@ class X11Permissions final : public Permissions {
   PermissionState state(Permission permission) const override;
   QString remedy(Permission permission) const override;
   QString shortcutsRemedy() const override;
+  void settle() override;
 
  private:
+  bool isOffered(const QString& interface) const;
   bool canType() const;
   bool canRead() const;
 

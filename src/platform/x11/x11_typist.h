@@ -8,10 +8,10 @@
 #include <stop_token>
 #include <vector>
 
+#include "platform/typing_steps.h"
 #include "platform/x11/character_lender.h"
 #include "platform/x11/held_modifiers.h"
 #include "platform/x11/keyboard_map.h"
-#include "platform/x11/typing_steps.h"
 #include "platform/x11/xtest_keyboard.h"
 
 /// Types into the focused window over a connection of its own; one thread.

@@ -17,17 +17,20 @@ constexpr int kReasonLines = 3;
 
 void CommandTyper::type(const QString& command, bool pressReturn) {
   const auto typed = [this, command](const std::expected<void, KeyEventError>& result) {
-    if (!result && result.error().kind == KeyEventError::Kind::refused) copy(command, result.error());
+    if (result) return;
+    const KeyEventError& error = result.error();
+    if (error.kind == KeyEventError::Kind::refused)
+      copy(command, u"Command copied to clipboard"_s, u"It could not be typed: %1."_s.arg(error.description()));
+    else if (!error.rest.isEmpty())
+      copy(error.rest, u"Rest of the command copied to clipboard"_s,
+           u"Typing broke off in the middle: %1."_s.arg(error.description()));
   };
   keys_.send(command, pressReturn, typing_.bind(typed));
 }
 
-void CommandTyper::copy(const QString& command, const KeyEventError& error) {
-  if (command.isEmpty()) return;
-  pasteboard_.writeText(command);
-  toasts_.show({.icon = u"doc.on.clipboard.fill"_s,
-                .title = u"Command copied to clipboard"_s,
-                .detail = u"It could not be typed: %1."_s.arg(error.description()),
-                .detailLineLimit = kReasonLines},
+void CommandTyper::copy(const QString& text, const QString& title, const QString& detail) {
+  if (text.isEmpty()) return;
+  pasteboard_.writeText(text);
+  toasts_.show({.icon = u"doc.on.clipboard.fill"_s, .title = title, .detail = detail, .detailLineLimit = kReasonLines},
                kCopiedToast);
 }

@@ -7,10 +7,10 @@
 class KeystrokeSender;
 class Pasteboard;
 class ToastPresenter;
-struct KeyEventError;
 
-/// Types commands into the focused application. One that is refused goes to the clipboard, and a toast says so; without
-/// permission to type the system's prompt is all that happens. Main thread only.
+/// Types commands into the focused application. One that is refused, or the rest of one that breaks off, goes to the
+/// clipboard, and a toast says so; without permission to type the system's prompt is all that happens. Main thread
+/// only.
 class CommandTyper {
  public:
   CommandTyper(KeystrokeSender& keys, Pasteboard& pasteboard, ToastPresenter& toasts)
@@ -19,7 +19,7 @@ class CommandTyper {
   void type(const QString& command, bool pressReturn);
 
  private:
-  void copy(const QString& command, const KeyEventError& error);
+  void copy(const QString& text, const QString& title, const QString& detail);
 
   KeystrokeSender& keys_;
   Pasteboard& pasteboard_;

@@ -21,7 +21,9 @@ MASKS = {"Shift": 1, "Ctrl": 4, "Alt": 8, "Super": 64}
 
 
 class VirtualKeyboard:
-    def __init__(self, runtime_folder, display):
+    def __init__(self, runtime_folder, display, pace=0.01):
+        """`pace` is what a hand needs from one key to the next, in seconds."""
+        self.pace = pace
         self.socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
         self.socket.settimeout(10)
         self.socket.connect(os.path.join(runtime_folder, display))
@@ -45,10 +47,10 @@ class VirtualKeyboard:
         held = 0
         for name in names:
             held |= MASKS.get(name, 0)
-            self._key(CODES[name], True, held)
+            self.key(CODES[name], True, held)
         for name in reversed(names):
             held &= ~MASKS.get(name, 0)
-            self._key(CODES[name], False, held)
+            self.key(CODES[name], False, held)
         self._settle()
 
     def type(self, text):
@@ -56,11 +58,12 @@ class VirtualKeyboard:
         for character in text:
             self.press(character)
 
-    def _key(self, code, down, held):
+    def key(self, code, down, held):
+        """One key goes down or up; `held` are the modifiers that are down then."""
         self._request(KEYBOARD, 1, struct.pack("=III", int((time.monotonic() - self.start) * 1000), code, down))
         if code in [CODES[name] for name in MASKS]:
             self._request(KEYBOARD, 2, struct.pack("=IIII", held, 0, 0, 0))
-        time.sleep(0.01)
+        time.sleep(self.pace)
 
     def _send_keymap(self):
         text = keymap() + b"\0"

@@ -93,6 +93,21 @@ class TestShortcutsPage : public QObject {
     QVERIFY(!stage.button(u"Use "_s));
   }
 
+  void everyRowSaysWhatTheDesktopCallsIt() {
+    const Hotkey own{49, 0x1800};
+    Stage stage({own});
+    stage.world.hotkeys.registerAction(own, [] {});
+    stage.show();
+    QVERIFY(stage.says(u"⌃⌥Space is taken by another program. The menu leads there too."_s));
+    stage.world.hotkeyBackend.taken = {};
+    stage.world.hotkeyBackend.trigger = u"Super+K"_s;
+    stage.world.hotkeyBackend.giveMore();
+    int rows = 0;
+    for (const QLabel* label : stage.window.findChildren<QLabel*>())
+      if (label->text() == u"Your desktop has it as: Super+K"_s) ++rows;
+    QCOMPARE(rows, 18);
+  }
+
   void resetAllAsksFirst() {
     Stage stage;
     stage.world.hotkeys.setHotkey(kUplink, u"promptify"_s);

@@ -29,18 +29,10 @@ class PortalHotkeysTest : public QObject {
   void init() {
     // Before the next one: the name is one program's.
     fake_.reset();
-    fake_ = std::make_unique<FakePortal>();
+    startPortal();
     wishes_.clear();
     pressed_.clear();
     changes_ = 0;
-    fake_->asked = [this](const QDBusMessage& message) {
-      if (message.member() == u"BindShortcuts"_s) {
-        const std::scoped_lock lock(mutex_);
-        wishes_ = qdbus_cast<PortalShortcuts>(message.arguments().value(1));
-      }
-    };
-    fake_->setAnswer({.results = {{u"session_handle"_s, kSession}}}, u"CreateSession"_s);
-    give({given(u"uplink"_s, u"Super+U"_s), given(u"settings"_s, u"Ctrl+Alt+,"_s)});
     auto inner = std::make_unique<FakeHotkeys>();
     inner_ = inner.get();
     const auto bus = QDBusConnection::sessionBus();
@@ -61,7 +53,7 @@ class PortalHotkeysTest : public QObject {
     QCOMPARE(wishes[0].properties[u"preferred_trigger"_s].toString(), u"CTRL+ALT+comma"_s);
     QCOMPARE(wishes[1].properties[u"preferred_trigger"_s].toString(), u"CTRL+ALT+u"_s);
     QCOMPARE(wishes[1].properties[u"description"_s].toString(), u"Image to URL"_s);
-    QCOMPARE(changes_, 1);
+    QCOMPARE(changes_, 2);
     QCOMPARE(hotkeys_->systemTrigger(32, kControlOption), u"Super+U"_s);
     QCOMPARE(inner_->registered.size(), std::size_t{2});
 
@@ -109,6 +101,55 @@ class PortalHotkeysTest : public QObject {
     QCOMPARE(hotkeys_->systemTrigger(32, kControlOption), QString());
   }
 
+  /// A session that is closed at once, each time, would be opened for ever.
+  void aClosedSessionIsOpenedAgainAFewTimes() {
+    registerBoth();
+    for (int opened = 1; opened <= 4; ++opened) {
+      QTRY_VERIFY(hotkeys_->areBound());
+      QCOMPARE(fake_->calls, 2 * opened);
+      fake_->closeSession(u"/somebody/elses"_s);
+      fake_->closeSession(kSession);
+      QTRY_VERIFY(!hotkeys_->areBound());
+      QCOMPARE(hotkeys_->systemTrigger(32, kControlOption), QString());
+    }
+    QTest::qWait(400);
+    QCOMPARE(fake_->calls, 8);
+    QCOMPARE(fake_->closed, 0);
+  }
+
+  void anotherPortalIsAskedAnew() {
+    registerBoth();
+    QTRY_VERIFY(hotkeys_->areBound());
+    const int changes = changes_;
+    give({given(u"uplink"_s, u"Super+I"_s)});
+    fake_->restart();
+    QTRY_COMPARE(hotkeys_->systemTrigger(32, kControlOption), u"Super+I"_s);
+    QCOMPARE(fake_->calls, 4);
+    QVERIFY(changes_ > changes);
+    fake_->activate(kSession, u"uplink"_s);
+    QTRY_COMPARE(pressed_, std::vector<std::uint32_t>{1});
+  }
+
+  void aPortalThatComesLaterIsAskedThen() {
+    fake_.reset();
+    registerBoth();
+    QTest::qWait(100);
+    QVERIFY(!hotkeys_->areBound());
+    startPortal();
+    QTRY_VERIFY(hotkeys_->areBound());
+  }
+
+  /// Nobody waits for the portal at the start: what the other one refuses is asked for again when it has answered.
+  void theOthersNoEndsWithThePortalsYes() {
+    inner_->taken = {{32, kControlOption}};
+    QVERIFY(!hotkeys_->registerHotkey(1, 32, kControlOption));
+    QTRY_COMPARE(changes_, 1);
+    QVERIFY(hotkeys_->registerHotkey(2, 32, kControlOption));
+    QTRY_VERIFY(hotkeys_->areBound());
+    fake_->activate(kSession, u"uplink"_s);
+    QTRY_COMPARE(pressed_, std::vector<std::uint32_t>{2});
+  }
+
   void withoutAPortalTheOthersSayCounts() {
     fake_->version = 0;
     inner_->taken = {{32, kControlOption}};
@@ -120,6 +161,17 @@ class PortalHotkeysTest : public QObject {
   }
 
  private:
+  void startPortal() {
+    fake_ = std::make_unique<FakePortal>();
+    fake_->asked = [this](const QDBusMessage& message) {
+      if (message.member() == u"BindShortcuts"_s) {
+        const std::scoped_lock lock(mutex_);
+        wishes_ = qdbus_cast<PortalShortcuts>(message.arguments().value(1));
+      }
+    };
+    fake_->setAnswer({.results = {{u"session_handle"_s, kSession}}}, u"CreateSession"_s);
+    give({given(u"uplink"_s, u"Super+U"_s), given(u"settings"_s, u"Ctrl+Alt+,"_s)});
+  }
   void registerBoth() {
     QVERIFY(hotkeys_->registerHotkey(1, 32, kControlOption));
     QVERIFY(hotkeys_->registerHotkey(2, 43, kControlOption));

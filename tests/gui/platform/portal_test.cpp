@@ -48,6 +48,22 @@ class PortalTest : public QObject {
     QVERIFY(!Portal(QDBusConnection(u"no such bus"_s)).offers(u"Screenshot"_s));
   }
 
+  void whoDoesNotWaitIsTold() {
+    std::vector<bool> told;
+    connect(portal_.get(), &Portal::told, this, [&told](const QString&, bool isOffered) { told.push_back(isOffered); });
+    QVERIFY2(!portal_->offer(u"Screenshot"_s), "not known yet");
+    QVERIFY2(!portal_->offer(u"Screenshot"_s), "asked once");
+    QTRY_COMPARE(told, std::vector{true});
+    QCOMPARE(portal_->offer(u"Screenshot"_s), std::optional(true));
+    fake_->version = 0;
+    fake_->restart();
+    QTRY_COMPARE(told, (std::vector{true, false, false}));
+    fake_->version = 1;
+    fake_->restart();
+    QTRY_COMPARE(told, (std::vector{true, false, false, false, true}));
+    QCOMPARE(portal_->offer(u"Screenshot"_s), std::optional(true));
+  }
+
   void piecesOfOnePictureAreHandedOut() {
     fake_->asked = [this](const QDBusMessage& message) {
       const auto options = qdbus_cast<QVariantMap>(message.arguments().constLast());

@@ -166,6 +166,11 @@ class TestCommandLine : public QObject {
     QVERIFY2(left.out.contains("!!   Shortcuts         Bind them.\n"_L1), qPrintable(left.out));
     QVERIFY2(!left.out.contains("are ours"_L1), qPrintable(left.out));
     QVERIFY2(left.out.contains("/test_command_line summon uplink\n"_L1), qPrintable(left.out));
+    const Run rows({u"doctor"_s, u"--json"_s}, folders_, {}, true, u"Bind them."_s);
+    int told = 0;
+    for (const QJsonValue& row : QJsonDocument::fromJson(rows.out.toUtf8()).array())
+      if (row["bindings"_L1]["commands"_L1].toArray().size() == 18 && row["text"_L1] == u"Bind them."_s) ++told;
+    QCOMPARE(told, 1);
     const Run sway({u"doctor"_s, u"--bindings"_s, u"sway"_s}, folders_);
     QCOMPARE(sway.out.count("\nbindsym "_L1), 18);
     QCOMPARE(sway.code, exit_code::kSuccess);

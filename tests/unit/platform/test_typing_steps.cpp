@@ -1,6 +1,6 @@
 #include <QtTest>
 
-#include "platform/x11/typing_steps.h"
+#include "platform/typing_steps.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

@@ -103,6 +103,22 @@ class TestHotkeyCenter : public QObject {
     QVERIFY(world.hotkeys.isRegistered(u"uplink"_s) && world.hotkeys.isRegistered(u"promptify"_s));
   }
 
+  void whatTheSystemGivesLaterIsTaken() {
+    World world;
+    int actions = 0;
+    const Hotkey own{49, 0x1800};
+    world.hotkeyBackend.taken = {kUplink, own};
+    world.bootstrap();
+    world.hotkeys.registerAction(own, [&] { ++actions; });
+    QCOMPARE(world.hotkeys.refused().size(), std::size_t{2});
+    world.hotkeyBackend.taken = {};
+    world.hotkeyBackend.giveMore();
+    QVERIFY(world.hotkeys.refused().empty());
+    QVERIFY(world.hotkeys.isRegistered(u"uplink"_s));
+    world.hotkeyBackend.press(own);
+    QCOMPARE(actions, 1);
+  }
+
   void rebindingIsStoredAndResettable() {
     ToolWorld world;
     world.hotkeys.setHotkey(kOther, u"uplink"_s);

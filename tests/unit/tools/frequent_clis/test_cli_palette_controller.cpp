@@ -114,6 +114,10 @@ class CLIPaletteControllerTest : public QObject {
     QCOMPARE(world_->pasteboard.texts, QStringList{world_->store.commands()[0].command});
     QCOMPARE(world_->toasts.shown.size(), 1U);
     QCOMPARE(world_->toasts.shown[0].first.detail, u"It could not be typed: The screen is locked."_s);
+
+    choose({u"The desktop takes no more keys"_s, KeyEventError::Kind::incomplete, u"ude"_s});
+    QCOMPARE(world_->pasteboard.texts.last(), u"ude"_s);
+    QCOMPARE(world_->toasts.shown[1].first.title, u"Rest of the command copied to clipboard"_s);
   }
 
   void twoQuickChoicesAreBothTyped() {

@@ -1,4 +1,4 @@
-#include "platform/x11/typing_steps.h"
+#include "platform/typing_steps.h"
 
 #include <utility>
 
