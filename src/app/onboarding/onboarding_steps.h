@@ -1,11 +1,13 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include "app/app_context.h"
 #include "app/onboarding/onboarding_model.h"
 #include "app/onboarding/onboarding_page.h"
 #include "app/onboarding/shortcut_offers.h"
+#include "core/hotkeys/app_shortcuts.h"
 
 class IconRow;
 class KeyCaps;
@@ -69,6 +71,7 @@ class TryItStep : public OnboardingPage {
 
  private:
   void follow();
+  bool isLimited() const;
   void followLauncher();
   void followCommands();
 
@@ -92,6 +95,18 @@ class DoneStep : public OnboardingPage {
   void arrive() override;
 
  private:
-  QString iconPlace_;
+  /// One of the application's own shortcuts.
+  struct ShortcutRow {
+    const AppShortcut* shortcut;
+    QString text;
+    IconRow* row;
+    KeyCaps* caps;
+  };
+
+  ShortcutRow makeShortcutRow(AppAction action, const QString& symbol, const QString& text);
+  void follow(const ShortcutRow& row);
+
+  AppContext& context_;
+  std::vector<ShortcutRow> shortcuts_;
   IconRow* tray_;
 };

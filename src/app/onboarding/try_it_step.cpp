@@ -71,7 +71,11 @@ TryItStep::TryItStep(AppContext& context, OnboardingModel& model)
   column().addStretch(1);
   connect(openLauncher_, &QPushButton::clicked, this, [this] { context_.launcher.showLauncher({}); });
   connect(&model_, &OnboardingModel::trialChanged, this, &TryItStep::follow);
-  connect(&context_.hotkeys, &HotkeyCenter::changed, this, &TryItStep::follow);
+  connect(&context_.hotkeys, &HotkeyCenter::changed, this, [this] {
+    // The desktop may have given them all.
+    model_.permissions().refresh();
+    follow();
+  });
   follow();
 }
 
@@ -94,9 +98,11 @@ void TryItStep::follow() {
   followCommands();
 }
 
+/// They work in this window, but not where they are needed.
+bool TryItStep::isLimited() const { return !model_.permissions().shortcutsRemedy().isEmpty(); }
+
 void TryItStep::followLauncher() {
-  const bool isRefused =
-      ::isRefused(context_.hotkeys, AppAction::toggleLauncher) || !model_.permissions().shortcutsRemedy().isEmpty();
+  const bool isRefused = ::isRefused(context_.hotkeys, AppAction::toggleLauncher) || isLimited();
   launcherKeys_->setVisible(!isRefused && context_.hotkeys.systemTrigger(launcherHotkey()).isEmpty());
   openLauncher_->setVisible(isRefused);
   if (model_.hasSeenLauncher()) {
@@ -111,7 +117,8 @@ void TryItStep::followLauncher() {
 }
 
 void TryItStep::followCommands() {
-  const auto hotkey = context_.hotkeys.isRegistered(kCommandsID) ? context_.hotkeys.binding(kCommandsID) : std::nullopt;
+  const bool isPressed = context_.hotkeys.isRegistered(kCommandsID) && !isLimited();
+  const auto hotkey = isPressed ? context_.hotkeys.binding(kCommandsID) : std::nullopt;
   commandKeys_->setVisible(hotkey && context_.hotkeys.systemTrigger(*hotkey).isEmpty());
   if (hotkey) commandKeys_->setCaps(hotkey->keyCaps());
   if (model_.hasSeenCommands()) {

@@ -39,6 +39,9 @@ QString nameOf(Permission permission) {
   return std::ranges::find(kPermissionNames, permission, &PermissionName::permission)->name;
 }
 
+/// It works, but not everywhere.
+const QString kLimited = u"Limited"_s;
+
 const Purpose& purposeOf(Permission permission) {
   return *std::ranges::find(kPurposes, permission, &Purpose::permission);
 }
@@ -73,8 +76,9 @@ void PermissionRow::follow() {
   const auto entry = std::ranges::find(list_.entries(), permission_, &PermissionList::Entry::permission);
   const auto state = std::ranges::find(kStates, entry->state, &StateText::state);
   const bool isLedThere = entry->hasPage && entry->state == PermissionState::notGranted;
-  state_->setText(QString::fromUtf16(state->text));
-  state_->setTone(state->tone);
+  const bool isLimited = entry->state == PermissionState::granted && !entry->remedy.isEmpty();
+  state_->setText(isLimited ? kLimited : QString::fromUtf16(state->text));
+  state_->setTone(isLimited ? &Theme::secondary : state->tone);
   state_->setVisible(!isLedThere);
   open_->setVisible(isLedThere);
   setRemark(entry->remedy);
@@ -97,6 +101,6 @@ void ShortcutsRow::setTakenCount(int count) {
 void ShortcutsRow::follow() {
   const bool isFine = list_.shortcutsRemedy().isEmpty() && taken_ == 0;
   setRemark(list_.shortcutsRemedy());
-  state_->setText(isFine ? u"✓ Ready"_s : taken_ > 0 ? u"%1 taken"_s.arg(taken_) : u"Limited"_s);
+  state_->setText(isFine ? u"✓ Ready"_s : taken_ > 0 ? u"%1 taken"_s.arg(taken_) : kLimited);
   state_->setTone(isFine ? &Theme::success : &Theme::secondary);
 }

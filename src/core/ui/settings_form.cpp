@@ -155,6 +155,8 @@ SettingsPage::SettingsPage(QWidget* parent) : QScrollArea(parent) {
   // Its controls take the focus; the keys that they leave alone scroll the page.
   setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
+  // Desktops that lay windows out side by side make it as wide as they like.
+  setAlignment(Qt::AlignHCenter | Qt::AlignTop);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   auto* column = new QWidget;
   column->setMaximumWidth(kColumnWidth + 6 * Theme::kGrid);

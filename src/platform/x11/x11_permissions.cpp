@@ -29,7 +29,7 @@ QString X11Permissions::remedy(Permission permission) const {
     if (!isWaylandSession()) return {};
     if (isOffered(kTyping))
       return u"Under Wayland a selection can be read only in programs that run through XWayland. Into others Vantle "
-             u"types by the desktop’s portal, which asks you the first time."_s;
+             u"types by the desktop's portal, which asks you the first time."_s;
     return u"Under Wayland only programs that run through XWayland can be reached: log in with an X11 session to reach "
            u"all of them."_s;
   }

@@ -84,6 +84,23 @@ class TestOnboardingWindow : public QObject {
     QCOMPARE(stage.step(), OnboardingStep::tryIt);
   }
 
+  void whatTheDesktopKeepsIsSaid() {
+    Stage stage;
+    stage.permissions->shortcuts = u"Wayland leaves them to the desktop."_s;
+    OnboardingWindow& window = stage.open();
+    stage.walkTo(OnboardingStep::permissions);
+    QVERIFY(isShown(window, u"Limited"_s));
+    stage.walkTo(OnboardingStep::tryIt);
+    QVERIFY(isShown(window, u"Open the launcher"_s) && isShown(window, u"Pick Frequent CLIs there"_s));
+    // The portal has answered.
+    stage.permissions->shortcuts.clear();
+    stage.world.hotkeyBackend.trigger = u"Super+K"_s;
+    stage.world.hotkeyBackend.giveMore();
+    QVERIFY(isShown(window, u"Press Super+K"_s) && isShown(window, u"Press Super+K, then Return"_s));
+    stage.walkTo(OnboardingStep::done);
+    QVERIFY(isShown(window, u"All tools in one grid. Press Super+K."_s));
+  }
+
   void permissionsWindowFollowsWhileVisible() {
     Stage stage;
     stage.permissions->trusted = false;
