@@ -1,7 +1,8 @@
-"""A private Wayland session without a screen: sway, XWayland and a message bus, all ended with the block that uses it."""
+"""A private Wayland session without a screen: a compositor, XWayland and a message bus, all ended with the block that uses it."""
 
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -12,14 +13,15 @@ from .processes import Processes
 from .waiting import StepFailed, until
 
 NEEDED = ["sway", "swaymsg", "Xwayland", "foot", "dbus-run-session", "xwininfo", "xclip"]
+NEEDED_OF_WESTON = ["weston", "Xwayland", "dbus-run-session", "xwininfo"]
 SKIPPED = 77
 # Sway does not run for root: inside, the same user has another number.
 AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
 
 
-def skip_where_impossible():
+def skip_where_impossible(needed=tuple(NEEDED)):
     """Ends the program where something is missing; starts it anew as an ordinary user where it is root."""
-    missing = [name for name in NEEDED if not shutil.which(name)]
+    missing = [name for name in needed if not shutil.which(name)]
     if missing:
         print(f"skipped: not installed: {', '.join(missing)}")
         sys.exit(SKIPPED)
@@ -32,7 +34,7 @@ def skip_where_impossible():
 
 
 class PrivateSession(Processes):
-    """Owns a folder for everything (home, sockets, logs); puts itself into the environment."""
+    """Of sway. Owns a folder for everything (home, sockets, logs); puts itself into the environment."""
 
     def __init__(self, configuration=""):
         super().__init__()
@@ -56,6 +58,11 @@ class PrivateSession(Processes):
             "HOME": str(self.folder / "home"),
             "XDG_RUNTIME_DIR": str(self.folder / "run"),
             "XDG_SESSION_TYPE": "wayland",
+        }
+        self._start_compositor()
+
+    def _start_compositor(self):
+        os.environ |= {
             "XDG_CURRENT_DESKTOP": "sway",
             "WLR_BACKENDS": "headless",
             "WLR_RENDERER": "pixman",
@@ -99,3 +106,27 @@ class PrivateSession(Processes):
             return None
 
         return find(self.ask("-t", "get_tree"))
+
+
+class WestonSession(PrivateSession):
+    """Of weston, which lays windows over one another and has no keyboard when it has no screen."""
+
+    def _start_compositor(self):
+        os.environ |= {"XDG_CURRENT_DESKTOP": "weston", "WAYLAND_DISPLAY": "wayland-vantle"}
+        file = self.folder / "weston.ini"
+        file.write_text("[core]\nxwayland=true\nidle-time=0\n" + self.configuration)
+        told = self.folder / "weston.log"
+        address = self.folder / "bus"
+        words = ["weston", "--backend=headless-backend.so", "--width=1920", "--height=1080", "--socket=wayland-vantle"]
+        command = f'echo "$DBUS_SESSION_BUS_ADDRESS" >{address}; exec "$@"'
+        self.start(
+            ["dbus-run-session", "--", "sh", "-c", command, "-", *words, f"--config={file}", f"--log={told}"],
+            start_new_session=True,
+        )
+        display = until("weston is there", lambda: told.exists() and self._display_in(told.read_text()), 15)
+        os.environ |= {"DISPLAY": display, "DBUS_SESSION_BUS_ADDRESS": address.read_text().strip()}
+
+    @staticmethod
+    def _display_in(log):
+        found = re.search(r"xserver listening on display (:\d+)", log)
+        return found and found[1]
