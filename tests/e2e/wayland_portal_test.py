@@ -122,7 +122,7 @@ class Test:
 
     def what_was_not_taken_is_on_the_clipboard(self):
         before = self.text()
-        self.backend.keys_left = 2 * 30
+        self.backend.keys_left = 2 + 2 * 30
         self.choose("long")
         until("a rest is on the clipboard", lambda: LONG.endswith(self.clipboard() or "none"), 5)
         self.keyboard.press("Return")

@@ -86,6 +86,7 @@ class FakePortal {
   std::atomic<int> calls = 0;
   /// Keys that it still takes.
   std::atomic<int> keysLeft = 1'000'000;
+  std::atomic<int> neutralKeys = 0;
   /// Questions that were taken back.
   std::atomic<int> closed = 0;
 
@@ -127,15 +128,18 @@ class FakePortal {
   }
 
   bool takeKey(const QDBusMessage& message, const QDBusConnection& connection) {
-    if (--keysLeft < 0)
+    if (keysLeft-- <= 0)
       return connection.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("no such session")));
     const QVariantList values = message.arguments();
     const QString kind = message.member().endsWith(QStringLiteral("Keysym")) ? QString() : QStringLiteral("#");
     const QChar direction = values[3].toUInt() == 1 ? QLatin1Char('+') : QLatin1Char('-');
-    {
-      const std::scoped_lock lock(mutex_);
+    // The kernel's unknown key, which plugs the keyboard in.
+    const bool isNeutral = !kind.isEmpty() && values[2].toInt() == 240;
+    const std::scoped_lock lock(mutex_);
+    if (isNeutral)
+      ++neutralKeys;
+    else
       keys_.append(kind + direction + QString::number(values[2].toInt(), 16));
-    }
     if (asked) asked(message);
     return connection.send(message.createReply());
   }

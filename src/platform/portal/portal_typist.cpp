@@ -12,12 +12,15 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString kInterface = u"RemoteDesktop"_s;
+const QString kNoMoreKeys = u"The desktop takes no more keys"_s;
 /// What the desktop needs where the user has allowed it before; what takes longer is a question to him.
 constexpr auto kUntilAsked = 1s;
 /// Nobody tells which keys are held for a program that is not ours: hands that have just pressed a shortcut leave the
 /// keyboard within that time.
 constexpr auto kUntilHandsAreOff = 400ms;
 constexpr int kLockPatienceMs = 300;
+/// The kernel's unknown key, which writes nothing anywhere.
+constexpr std::uint32_t kNeutralKey = 240;
 
 KeyEventError incomplete(const QString& reason, const QString& rest = {}) {
   return {reason, KeyEventError::Kind::incomplete, rest};
@@ -87,6 +90,15 @@ void PortalTypist::lookForLock() {
   run_.on(answer, &QDBusPendingCallWatcher::finished, [this](const QDBusPendingCallWatcher* finished) {
     const bool isLocked = !finished->isError() && finished->reply().arguments().value(0).toBool();
     if (isLocked) return refuse(u"The screen is locked"_s);
+    plugIn();
+  });
+}
+
+/// A computer without a keyboard has one from the first key on, which programs hear of too late for that key.
+void PortalTypist::plugIn() {
+  constexpr auto kBy = PortalKey::By::evdevCode;
+  keyboard_.press({{kBy, kNeutralKey, true}, {kBy, kNeutralKey, false}}, run_, [this](std::size_t taken) {
+    if (taken < 2) return refuse(kNoMoreKeys);
     waitForHands();
   });
 }
@@ -115,9 +127,8 @@ void PortalTypist::pressed(std::size_t taken) {
   }
   // A character is a press and a release; one that was pressed only is there.
   const std::size_t written = step.text.empty() ? 0 : (taken + 1) / 2;
-  const QString reason = u"The desktop takes no more keys"_s;
-  if (taken == 0 && at_ == 0) return refuse(reason);
-  finish(std::unexpected(incomplete(reason, textFrom(steps_, at_, written))));
+  if (taken == 0 && at_ == 0) return refuse(kNoMoreKeys);
+  finish(std::unexpected(incomplete(kNoMoreKeys, textFrom(steps_, at_, written))));
 }
 
 void PortalTypist::refuse(const QString& reason) {

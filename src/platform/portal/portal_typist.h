@@ -32,6 +32,7 @@ class PortalTypist {
   void waitForPortal();
   void open();
   void lookForLock();
+  void plugIn();
   void waitForHands();
   void next();
   void pressed(std::size_t taken);

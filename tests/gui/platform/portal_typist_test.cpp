@@ -63,6 +63,7 @@ class PortalTypistTest : public QObject {
     QVERIFY(type({TypeText{u"b€"_s}, Pause{3ms}, TypeText{u"a"_s}, Pause{80ms}, PressKey{36, 0}}));
     QCOMPARE(fake_->keys(), QString(u"+62 -62 +20ac -20ac +61 -61 +ff0d -ff0d"_s).split(u' '));
     QCOMPARE(fake_->calls, 3);
+    QCOMPARE(fake_->neutralKeys, 2);
     QCOMPARE(option(u"SelectDevices"_s, u"types"_s), QVariant(1U));
     QCOMPARE(option(u"SelectDevices"_s, u"persist_mode"_s), QVariant(2U));
     QVERIFY(type({PressKey{8, carbon::kCommand | carbon::kShift}}));
@@ -147,7 +148,8 @@ class PortalTypistTest : public QObject {
   void whatWasNotTakenIsHandedBack() {
     QFETCH(int, keys);
     QFETCH(QString, rest);
-    fake_->keysLeft = keys;
+    // The first two plug it in.
+    fake_->keysLeft = keys + 2;
     const Result broken = type({TypeText{u"abcd\n"_s}, Pause{1ms}, TypeText{u"ef"_s}, TypeText{u"g"_s}});
     QVERIFY(!broken);
     QCOMPARE(broken.error().kind, Kind::incomplete);
@@ -156,9 +158,11 @@ class PortalTypistTest : public QObject {
   }
 
   void nothingTakenIsARefusal() {
-    fake_->keysLeft = 0;
-    const Result refused = type({TypeText{u"ab"_s}});
-    QVERIFY(!refused && refused.error().kind == Kind::refused);
+    for (const int keys : {0, 1, 2}) {
+      fake_->keysLeft = keys;
+      const Result refused = type({TypeText{u"ab"_s}});
+      QVERIFY(!refused && refused.error().kind == Kind::refused);
+    }
   }
 
   void aSessionThatHasEndedIsOpenedAgain() {
