@@ -124,6 +124,7 @@ class CLIPaletteControllerTest : public QObject {
     world_->palette.show();
     world_->press(code(keycode::kReturn));
     world_->clock.advance(60ms);
+    QVERIFY(world_->events.sequences.empty());
     world_->palette.show();
     world_->press(code(keycode::kDown));
     world_->press(code(keycode::kReturn));

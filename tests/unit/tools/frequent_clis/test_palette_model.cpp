@@ -41,6 +41,10 @@ class PaletteModelTest : public QObject {
     QCOMPARE(model.rowCount(), 0);
     model.setQuery({});
     QCOMPARE(model.rowCount(), 3);
+    // What stood there before is not found any more.
+    model.reset({command(u"d"_s, u"e"_s), command(u"f"_s, u"claude"_s)});
+    model.setQuery(u"claude"_s);
+    QCOMPARE(titles(model), QStringList(u"f"_s));
   }
 
   void filterIgnoresCaseAndComposition() {
