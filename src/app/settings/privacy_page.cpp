@@ -8,6 +8,7 @@
 #include "app/settings/pages.h"
 #include "app/settings/tool_disclosure_view.h"
 #include "app/settings/usage_preview.h"
+#include "app/updates/automatic_updates.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/store_switch.h"
 
@@ -25,11 +26,21 @@ void addUsage(SettingsPage& page, AppContext& context) {
   usage->addWide(makeUsagePreview(context.analytics));
 }
 
+/// Who is asked for newer versions without a key press, if anybody is.
+void addUpdates(SettingsPage& page, const Updater& updater) {
+  const UpdateSource source = UpdateSource::ofThisBuild();
+  if (!source.serves(updater)) return;
+  page.addNote(
+      u"At its start and once a day Vantle asks %1 whether there is a newer version, and downloads it. Nothing of "
+      u"yours goes with that."_s.arg(source.folder.host()));
+}
+
 void addTools(SettingsPage& page, const SystemInfo& system) {
   SettingsSection* tools = page.addSection(u"What each tool sends"_s);
   addToolDisclosures(*tools, system);
   page.addNote(
-      u"Nothing else leaves %1, and nothing before you press a shortcut or a button. Which service that goes to "
+      u"Nothing else of yours leaves %1, and nothing before you press a shortcut or a button. Which service that goes "
+      u"to "
       u"stands in General; a credential that you entered there goes with it."_s.arg(system.thisComputer()));
 }
 
@@ -54,5 +65,6 @@ QWidget* makePrivacyPage(AppContext& context, SettingsSelection&) {
   addUsage(*page, context);
   addData(*page, context);
   addTools(*page, *context.platform.systemInfo);
+  addUpdates(*page, *context.platform.updater);
   return page;
 }

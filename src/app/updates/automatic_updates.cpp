@@ -37,12 +37,15 @@ UpdateSource UpdateSource::ofThisBuild() {
   return {QUrl(QStringLiteral(VANTLE_UPDATE_FOLDER)), QStringLiteral(VANTLE_UPDATE_PUBLISHER)};
 }
 
+bool UpdateSource::serves(const Updater& updater) const {
+  return !updater.downloadName().isEmpty() && !publisher.isEmpty() && isSafe(folder);
+}
+
 AutomaticUpdates::AutomaticUpdates(Services services, UpdateSource source, QString running, QString folder)
     : services_(services), source_(std::move(source)), running_(std::move(running)), folder_(std::move(folder)) {}
 
 void AutomaticUpdates::start() {
-  if (services_.updater.downloadName().isEmpty() || source_.publisher.isEmpty() || !isSafe(source_.folder)) return;
-  look();
+  if (source_.serves(services_.updater)) look();
 }
 
 void AutomaticUpdates::look() {

@@ -22,6 +22,8 @@ struct UpdateSource {
   QString publisher;
 
   static UpdateSource ofThisBuild();
+  /// Whether an installation that `updater` looks after is brought up to date from here.
+  bool serves(const Updater& updater) const;
 };
 
 /// Downloads a newer version in the background, at the start and once a day, and tells the user when one is there: only
