@@ -58,7 +58,8 @@ offered() {
   optional=$(packages "$1" | sed -n 's/?$//p')
   shift
   for name in "$@"; do
-    grep -qxF -- "$name" <<<"$optional" && ! apt-cache show "$name" >/dev/null 2>&1 || echo "$name"
+    # "show" is content with a name that others only mention.
+    grep -qxF -- "$name" <<<"$optional" && [ -z "$(apt-cache madison "$name")" ] || echo "$name"
   done
 }
 
