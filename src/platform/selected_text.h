@@ -20,6 +20,8 @@ class SelectedText {
   /// Whether the copy shortcut does nothing but copy there: what runs in a terminal would be interrupted by it. Where
   /// it is not, `read` is the only way.
   virtual bool isCopiedByShortcut([[maybe_unused]] KeyTarget target) const { return true; }
+  /// Whether each line that is typed there would be run as a command.
+  virtual bool runsLines(KeyTarget target) const { return !isCopiedByShortcut(target); }
   /// Answers, later, with the text that is selected there; nothing where there is none, or where only a copy can tell.
   virtual void read([[maybe_unused]] KeyTarget target, const JobRef& job, Answer answer) {
     job.later([answer = std::move(answer)] { answer(std::nullopt); });

@@ -73,6 +73,8 @@ void returnActivation(void* application);
 void releaseApplication(void* application);
 /// The process of the application that keys go to, 0 when that is this one or there is none.
 int32_t activeProcess();
+/// Hands over the bundle identifier of the application with that process; nothing for a program that is in no bundle.
+void bundleOfProcess(int32_t process, void (*take)(void* context, const char* identifier), void* context);
 
 // Permissions.
 

@@ -8,6 +8,7 @@ namespace mac {
 std::unique_ptr<HotkeyBackend> makeHotkeys();
 std::unique_ptr<KeyEvents> makeKeyEvents();
 std::unique_ptr<KeyTargets> makeKeyTargets();
+std::unique_ptr<SelectedText> makeSelectedText();
 std::unique_ptr<KeyLegends> makeKeyLegends();
 std::unique_ptr<PanelWindow> makePanelWindow();
 std::unique_ptr<Permissions> makePermissions();

@@ -1,3 +1,8 @@
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
 #include "platform/mac/mac_api.h"
 #include "platform/mac/mac_backends.h"
 #include "platform/mac/main_thread.h"
@@ -10,6 +15,25 @@ namespace {
 class MacKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return static_cast<KeyTarget>(mac::activeProcess()); }
+};
+
+/// Terminals by the start of their bundle identifiers. Those inside of editors cannot be told from the editor.
+constexpr std::array<std::string_view, 9> kTerminals = {
+    "co.zeit.hyper",         "com.apple.Terminal",    "com.github.wez.wezterm",
+    "com.googlecode.iterm2", "com.mitchellh.ghostty", "dev.warp.Warp-",
+    "net.kovidgoyal.kitty",  "org.alacritty",         "org.tabby",
+};
+
+/// Everything is copied by ⌘C, in terminals too.
+class MacSelectedText final : public SelectedText {
+ public:
+  bool runsLines(KeyTarget target) const override {
+    std::string bundle;
+    mac::bundleOfProcess(
+        static_cast<std::int32_t>(target),
+        [](void* context, const char* identifier) { *static_cast<std::string*>(context) = identifier; }, &bundle);
+    return std::ranges::any_of(kTerminals, [&bundle](std::string_view start) { return bundle.starts_with(start); });
+  }
 };
 
 /// Global shortcuts are positions there, whatever the layout has on the keys.
@@ -61,4 +85,5 @@ class MacKeyLegends final : public KeyLegends {
 }  // namespace
 
 std::unique_ptr<KeyTargets> mac::makeKeyTargets() { return std::make_unique<MacKeyTargets>(); }
+std::unique_ptr<SelectedText> mac::makeSelectedText() { return std::make_unique<MacSelectedText>(); }
 std::unique_ptr<KeyLegends> mac::makeKeyLegends() { return std::make_unique<MacKeyLegends>(); }

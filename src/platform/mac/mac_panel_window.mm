@@ -100,6 +100,12 @@ int32_t activeProcess() {
   return NSWorkspace.sharedWorkspace.frontmostApplication.processIdentifier;
 }
 
+void bundleOfProcess(int32_t process, void (*take)(void* context, const char* identifier), void* context) {
+  NSRunningApplication* application = [NSRunningApplication runningApplicationWithProcessIdentifier:process];
+  const char* identifier = application.bundleIdentifier.UTF8String;
+  if (identifier) take(context, identifier);
+}
+
 // The window server learns that a panel is non-activating when the panel is made, and Qt makes it without: a click into
 // the panel may activate the application after all, so what was active before is remembered and made active again.
 void returnActivation(void* application) {

@@ -23,6 +23,7 @@ Platform makePlatform() {
   platform.credentials = makeKeychainVault();
   platform.keyLegends = mac::makeKeyLegends();
   platform.keyTargets = mac::makeKeyTargets();
+  platform.selectedText = mac::makeSelectedText();
   platform.pasteboard = std::make_unique<MacPasteboard>();
   platform.screenGrabber = std::make_unique<MacScreenGrabber>();
   return platform;

@@ -53,8 +53,7 @@ void TypingSelectionReplacer::look(Place place) {
 /// A terminal takes each line as a command.
 bool TypingSelectionReplacer::wouldRunLines(const Replacement& replacement) const {
   const QString typed = withoutReturnAtEnd(replacement.result, replacement.selection);
-  return std::ranges::any_of(typed, isLineBreak) &&
-         !services_.selectedText.isCopiedByShortcut(replacement.selection.owner);
+  return std::ranges::any_of(typed, isLineBreak) && services_.selectedText.runsLines(replacement.selection.owner);
 }
 
 void TypingSelectionReplacer::type(Place place) {

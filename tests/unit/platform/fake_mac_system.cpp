@@ -104,6 +104,9 @@ bool writePasteboardPieces(const PasteboardPiece* pieces, std::uint32_t count) {
   return true;
 }
 std::int32_t activeProcess() { return fake->activeProcess; }
+void bundleOfProcess(std::int32_t process, void (*take)(void*, const char*), void* context) {
+  if (fake->bundles.contains(process)) take(context, fake->bundles[process].constData());
+}
 bool playSound(const char*) { return true; }
 void beep() {}
 LoginItem loginItemState() { return fake->loginItem; }

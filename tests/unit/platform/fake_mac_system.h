@@ -68,6 +68,7 @@ struct FakeSystem {
   std::vector<PasteboardFlavour> pieces;
   int pasteboardChanges = 0;
   std::int32_t activeProcess = 0;
+  std::map<std::int32_t, QByteArray> bundles;
   /// Pages of the privacy settings on which this program is switched on.
   QStringList allowed;
   /// Prompts and pages that were asked for.

@@ -315,6 +315,14 @@ class MacPlatformTest : public QObject {
     QVERIFY(fake->pieces.empty());
   }
 
+  void terminalsAreKnownByTheirBundle() {
+    fake->bundles = {{1, "com.apple.Terminal"}, {2, "dev.warp.Warp-Stable"}, {3, "com.apple.TextEdit"}};
+    const auto runsLines = [this](int process) { return platform_->selectedText->runsLines(KeyTarget(process)); };
+    QVERIFY(runsLines(1) && runsLines(2));
+    QVERIFY(!runsLines(3) && !runsLines(4));
+    QVERIFY(platform_->selectedText->isCopiedByShortcut(KeyTarget(1)));
+  }
+
   void keysGoToTheApplicationInFront() {
     QCOMPARE(platform_->keyTargets->current(), KeyTarget::none);
     fake->activeProcess = 4711;

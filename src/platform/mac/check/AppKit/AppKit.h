@@ -145,7 +145,9 @@ OPTION_SET(NSUInteger, NSApplicationActivationOptions){
 
 @interface NSRunningApplication : NSObject
 @property(class, readonly, strong) NSRunningApplication* currentApplication SINCE(10.6);
++ (nullable instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid SINCE(10.6);
 @property(readonly) pid_t processIdentifier SINCE(10.6);
+@property(nullable, readonly, copy) NSString* bundleIdentifier SINCE(10.6);
 - (BOOL)activateFromApplication:(NSRunningApplication*)application
                         options:(NSApplicationActivationOptions)options SINCE(14.0);
 @end
