@@ -33,7 +33,8 @@ class Application:
     def __init__(self, binary, network=None, accessible=True):
         self.binary = str(Path(binary).resolve())
         self.network = network
-        self.home = tempfile.TemporaryDirectory(prefix="vantle-e2e-")
+        # The service that the program has started may be ending still when the folder goes.
+        self.home = tempfile.TemporaryDirectory(prefix="vantle-e2e-", ignore_cleanup_errors=True)
         self.process = None
         self.successor = None
         home = Path(self.home.name)

@@ -23,7 +23,7 @@ def opens_the_settings(world):
 
 
 def records_a_shortcut(world):
-    """Recording: Escape keeps the old one, another tool's is refused without starting it, a free one is taken"""
+    """Recording: Escape keeps the old one, another tool's is refused without starting it, a free one is taken and given back"""
     world.desktop.press("Ctrl+Alt+t")
     until("the settings window is shown", lambda: world.titled("Settings"))
     start_recording(world)
@@ -48,6 +48,16 @@ def records_a_shortcut(world):
     world.close_palette()
     world.desktop.press("Ctrl+Alt+Return")
     stays("the old one no longer does", lambda: not world.palette(), 0.3)
+
+    world.desktop.press("Ctrl+Alt+t")
+    until("the settings window is shown", lambda: world.titled("Settings"))
+    start_recording(world)
+    world.desktop.press("Ctrl+Alt+Return")
+    world.see("⌃⌥↩")
+    world.close_window("Settings")
+    world.terminal.focus()
+    world.summon_palette()
+    world.close_palette()
 
 
 def start_recording(world):
