@@ -29,9 +29,8 @@ std::optional<UpdateOffer> UpdateOffer::read(const QByteArray& description, cons
                                              const QString& running) {
   const QJsonObject object = QJsonDocument::fromJson(description).object();
   const QString file = object["file"_L1].toString();
-  const UpdateOffer offer{object["version"_L1].toString(), address.resolved(QUrl(file)),
-                          QByteArray::fromHex(object["sha256"_L1].toString().toLatin1()),
-                          object["bytes"_L1].toInteger()};
+  UpdateOffer offer{object["version"_L1].toString(), address.resolved(QUrl(file)),
+                    QByteArray::fromHex(object["sha256"_L1].toString().toLatin1()), object["bytes"_L1].toInteger()};
   const bool isNewer = number(offer.version) > number(running);
   const bool isWhole = offer.digest.size() == QCryptographicHash::hashLength(QCryptographicHash::Sha256);
   if (!isNewer || !isWhole || !isFileName(file) || offer.bytes <= 0 || offer.bytes > kLargest) return std::nullopt;
