@@ -42,7 +42,8 @@ class AnswerTextView : public QTextBrowser {
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void changeEvent(QEvent* event) override;
-  /// Past its stops to whatever comes next, and not round among its links.
+  /// Past its stops to whatever comes next, and not round among its links, as the browser would go.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 
  private:

@@ -51,8 +51,9 @@ struct Window {
   AppPreferences preferences{world.services.folders.file(u"app-settings.json"_s)};
   QSettings defaults{world.path(u"defaults.ini"_s), QSettings::IniFormat};
   FakePanelWindow native;
-  BulkUploadPanelController controller{{world.client, pasteboard, toasts, preferences, launcher, [](auto, auto) {}},
-                                       [this] { return borrowed(panel); }};
+  BulkUploadPanelController controller{
+      {world.client, pasteboard, toasts, preferences, launcher, [](const auto&, const auto&) {}},
+      [this] { return borrowed(panel); }};
   BulkUploadPanel panel{native, defaults, controller};
 };
 
