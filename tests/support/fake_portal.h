@@ -110,7 +110,7 @@ class FakePortal {
     QMetaObject::invokeMethod(&object_, work, Qt::BlockingQueuedConnection);
   }
 
-  bool handle(const QDBusMessage& message, QDBusConnection connection) {
+  bool handle(const QDBusMessage& message, const QDBusConnection& connection) {
     if (message.member() == QStringLiteral("Get")) {
       const auto reply = message.createReply(QVariant::fromValue(QDBusVariant(version.load())));
       const auto refusal = message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such interface"));
