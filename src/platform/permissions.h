@@ -30,6 +30,10 @@ enum class PermissionState {
   unavailable,
 };
 
+/// The file of Vantle's folder in which a desktop's word for "may type" is kept, where it gives one. Whoever has that
+/// word may type, too.
+inline constexpr QLatin1StringView kTypingPermissionFile{"typing-permission"};
+
 /// What the system lets this process do. Main thread only.
 class Permissions {
  public:

@@ -13,6 +13,17 @@ from driver.provider import IMAGE_MODEL, MODEL
 from driver.waiting import until
 
 
+def stream(*sent):
+    """What a provider does that sends these events and ends."""
+
+    def answer(handler, _):
+        handler.begin_events()
+        for one in sent:
+            handler.event(one)
+
+    return answer
+
+
 class Answers(AITest):
     def test_a_question_with_its_history(self):
         history = [{"question": "first?", "answer": "one"}, {"question": "second?", "answer": "two"}]
@@ -199,14 +210,6 @@ class Faults(ProviderTest):
         def chunk(text):
             return {"choices": [{"delta": {"content": text}}]}
 
-        def stream(*sent):
-            def answer(handler, _):
-                handler.begin_events()
-                for one in sent:
-                    handler.event(one)
-
-            return answer
-
         self.fails(stream(), "empty answer", headers=EVENTS)
         self.fails(stream(chunk(" "), chunk("\n"), "[DONE]"), "empty answer", headers=EVENTS)
         self.fails(stream({"error": {"message": "overloaded"}}), "overloaded", headers=EVENTS)
@@ -323,14 +326,6 @@ class Messages(ProviderTest):
     def test_streams_that_break(self):
         def piece(text):
             return {"type": "content_block_delta", "index": 0, "delta": {"type": "text_delta", "text": text}}
-
-        def stream(*sent):
-            def answer(handler, _):
-                handler.begin_events()
-                for one in sent:
-                    handler.event(one)
-
-            return answer
 
         self.fails(stream({"type": "message_stop"}), "empty answer", headers=EVENTS)
         half = json.dumps(piece("c"))[:-9]

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Vantle in a Wayland session with the real desktop portal: it hands out shortcuts, and text reaches Wayland programs."""
 
-import argparse
 import json
 import os
 import subprocess
@@ -13,7 +12,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from driver import compositor  # noqa: E402
 from driver.virtual_keyboard import VirtualKeyboard  # noqa: E402
-from driver.waiting import StepFailed, expect, until  # noqa: E402
+from driver.waiting import expect, until  # noqa: E402
 
 PORTAL = "/usr/libexec/xdg-desktop-portal"
 SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true}'
@@ -200,17 +199,6 @@ def skip_where_impossible():
         sys.exit(compositor.SKIPPED)
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--vantle", required=True)
-    arguments = parser.parse_args()
-    skip_where_impossible()
-    with compositor.PrivateSession() as session:
-        try:
-            Test(arguments.vantle, session).run()
-        except StepFailed as failure:
-            sys.exit(f"failed: {failure}")
-
-
 if __name__ == "__main__":
-    main()
+    skip_where_impossible()
+    compositor.run(__doc__, Test)

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Vantle in a Wayland session: what `vantle doctor` prints binds its shortcuts, and its panels get the keyboard."""
 
-import argparse
 import json
 import os
 import re
@@ -11,7 +10,7 @@ import time
 
 from driver import compositor
 from driver.virtual_keyboard import VirtualKeyboard
-from driver.waiting import StepFailed, expect, until
+from driver.waiting import expect, until
 
 SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true, "hotkeys": {"feedback": {"keyCode": 96, "carbonModifiers": 256}}}'
 
@@ -135,17 +134,6 @@ class Test:
         return int(re.search(r"Height: (\d+)", told)[1]) if "IsViewable" in told else 0
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--vantle", required=True)
-    arguments = parser.parse_args()
-    compositor.skip_where_impossible()
-    with compositor.PrivateSession() as session:
-        try:
-            Test(arguments.vantle, session).run()
-        except StepFailed as failure:
-            sys.exit(f"failed: {failure}")
-
-
 if __name__ == "__main__":
-    main()
+    compositor.skip_where_impossible()
+    compositor.run(__doc__, Test)

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Vantle under a Wayland compositor that lays windows over one another: its panels are shown, and go."""
 
-import argparse
 import subprocess
 import sys
 from pathlib import Path
@@ -9,7 +8,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from driver import compositor  # noqa: E402
-from driver.waiting import StepFailed, expect, until  # noqa: E402
+from driver.waiting import expect, until  # noqa: E402
 
 SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true}'
 
@@ -50,17 +49,6 @@ class Test:
         return "IsViewable" in told
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--vantle", required=True)
-    arguments = parser.parse_args()
-    compositor.skip_where_impossible(compositor.NEEDED_OF_WESTON)
-    with compositor.WestonSession() as session:
-        try:
-            Test(arguments.vantle, session).run()
-        except StepFailed as failure:
-            sys.exit(f"failed: {failure}")
-
-
 if __name__ == "__main__":
-    main()
+    compositor.skip_where_impossible(compositor.NEEDED_OF_WESTON)
+    compositor.run(__doc__, Test, compositor.WestonSession)

@@ -195,15 +195,18 @@ class FakeKeyTargets final : public KeyTargets {
   };
 };
 
-/// Hands over `text`; `isTerminal` is where the copy shortcut means something else.
+/// Hands over `text`. In a terminal each line is run, and the copy shortcut means something else, but not on all
+/// systems.
 class FakeSelectedText final : public SelectedText {
  public:
-  bool isCopiedByShortcut(KeyTarget) const override { return !isTerminal; }
+  bool isCopiedByShortcut(KeyTarget) const override { return !isTerminal || copiesInTerminals; }
+  bool runsLines(KeyTarget) const override { return isTerminal; }
   void read(KeyTarget, const JobRef& job, Answer answer) override {
     job.later([this, answer = std::move(answer)] { answer(text); });
   }
   std::optional<QString> text;
   bool isTerminal = false;
+  bool copiesInTerminals = false;
 };
 
 class FakeSounds final : public Sounds {

@@ -39,9 +39,8 @@ void addTools(SettingsPage& page, const SystemInfo& system) {
   SettingsSection* tools = page.addSection(u"What each tool sends"_s);
   addToolDisclosures(*tools, system);
   page.addNote(
-      u"Nothing else of yours leaves %1, and nothing before you press a shortcut or a button. Which service that goes "
-      u"to "
-      u"stands in General; a credential that you entered there goes with it."_s.arg(system.thisComputer()));
+      u"Nothing else of yours leaves %1, and nothing before you press a shortcut or a button. Which service that "
+      u"goes to stands in General; a credential that you entered there goes with it."_s.arg(system.thisComputer()));
 }
 
 void addData(SettingsPage& page, AppContext& context) {

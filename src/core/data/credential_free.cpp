@@ -7,6 +7,7 @@
 #include <array>
 
 #include "base/json_file.h"
+#include "platform/permissions.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +44,7 @@ QJsonValue emptied(const QJsonValue& value) {
 }  // namespace
 
 Credentials credentialsIn(const QString& fileName) {
+  if (fileName.startsWith(kTypingPermissionFile)) return Credentials::unknown;
   for (const auto name : kFiles) {
     if (fileName.compare(name, Qt::CaseInsensitive) == 0) return Credentials::known;
     // "services.json.corrupt", or what a save that was killed has left.

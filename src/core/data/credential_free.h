@@ -10,7 +10,7 @@ enum class Credentials {
   none,
   /// In members that can be emptied.
   known,
-  /// An unreadable or half-written copy of such a file.
+  /// An unreadable or half-written copy of such a file, or one that is nothing else.
   unknown,
 };
 

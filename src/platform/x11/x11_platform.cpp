@@ -48,7 +48,7 @@ std::unique_ptr<PortalTypist> makeTypist(const X11Session& session, const std::s
                                          std::function<bool()> isPanelTyping) {
   const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
   return std::make_unique<PortalTypist>(
-      QDBusConnection::sessionBus(), portal, data + u"/Vantle/typing-permission"_s,
+      QDBusConnection::sessionBus(), portal, data + u"/Vantle/"_s + kTypingPermissionFile,
       PortalTypist::Sources{[session] { return compositorLayout(session); }, std::move(isPanelTyping)});
 }
 

@@ -1,5 +1,6 @@
 """A private Wayland session without a screen: a compositor, XWayland and a message bus, all ended with the block that uses it."""
 
+import argparse
 import json
 import os
 import re
@@ -130,3 +131,15 @@ class WestonSession(PrivateSession):
     def _display_in(log):
         found = re.search(r"xserver listening on display (:\d+)", log)
         return found and found[1]
+
+
+def run(description, test, session=PrivateSession):
+    """The whole of a test program: `test` gets the path of vantle and the session that it runs in."""
+    parser = argparse.ArgumentParser(description=description)
+    parser.add_argument("--vantle", required=True)
+    arguments = parser.parse_args()
+    with session() as running:
+        try:
+            test(arguments.vantle, running).run()
+        except StepFailed as failure:
+            sys.exit(f"failed: {failure}")

@@ -8,6 +8,7 @@
 
 #include "core/tools/tool.h"
 #include "core/ui/control_style.h"
+#include "core/ui/footer_hints.h"
 #include "core/ui/icon.h"
 #include "core/ui/search_field.h"
 #include "core/ui/theme.h"
@@ -143,6 +144,21 @@ class SharedWidgetsTest : public QObject {
     QCOMPARE(lines.size(), 3);
     QVERIFY(lines.last().endsWith(u'…'));
     for (const QString& line : lines) QVERIFY(QFontMetrics(font).horizontalAdvance(line) <= 200);
+  }
+
+  void howToLeaveStaysInANarrowFooter() {
+    const KeyHint first{{u"⌘"_s, u"S"_s}, u"snip"_s};
+    const KeyHint second{{u"⌘"_s, u"N"_s}, u"start over"_s};
+    const KeyHint last{{u"esc"_s}, u"close"_s};
+    const auto drawn = [](std::vector<KeyHint> hints, int width) {
+      FooterHints footer(std::move(hints));
+      footer.resize(width, FooterHints::kHeight);
+      return footer.grab().toImage();
+    };
+    QCOMPARE(drawn({first, second, last}, 220), drawn({first, last}, 220));
+    QCOMPARE(drawn({first, second, last}, 120), drawn({last}, 120));
+    QVERIFY(drawn({first, second, last}, 600) != drawn({first, last}, 600));
+    QCOMPARE(drawn({last}, 30), drawn({}, 30));
   }
 };
 

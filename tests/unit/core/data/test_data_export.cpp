@@ -48,11 +48,13 @@ class TestDataExport : public QObject {
     writeFile(data_ + u"/Uplink/config.json"_s, R"({"endpoint":"two.example","token":"secret-3"})");
     writeFile(data_ + u"/Uplink/config.json.corrupt"_s, R"({"token":"secret-4")");
     writeFile(data_ + u"/Feedback/config.json"_s, "secret-5");
+    writeFile(data_ + u"/typing-permission"_s, "secret-6");
     const auto exported = exportNow();
     QVERIFY(exported);
     QStringList leftOut = exported->leftOut;
     leftOut.sort();
-    QCOMPARE(leftOut, (QStringList{u"Feedback/config.json"_s, u"Uplink/config.json.corrupt"_s}));
+    QCOMPARE(leftOut,
+             (QStringList{u"Feedback/config.json"_s, u"Uplink/config.json.corrupt"_s, u"typing-permission"_s}));
     const QByteArray services = readFile(exported->folder + u"/services.json"_s);
     const QJsonObject object = QJsonDocument::fromJson(services).object();
     QVERIFY(object.contains("token"_L1) && !services.contains("secret"));

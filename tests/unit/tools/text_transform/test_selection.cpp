@@ -171,9 +171,16 @@ class SelectionTest : public QObject {
     QCOMPARE(world.outcomes.at(2).value(), Outcome::copied);
   }
 
+  void aTerminalGetsALineButNotSeveral_data() {
+    QTest::addColumn<bool>("copiesInTerminals");
+    QTest::newRow("where the copy shortcut interrupts") << false;
+    QTest::newRow("where it copies") << true;
+  }
   void aTerminalGetsALineButNotSeveral() {
+    QFETCH(const bool, copiesInTerminals);
     World world;
     world.selectedText.isTerminal = true;
+    world.selectedText.copiesInTerminals = copiesInTerminals;
     world.replace(u"rm -rf x\necho done"_s);
     world.pass(150ms);
     QCOMPARE(world.outcomes.at(0).value(), Outcome::copied);
