@@ -87,7 +87,8 @@ class XClient {
   /// Opens a window as any application does; the window manager activates it.
   void openWindow(int x, int y, int width, int height) {
     const auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
-    const std::uint32_t values[] = {screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS};
+    const std::uint32_t values[] = {
+        screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_PROPERTY_CHANGE};
     window_ = xcb_generate_id(connection_);
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, root_, static_cast<std::int16_t>(x),
                       static_cast<std::int16_t>(y), static_cast<std::uint16_t>(width),
@@ -126,6 +127,12 @@ class XClient {
     sync();
   }
 
+  /// Returns once the server's clock has moved on: what follows is later than all that was.
+  void waitForNextTick() {
+    const xcb_timestamp_t before = serverTime();
+    while (serverTime() == before) continue;
+  }
+
   /// Keys and buttons that the own window has got since it was opened.
   const std::vector<xcb_keycode_t>& keysReceived() {
     collect();
@@ -157,8 +164,16 @@ class XClient {
     while (const auto event = Owned<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
       if (event->response_type == XCB_KEY_PRESS)
         keys_.push_back(reinterpret_cast<const xcb_key_press_event_t&>(*event).detail);
+      if (event->response_type == XCB_PROPERTY_NOTIFY)
+        time_ = reinterpret_cast<const xcb_property_notify_event_t&>(*event).time;
       clicks_ += event->response_type == XCB_BUTTON_PRESS ? 1 : 0;
     }
+  }
+  /// Told with any change of a property of the own window.
+  xcb_timestamp_t serverTime() {
+    setProperty("VANTLE_TEST_TIME", {});
+    collect();
+    return time_;
   }
 
   xcb_connection_t* connection_;
@@ -167,4 +182,5 @@ class XClient {
   xcb_window_t window_ = XCB_WINDOW_NONE;
   std::vector<xcb_keycode_t> keys_;
   int clicks_ = 0;
+  xcb_timestamp_t time_ = 0;
 };

@@ -58,7 +58,8 @@ class World:
     def _open_window(self):
         window = self.desktop.root.create_window(100, 100, 300, 200, 0, 24, background_pixel=0x3377CC)
         window.map()
-        self.desktop.display.sync()
+        # A manager that has only just started, or is taking up new monitors, may leave a new window without the focus.
+        self.desktop.activate(window.id)
         until("the window is active", lambda: self.desktop.active_window() == window.id)
         return window
 

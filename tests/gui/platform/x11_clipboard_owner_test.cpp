@@ -70,6 +70,7 @@ class X11ClipboardOwnerTest : public QObject {
 
     const auto watch = X11InputWatch::open();
     QVERIFY(watch && !watch->firstTouch());
+    client.waitForNextTick();
     // Whoever has the keyboard.
     QVERIFY(client.takeWholeKeyboard());
     client.tap(client.keyCode('a'));
