@@ -4,6 +4,8 @@
 #include <QDBusVariant>
 #include <QTimer>
 
+#include <algorithm>
+
 #include "platform/portal/portal_names.h"
 #include "platform/portal/portal_request.h"
 
@@ -14,8 +16,9 @@ namespace {
 
 /// A portal that runs answers within a few milliseconds, one that has to be started within some hundred.
 constexpr auto kVersionPatience = 500ms;
-/// Who asks starts it, where nobody else is about to.
-constexpr auto kBeforeReviving = 2s;
+/// A portal that crashes as it starts may do so each time.
+constexpr std::chrono::milliseconds kShortLife = 1min;
+constexpr std::chrono::milliseconds kMostBeforeReviving = 10min;
 
 bool isYes(const QDBusMessage& answer) {
   const QVariant version = answer.arguments().value(0).value<QDBusVariant>().variant();
@@ -24,8 +27,10 @@ bool isYes(const QDBusMessage& answer) {
 
 }  // namespace
 
-Portal::Portal(QDBusConnection bus)
-    : bus_(std::move(bus)), watcher_(portal_names::kService, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
+Portal::Portal(QDBusConnection bus, std::chrono::milliseconds beforeReviving)
+    : bus_(std::move(bus)),
+      watcher_(portal_names::kService, bus_, QDBusServiceWatcher::WatchForOwnerChange),
+      beforeReviving_(beforeReviving) {
   connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, &Portal::followOwner);
 }
 
@@ -61,9 +66,15 @@ void Portal::take(const QString& interface, const QDBusMessage& answer) {
 
 void Portal::followOwner(const QString&, const QString& before, const QString& after) {
   if (!before.isEmpty()) endAll();
-  if (!after.isEmpty()) return askAgain();
+  if (after.isEmpty()) return reviveLater();
+  shortLife_.setRemainingTime(kShortLife);
+  askAgain();
+}
+
+void Portal::reviveLater() {
+  revivalWait_ = shortLife_.hasExpired() ? beforeReviving_ : std::min(revivalWait_ * 2, kMostBeforeReviving);
   revival_ = Job::start();
-  QTimer::singleShot(kBeforeReviving, revival_.scope(), revival_.bind([this] { askAgain(); }));
+  QTimer::singleShot(revivalWait_, revival_.scope(), revival_.bind([this] { askAgain(); }));
 }
 
 void Portal::endAll() {

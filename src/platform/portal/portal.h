@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QVariantMap>
 
@@ -48,7 +49,11 @@ class Portal : public QObject {
  public:
   using Done = std::function<void(std::expected<QVariantMap, PortalError>)>;
 
-  explicit Portal(QDBusConnection bus);
+  /// Who asks starts it, where nobody else is about to.
+  static constexpr std::chrono::milliseconds kBeforeReviving{2'000};
+
+  /// One that has ended is asked for again after `beforeReviving`, and after twice as long each time it does not last.
+  explicit Portal(QDBusConnection bus, std::chrono::milliseconds beforeReviving = kBeforeReviving);
 
   /// Whether the portal has that interface (as in PortalCall), as far as that is known. Never waits: asks if nobody
   /// has, and `told` says when the answer is there. It holds until another portal takes its place.
@@ -76,6 +81,7 @@ class Portal : public QObject {
   void followOwner(const QString& service, const QString& before, const QString& after);
   void endAll();
   void askAgain();
+  void reviveLater();
   QStringList interfaces() const;
 
   QDBusConnection bus_;
@@ -85,4 +91,8 @@ class Portal : public QObject {
   Job questions_ = Job::start();
   /// After its end.
   Job revival_;
+  const std::chrono::milliseconds beforeReviving_;
+  std::chrono::milliseconds revivalWait_{};
+  /// Until then a portal's life has been a short one.
+  QDeadlineTimer shortLife_;
 };

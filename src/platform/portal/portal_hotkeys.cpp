@@ -1,8 +1,6 @@
 #include "platform/portal/portal_hotkeys.h"
 
-#include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QRandomGenerator>
 #include <QTimer>
 
 #include <algorithm>
@@ -38,23 +36,17 @@ QString triggerOf(std::uint32_t keyCode, std::uint32_t carbonModifiers) {
   return trigger + keysymName(*key);
 }
 
-/// A path, whether the portal calls it one or a text.
-QString pathIn(const QVariant& value) {
-  return value.canConvert<QDBusObjectPath>() ? value.value<QDBusObjectPath>().path() : value.toString();
-}
-
 }  // namespace
 
 PortalHotkeys::PortalHotkeys(QDBusConnection bus, std::shared_ptr<Portal> portal, std::unique_ptr<HotkeyBackend> inner)
-    : bus_(std::move(bus)), portal_(std::move(portal)), inner_(std::move(inner)) {
+    : bus_(std::move(bus)), portal_(std::move(portal)), inner_(std::move(inner)), session_(bus_, portal_, kInterface) {
   // By its name too, which is how a slot's arguments are looked up.
   qRegisterMetaType<QDBusObjectPath>();
   qDBusRegisterMetaType<PortalShortcut>();
   qDBusRegisterMetaType<PortalShortcuts>();
   connect(portal_.get(), &Portal::told, this, &PortalHotkeys::follow);
+  connect(&session_, &PortalSession::closed, this, &PortalHotkeys::sessionClosed);
 }
-
-PortalHotkeys::~PortalHotkeys() { closeSession(); }
 
 void PortalHotkeys::install(Pressed pressed) {
   pressed_ = pressed;
@@ -103,45 +95,40 @@ void PortalHotkeys::bindSoon() {
 
 /// A session takes combinations once.
 void PortalHotkeys::bind() {
-  closeSession();
+  session_.close();
+  forget();
   if (!wanted_.empty() && !isAllBound()) openSession();
 }
 
 void PortalHotkeys::openSession() {
-  isListening_ = isListening_ ||
-                 bus_.connect(portal_names::kService, portal_names::kObject, portal_names::kPrefix + kInterface,
-                              u"Activated"_s, this, SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
-  const QString token = u"vantle%1"_s.arg(QRandomGenerator::global()->generate64(), 0, 16);
-  PortalCall call{kInterface, u"CreateSession"_s, {}, {{u"session_handle_token"_s, token}}};
-  portal_->request(std::move(call), run_, [this](const auto& answer) {
-    const QString session = answer ? pathIn(answer->value(u"session_handle"_s)) : QString();
-    if (session.startsWith(u'/')) return bindIn(session);
-    qCInfo(lcPlatform).noquote() << "No shortcuts of the desktop:"
-                                 << (answer ? u"no session"_s : answer.error().reason);
+  listen();
+  session_.open(run_, [this](const auto& session) {
+    if (session) return bindWishes();
+    qCInfo(lcPlatform).noquote() << "No shortcuts of the desktop:" << session.error().reason;
   });
 }
 
-void PortalHotkeys::bindIn(const QString& session) {
-  session_ = session;
-  listen(session, true);
+void PortalHotkeys::listen() {
+  isListening_ = isListening_ ||
+                 bus_.connect(portal_names::kService, portal_names::kObject, portal_names::kPrefix + kInterface,
+                              u"Activated"_s, this, SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
+}
+
+void PortalHotkeys::bindWishes() {
   std::map<QString, Wanted> asked;
   for (const auto& [id, wanted] : wanted_) asked.emplace(wanted.shortcut, wanted);
   PortalShortcuts shortcuts;
   for (const auto& [name, wanted] : asked)
     shortcuts.append({name, {{u"description"_s, wanted.name}, {u"preferred_trigger"_s, wanted.trigger}}});
-  PortalCall call{kInterface,
-                  u"BindShortcuts"_s,
-                  {QVariant::fromValue(QDBusObjectPath(session)), QVariant::fromValue(shortcuts), QString()},
-                  {},
-                  kPatience};
-  portal_->request(std::move(call), run_, [this, asked](const auto& answer) { keep(answer, asked); });
+  PortalCall call{kInterface, u"BindShortcuts"_s, {QVariant::fromValue(shortcuts), QString()}, {}, kPatience};
+  session_.request(std::move(call), run_, [this, asked](const auto& answer) { keep(answer, asked); });
 }
 
 void PortalHotkeys::keep(const std::expected<QVariantMap, PortalError>& answer,
                          const std::map<QString, Wanted>& asked) {
   if (!answer) {
     qCInfo(lcPlatform).noquote() << "No shortcuts of the desktop:" << answer.error().reason;
-    return closeSession();
+    return session_.close();
   }
   for (const PortalShortcut& given : qdbus_cast<PortalShortcuts>(answer->value(u"shortcuts"_s))) {
     const auto wish = asked.find(given.id);
@@ -152,31 +139,14 @@ void PortalHotkeys::keep(const std::expected<QVariantMap, PortalError>& answer,
   if (changed_) changed_();
 }
 
-void PortalHotkeys::closeSession() {
-  const QString session = session_;
-  forgetSession();
-  if (session.isEmpty()) return;
-  bus_.send(QDBusMessage::createMethodCall(portal_names::kService, session, portal_names::kSession, u"Close"_s));
-}
-
-void PortalHotkeys::forgetSession() {
+void PortalHotkeys::forget() {
   bound_.clear();
   triggers_.clear();
-  if (!session_.isEmpty()) listen(std::exchange(session_, {}), false);
-}
-
-/// For the end of a session.
-void PortalHotkeys::listen(const QString& path, bool isOn) {
-  const QString closed = u"Closed"_s;
-  if (isOn)
-    bus_.connect(portal_names::kService, path, portal_names::kSession, closed, this, SLOT(sessionClosed()));
-  else
-    bus_.disconnect(portal_names::kService, path, portal_names::kSession, closed, this, SLOT(sessionClosed()));
 }
 
 void PortalHotkeys::sessionClosed() {
   qCInfo(lcPlatform) << "The desktop has closed the session of the shortcuts";
-  forgetSession();
+  forget();
   if (reopenings_++ < kMostReopenings) bindSoon();
   if (changed_) changed_();
 }
@@ -184,16 +154,17 @@ void PortalHotkeys::sessionClosed() {
 /// Another portal knows nothing of the old one's session.
 void PortalHotkeys::follow(const QString& interface, bool isOffered) {
   if (interface != kInterface) return;
-  const bool hadSession = !session_.isEmpty();
+  const bool hadSession = session_.isOpen();
   run_.cancel();
-  forgetSession();
+  session_.forget();
+  forget();
   reopenings_ = 0;
   if (isOffered && !wanted_.empty()) bindSoon();
   if ((hadSession || isOffered) && changed_) changed_();
 }
 
 void PortalHotkeys::activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong, const QVariantMap&) {
-  if (session.path() != session_ || !pressed_) return;
+  if (session.path() != session_.path() || !pressed_) return;
   const auto found = std::ranges::find(wanted_, shortcut, [](const auto& entry) { return entry.second.shortcut; });
   if (found != wanted_.end()) pressed_(found->first);
 }

@@ -8,7 +8,7 @@
 #include <set>
 
 #include "platform/hotkey_backend.h"
-#include "platform/portal/portal.h"
+#include "platform/portal/portal_session.h"
 #include "platform/portal/portal_shortcut.h"
 
 /// Combinations that the desktop's portal hands out. It may give another one than was wished for, and ask the user
@@ -21,7 +21,6 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
 
  public:
   PortalHotkeys(QDBusConnection bus, std::shared_ptr<Portal> portal, std::unique_ptr<HotkeyBackend> inner);
-  ~PortalHotkeys() override;
 
   void install(Pressed pressed) override;
   std::expected<void, HotkeyRefusal> registerHotkey(std::uint32_t id, std::uint32_t keyCode,
@@ -36,7 +35,6 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
 
  private Q_SLOTS:
   void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong time, const QVariantMap& options);
-  void sessionClosed();
 
  private:
   struct Wanted {
@@ -50,11 +48,11 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
   void bindSoon();
   void bind();
   void openSession();
-  void bindIn(const QString& session);
+  void bindWishes();
+  void listen();
   void keep(const std::expected<QVariantMap, PortalError>& answer, const std::map<QString, Wanted>& asked);
-  void closeSession();
-  void forgetSession();
-  void listen(const QString& path, bool isOn);
+  void forget();
+  void sessionClosed();
   void follow(const QString& interface, bool isOffered);
 
   QDBusConnection bus_;
@@ -67,7 +65,7 @@ class PortalHotkeys final : public QObject, public HotkeyBackend {
   /// What the portal has given, by the shortcut's name: what was wished for, and how it calls what it gave.
   std::map<QString, QString> bound_;
   std::map<QString, QString> triggers_;
-  QString session_;
+  PortalSession session_;
   bool isListening_ = false;
   /// A portal that goes on closing what it has opened is left alone.
   int reopenings_ = 0;

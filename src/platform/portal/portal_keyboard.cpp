@@ -1,10 +1,8 @@
 #include "platform/portal/portal_keyboard.h"
 
 #include <QDBusMessage>
-#include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QTimer>
 
 #include <utility>
@@ -48,13 +46,14 @@ bool keepPermission(const QString& path, const QString& permission) {
 }  // namespace
 
 PortalKeyboard::PortalKeyboard(QDBusConnection bus, std::shared_ptr<Portal> portal, QString permission)
-    : bus_(std::move(bus)), portal_(std::move(portal)), permission_(std::move(permission)) {
-  connect(portal_.get(), &Portal::told, this, [this](const QString& interface, bool isOffered) {
-    if (interface == kInterface && !isOffered) sessionClosed();
+    : bus_(std::move(bus)), session_(bus_, portal, kInterface), permission_(std::move(permission)) {
+  connect(&session_, &PortalSession::closed, this, &PortalKeyboard::sessionEnded);
+  connect(portal.get(), &Portal::told, this, [this](const QString& interface, bool isOffered) {
+    if (interface != kInterface || isOffered) return;
+    session_.forget();
+    sessionEnded();
   });
 }
-
-PortalKeyboard::~PortalKeyboard() { close(); }
 
 void PortalKeyboard::open(const JobRef& job, Opened opened) {
   resting_.cancel();
@@ -63,30 +62,21 @@ void PortalKeyboard::open(const JobRef& job, Opened opened) {
   waiting_.push_back(job.bind(std::move(opened)));
   if (opening_.isRunning()) return;
   opening_ = Job::start();
-  createSession();
-}
-
-void PortalKeyboard::createSession() {
-  const QString token = u"vantle%1"_s.arg(QRandomGenerator::global()->generate64(), 0, 16);
-  request({kInterface, u"CreateSession"_s, {}, {{u"session_handle_token"_s, token}}}, [this](const auto& answer) {
-    const QVariant handle = answer.value(u"session_handle"_s);
-    const QString session =
-        handle.canConvert<QDBusObjectPath>() ? handle.value<QDBusObjectPath>().path() : handle.toString();
-    if (session.startsWith(u'/')) return selectKeyboard(session);
-    fail({PortalError::Kind::failed, u"The desktop portal gave no session"_s});
+  session_.open(opening_, [this](const auto& session) {
+    if (session) return selectKeyboard();
+    fail(session.error());
   });
 }
 
-void PortalKeyboard::selectKeyboard(const QString& session) {
-  listen(session);
+void PortalKeyboard::selectKeyboard() {
   QVariantMap options{{u"types"_s, kKeyboard}, {u"persist_mode"_s, kPersistent}};
   const QString permission = readPermission(permission_);
   if (!permission.isEmpty()) options.insert(u"restore_token"_s, permission);
-  request({kInterface, u"SelectDevices"_s, {own()}, options}, [this](const auto&) { start(); });
+  request({kInterface, u"SelectDevices"_s, {}, options}, [this](const auto&) { start(); });
 }
 
 void PortalKeyboard::start() {
-  request({kInterface, u"Start"_s, {own(), QString()}, {}, kPatience}, [this](const auto& given) { take(given); });
+  request({kInterface, u"Start"_s, {QString()}, {}, kPatience}, [this](const auto& given) { take(given); });
 }
 
 void PortalKeyboard::take(const QVariantMap& given) {
@@ -114,7 +104,7 @@ void PortalKeyboard::finish(const std::expected<void, PortalError>& result) {
 
 /// A step of the opening, which ends with the first that fails.
 void PortalKeyboard::request(PortalCall call, std::function<void(const QVariantMap&)> done) {
-  portal_->request(std::move(call), opening_, [this, done = std::move(done)](const auto& answer) {
+  session_.request(std::move(call), opening_, [this, done = std::move(done)](const auto& answer) {
     if (answer) return done(*answer);
     fail(answer.error());
   });
@@ -132,7 +122,7 @@ void PortalKeyboard::pressFrom(std::size_t index, const std::shared_ptr<const Ba
   auto call = QDBusMessage::createMethodCall(
       portal_names::kService, portal_names::kObject, portal_names::kPrefix + kInterface,
       key.by == PortalKey::By::keysym ? u"NotifyKeyboardKeysym"_s : u"NotifyKeyboardKeycode"_s);
-  call << own() << QVariantMap() << static_cast<int>(key.code) << uint{key.isPressed};
+  call << session_.handle() << QVariantMap() << static_cast<int>(key.code) << uint{key.isPressed};
   auto* answer = new QDBusPendingCallWatcher(
       bus_.asyncCall(call, static_cast<int>(std::chrono::milliseconds(kKeyPatience).count())), batch->job.scope());
   const auto answered = [this, index, batch](QDBusPendingCallWatcher* finished) {
@@ -150,30 +140,18 @@ void PortalKeyboard::rest() {
   QTimer::singleShot(kRest, resting_.scope(), resting_.bind([this] { close(); }));
 }
 
-void PortalKeyboard::listen(const QString& session) {
-  session_ = session;
-  bus_.connect(portal_names::kService, session, portal_names::kSession, u"Closed"_s, this, SLOT(sessionClosed()));
-}
-
-/// By the desktop, whose user may not want it any more, or with the portal.
-void PortalKeyboard::sessionClosed() {
-  forget();
-  if (opening_.isRunning()) finish(std::unexpected(PortalError{PortalError::Kind::failed, u"It was closed"_s}));
-}
-
 void PortalKeyboard::close() {
-  const QString session = session_;
   forget();
-  if (session.isEmpty()) return;
-  bus_.send(QDBusMessage::createMethodCall(portal_names::kService, session, portal_names::kSession, u"Close"_s));
+  session_.close();
 }
 
 void PortalKeyboard::forget() {
   isOpen_ = false;
   resting_.cancel();
-  if (session_.isEmpty()) return;
-  bus_.disconnect(portal_names::kService, std::exchange(session_, {}), portal_names::kSession, u"Closed"_s, this,
-                  SLOT(sessionClosed()));
 }
 
-QVariant PortalKeyboard::own() const { return QVariant::fromValue(QDBusObjectPath(session_)); }
+/// By the desktop, or with the portal.
+void PortalKeyboard::sessionEnded() {
+  forget();
+  if (opening_.isRunning()) finish(std::unexpected(PortalError{PortalError::Kind::failed, u"It was closed"_s}));
+}

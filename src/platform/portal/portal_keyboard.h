@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "platform/portal/portal.h"
 #include "platform/portal/portal_key_steps.h"
+#include "platform/portal/portal_session.h"
 
 /// A keyboard that the desktop's portal lends: what is pressed on it goes to whatever has the focus. The desktop asks
 /// the user, once: what he has allowed is kept in a file, and his no holds as long as this program runs. Main thread
@@ -20,7 +20,6 @@ class PortalKeyboard final : public QObject {
 
   /// `permission` is the path of the file.
   PortalKeyboard(QDBusConnection bus, std::shared_ptr<Portal> portal, QString permission);
-  ~PortalKeyboard() override;
 
   /// Tells when keys can be pressed, which the user may have to allow first; at once while they can.
   void open(const JobRef& job, Opened opened);
@@ -30,9 +29,6 @@ class PortalKeyboard final : public QObject {
   /// where it is to be had again without a question.
   void rest();
 
- private Q_SLOTS:
-  void sessionClosed();
-
  private:
   struct Batch {
     std::vector<PortalKey> keys;
@@ -40,23 +36,21 @@ class PortalKeyboard final : public QObject {
     Pressed pressed;
   };
 
-  void createSession();
-  void selectKeyboard(const QString& session);
+  void selectKeyboard();
   void start();
   void take(const QVariantMap& given);
   void fail(const PortalError& error);
   void finish(const std::expected<void, PortalError>& result);
   void request(PortalCall call, std::function<void(const QVariantMap&)> done);
   void pressFrom(std::size_t index, const std::shared_ptr<const Batch>& batch);
-  void listen(const QString& session);
-  void close();
   void forget();
-  QVariant own() const;
+  void close();
+  void sessionEnded();
 
   QDBusConnection bus_;
-  std::shared_ptr<Portal> portal_;
+  PortalSession session_;
   QString permission_;
-  QString session_;
+  /// The session has been given the keyboard.
   bool isOpen_ = false;
   bool isPermissionKept_ = false;
   std::optional<PortalError> no_;

@@ -64,6 +64,24 @@ class PortalTest : public QObject {
     QCOMPARE(portal_->offer(u"Screenshot"_s), std::optional(true));
   }
 
+  void aPortalThatCrashesAtItsStartIsLeftAloneForLonger() {
+    constexpr auto wait = 30ms;
+    Portal portal(QDBusConnection::sessionBus(), wait);
+    std::vector<std::chrono::steady_clock::time_point> told;
+    connect(&portal, &Portal::told, this, [&told] { told.push_back(std::chrono::steady_clock::now()); });
+    portal.offer(u"Screenshot"_s);
+    QTRY_COMPARE(told.size(), 1U);
+    for (const int factor : {1, 2, 4}) {
+      fake_.reset();
+      const std::size_t end = told.size();
+      QTRY_COMPARE(told.size(), end + 2);
+      // Asking has not brought it back; timers may come a twentieth early.
+      QVERIFY(told[end + 1] - told[end] >= factor * wait * 9 / 10);
+      fake_ = std::make_unique<FakePortal>();
+      QTRY_COMPARE(told.size(), end + 3);
+    }
+  }
+
   void piecesOfOnePictureAreHandedOut() {
     fake_->asked = [this](const QDBusMessage& message) {
       const auto options = qdbus_cast<QVariantMap>(message.arguments().constLast());
