@@ -11,7 +11,7 @@ struct AskAttachment {
   /// Tells it from the others of the list; given by the model.
   int id = 0;
   QByteArray png;
-  /// For the list; as large as that shows it at most, in pixels of a screen of triple density.
+  /// For the list and the transcript; as large as that shows it at most, in pixels of a screen of triple density.
   QImage thumbnail;
 };
 

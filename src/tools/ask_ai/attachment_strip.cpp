@@ -4,13 +4,11 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPushButton>
-
-#include <algorithm>
 
 #include "core/ui/icon.h"
 #include "core/ui/theme.h"
+#include "tools/asking/thumbnail_painting.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +16,6 @@ namespace {
 
 constexpr int kSide = 52;
 constexpr int kMark = 14;
-constexpr qreal kRadius = 6;
 
 /// One image, with a cross that says what a press does.
 class Thumbnail final : public QPushButton {
@@ -38,25 +35,14 @@ class Thumbnail final : public QPushButton {
 
   void paintEvent(QPaintEvent*) override {
     const Theme& theme = themeOf(*this);
-    const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    QPainterPath shape;
-    shape.addRoundedRect(frame, kRadius, kRadius);
-    painter.fillPath(shape, theme.raised);
-    painter.setClipPath(shape);
-    painter.drawImage(frame, image_, coveredPart());
-    painter.setClipping(false);
-    painter.strokePath(shape, hasFocus() ? QPen(theme.accent, 2) : QPen(theme.edge, 1));
+    const QPen edge = hasFocus() ? QPen(theme.accent, 2) : QPen(theme.edge, 1);
+    paintThumbnail(painter, QRectF(rect()).adjusted(1, 1, -1, -1), image_, {theme.raised, edge});
     paintMark(painter);
   }
 
  private:
-  /// The middle square.
-  QRectF coveredPart() const {
-    const int side = std::min(image_.width(), image_.height());
-    return {(image_.width() - side) / 2.0, (image_.height() - side) / 2.0, double(side), double(side)};
-  }
   void paintMark(QPainter& painter) const {
     const QRectF mark(width() - kMark - 4, 4, kMark, kMark);
     painter.setPen(Qt::NoPen);

@@ -21,7 +21,9 @@ std::vector<QByteArray> QuickQuestionModel::images() const {
 
 void QuickQuestionModel::begin() {
   sent_ = std::exchange(attachments_, {});
-  AskModel::begin();
+  std::vector<QImage> thumbnails;
+  for (const AskAttachment& attachment : sent_) thumbnails.push_back(attachment.thumbnail);
+  AskModel::begin(std::move(thumbnails));
 }
 
 void QuickQuestionModel::finish(const QString& answer) {

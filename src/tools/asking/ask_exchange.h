@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QJsonArray>
 #include <QString>
 
@@ -10,6 +11,8 @@
 struct AskExchange {
   QString question;
   QString answer;
+  /// What went along with the question, small; services are not told of it again.
+  std::vector<QImage> thumbnails{};
 
   bool operator==(const AskExchange&) const = default;
 

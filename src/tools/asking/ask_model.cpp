@@ -21,9 +21,10 @@ void AskModel::setCopied(bool copied) {
   if (std::exchange(copied_, copied) != copied) Q_EMIT changed();
 }
 
-void AskModel::begin() {
+void AskModel::begin(std::vector<QImage> thumbnails) {
   lastQuestion_ = std::exchange(question_, {}).trimmed();
   pending_ = lastQuestion_;
+  pendingThumbnails_ = std::move(thumbnails);
   partialAnswer_.clear();
   brokenOff_.reset();
   errorMessage_.reset();
@@ -36,13 +37,14 @@ void AskModel::grow(const QString& answerSoFar) {
 }
 
 void AskModel::finish(const QString& answer) {
-  exchanges_.push_back({std::exchange(pending_, std::nullopt).value_or(QString()), answer});
+  exchanges_.push_back(
+      {std::exchange(pending_, std::nullopt).value_or(QString()), answer, std::exchange(pendingThumbnails_, {})});
   partialAnswer_.clear();
   Q_EMIT changed();
 }
 
 void AskModel::fail(const QString& message) {
-  if (!partialAnswer_.isEmpty()) brokenOff_ = {pending_.value_or(QString()), partialAnswer_};
+  if (!partialAnswer_.isEmpty()) brokenOff_ = {pending_.value_or(QString()), partialAnswer_, pendingThumbnails_};
   errorMessage_ = message;
   giveBack();
   Q_EMIT changed();
@@ -55,6 +57,7 @@ void AskModel::abandon() {
 
 void AskModel::giveBack() {
   const QString asked = std::exchange(pending_, std::nullopt).value_or(QString());
+  pendingThumbnails_.clear();
   partialAnswer_.clear();
   if (question_.isEmpty()) question_ = asked;
 }
@@ -63,6 +66,7 @@ void AskModel::reset() {
   question_.clear();
   exchanges_.clear();
   pending_.reset();
+  pendingThumbnails_.clear();
   partialAnswer_.clear();
   brokenOff_.reset();
   errorMessage_.reset();

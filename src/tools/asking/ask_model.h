@@ -26,6 +26,8 @@ class AskModel : public QObject {
   std::optional<QString> latestAnswer() const;
   /// The question that is being answered, absent when idle.
   const std::optional<QString>& pending() const { return pending_; }
+  /// Of the images that went along with it.
+  const std::vector<QImage>& pendingThumbnails() const { return pendingThumbnails_; }
   /// As much of the answer to it as has arrived.
   const QString& partialAnswer() const { return partialAnswer_; }
   /// What arrived of an answer before it failed, with its question: shown until the next one, and no part of the
@@ -41,7 +43,7 @@ class AskModel : public QObject {
   // The course of a question
 
   /// What is typed becomes the question to be answered, and the field empty.
-  virtual void begin();
+  virtual void begin() { begin({}); }
   void grow(const QString& answerSoFar);
   virtual void finish(const QString& answer);
   /// The question goes back into the field, unless something else has been typed there.
@@ -56,6 +58,10 @@ class AskModel : public QObject {
   /// Only the partial answer has changed.
   void answerGrew();
 
+ protected:
+  /// `thumbnails`: of the images that go along.
+  void begin(std::vector<QImage> thumbnails);
+
  private:
   void giveBack();
 
@@ -63,6 +69,7 @@ class AskModel : public QObject {
   QString lastQuestion_;
   std::vector<AskExchange> exchanges_;
   std::optional<QString> pending_;
+  std::vector<QImage> pendingThumbnails_;
   QString partialAnswer_;
   std::optional<AskExchange> brokenOff_;
   std::optional<QString> errorMessage_;

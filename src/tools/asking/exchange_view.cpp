@@ -8,6 +8,7 @@
 #include "core/ui/settings_form.h"
 #include "core/ui/theme.h"
 #include "tools/asking/answer_text_view.h"
+#include "tools/asking/sent_images.h"
 
 using namespace Qt::StringLiterals;
 
@@ -36,7 +37,7 @@ class Bubble final : public QWidget {
 
 }  // namespace
 
-ExchangeView::ExchangeView(const QString& question, QWidget* parent)
+ExchangeView::ExchangeView(const QString& question, const std::vector<QImage>& thumbnails, QWidget* parent)
     : QWidget(parent),
       question_(new AnswerTextView(u"Question"_s)),
       answer_(new AnswerTextView(u"Answer"_s)),
@@ -52,6 +53,7 @@ ExchangeView::ExchangeView(const QString& question, QWidget* parent)
   bubble->setMaximumWidth(words);
   row->addStretch(1);
   row->addWidget(bubble, 3);
+  if (!thumbnails.empty()) column->addWidget(new SentImages(thumbnails), 0, Qt::AlignRight);
   column->addLayout(row);
   column->addWidget(waiting_);
   column->addWidget(answer_);

@@ -1,16 +1,20 @@
 #pragma once
 
+#include <QImage>
 #include <QWidget>
+
+#include <vector>
 
 class AnswerTextView;
 class QLabel;
 
-/// One question, set off at the right, and below it the answer.
+/// One question, set off at the right below what went along with it, and then the answer.
 class ExchangeView : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ExchangeView(const QString& question, QWidget* parent = nullptr);
+  /// `thumbnails`: of the images that went along.
+  explicit ExchangeView(const QString& question, const std::vector<QImage>& thumbnails = {}, QWidget* parent = nullptr);
 
   /// As far as it has come; an empty one is still thought about.
   void showAnswer(const QString& markdown, bool isWhole);

@@ -90,7 +90,7 @@ void TranscriptView::followExchanges() {
   for (std::size_t i = exchanges_.size(); i < model_.exchanges().size(); ++i) {
     const AskExchange& exchange = model_.exchanges()[i];
     if (open_ && open_->answer().isHidden()) top_ = open_;
-    ExchangeView* view = open_ ? std::exchange(open_, nullptr) : add(exchange.question);
+    ExchangeView* view = open_ ? std::exchange(open_, nullptr) : add(exchange.question, exchange.thumbnails);
     exchanges_.push_back(view);
     view->showAnswer(exchange.answer, true);
   }
@@ -108,7 +108,8 @@ void TranscriptView::followOpen() {
   if (isNew) {
     isAtEnd_ = true;
     top_.clear();
-    open_ = add(model_.pending() ? *model_.pending() : model_.brokenOff()->question);
+    open_ = model_.pending() ? add(*model_.pending(), model_.pendingThumbnails())
+                             : add(model_.brokenOff()->question, model_.brokenOff()->thumbnails);
   }
   if (isNew || isBroken != wasBroken) showPartial();
 }
@@ -126,8 +127,8 @@ void TranscriptView::showPartial() {
   growth_.setInterval(std::clamp<std::chrono::milliseconds>(pause, kGrowth, kRarest));
 }
 
-ExchangeView* TranscriptView::add(const QString& question) {
-  auto* view = new ExchangeView(question);
+ExchangeView* TranscriptView::add(const QString& question, const std::vector<QImage>& thumbnails) {
+  auto* view = new ExchangeView(question, thumbnails);
   column_->insertWidget(column_->count() - 2, view);
   for (AnswerTextView* text : {&view->question(), &view->answer()}) {
     connect(text, &AnswerTextView::copyWanted, this, &TranscriptView::copyWanted);

@@ -41,7 +41,7 @@ class TranscriptView : public QScrollArea {
   void showPartial();
   void showStop(QWidget* stop);
   void clearOtherSelections(const AnswerTextView* chosen);
-  ExchangeView* add(const QString& question);
+  ExchangeView* add(const QString& question, const std::vector<QImage>& thumbnails);
   void keepEndInSight();
 
   AskModel& model_;

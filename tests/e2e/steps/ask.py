@@ -3,13 +3,15 @@
 import struct
 import time
 from contextlib import contextmanager
+from pathlib import Path
 
 from driver import clipboard
-from driver.provider import Provider
+from driver.provider import Provider, png
 from driver.waiting import expect, stays, until
 
 ASK = "Ctrl+Alt+k"
 SCREEN_ASK = "Ctrl+Alt+i"
+CHOOSER = "Choose image(s) to attach to your question"
 CODE = "std::ranges::sort(tools, {}, &Tool::name);"
 ANSWER = f"""Use `std::ranges::sort` with a **projection**:
 
@@ -92,6 +94,41 @@ def breaks_an_answer_off(world):
         close(world, "Ask AI")
 
 
+def attaches_files(world):
+    """Attach…: Escape leaves everything as it was; a chosen PNG is attached, goes with the question and stays beside it"""
+    with asking(world, "Both are of one colour.") as provider:
+        pictures = [Path(world.application.home.name) / name for name in ("blue sky.png", "rouge.png")]
+        for path, colour in zip(pictures, ((47, 111, 237), (200, 30, 30))):
+            path.write_bytes(png(320, 200, colour))
+        open_panel(world)
+        world.desktop.type("What are these?")
+        open_chooser(world)
+        world.picture("chooser")
+        world.desktop.press("Escape")
+        until("the chooser is gone", lambda: not world.titled(CHOOSER))
+        until("the panel is back", lambda: world.titled("Ask AI"))
+        world.see("What are these?")
+        expect("nothing is attached", not world.shows("Remove attached image"))
+
+        for number, path in enumerate(pictures, 1):
+            open_chooser(world)
+            world.desktop.type(str(path))
+            until("the path is typed", lambda path=path: world.shows(str(path)))
+            world.desktop.press("Return")
+            until("the panel is back", lambda: world.titled("Ask AI"))
+            world.see(f"Remove attached image {number}")
+        world.see("Press ↩ to ask about your image")
+        world.picture("attached")
+        world.desktop.press("Return")
+        world.see("2 images attached")
+        world.see("Both are of one colour.")
+        world.picture("answered")
+        request = provider.requests[-1]
+        expect("the files went along, in their order", request.images == [path.read_bytes() for path in pictures])
+        expect("with the question", "What are these?" in "\n".join(request.texts))
+        close(world, "Ask AI")
+
+
 def asks_about_a_region(world):
     """Ctrl+Alt+I and a dragged region: questions about it are answered beside it, until the shortcut closes the panel"""
     with asking(world, "A terminal with a prompt.") as provider:
@@ -127,6 +164,12 @@ def open_panel(world):
     until("the panel is shown", lambda: world.titled("Ask AI"))
 
 
+def open_chooser(world):
+    world.click_on("Attach image files")
+    until("the file chooser is shown", lambda: world.titled(CHOOSER))
+    until("it has the keyboard", lambda: world.desktop.active_window() == world.titled(CHOOSER).id)
+
+
 def close(world, title):
     world.desktop.press("Escape")
     until(f"{title} is closed", lambda: not world.titled(title))
@@ -143,4 +186,4 @@ def covers(world):
     return any((window.width, window.height) == (1920, 1080) for window in world.windows())
 
 
-STEPS = [answers_a_question, breaks_an_answer_off, asks_about_a_region]
+STEPS = [answers_a_question, breaks_an_answer_off, attaches_files, asks_about_a_region]

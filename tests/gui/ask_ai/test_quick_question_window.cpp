@@ -186,6 +186,34 @@ class TestQuickQuestionWindow : public QObject {
     QVERIFY(!other.isAccepted());
   }
 
+  void theTranscriptShowsWhatWentAlong() {
+    Window window;
+    window.show();
+    QVERIFY(window.world.converse(u"Hello?"_s, u"Hello."_s));
+    QVERIFY(window.world.attach(2));
+    QTRY_VERIFY(window.button(u"Remove attached image 2"_s));
+    window.world.ask(u"Which is larger?"_s);
+    const auto images = [&window] { return named<QWidget>(window.view(), u"2 images attached"_s); };
+    QTRY_VERIFY(images());
+    QVERIFY(window.world.isWaiting());
+    window.world.http.deliver(AskWorld::delta(u"The"_s));
+    window.world.http.answer(500, "oops");
+    // They are in the strip again, and stay with what broke off.
+    QVERIFY(images() && window.world.model().brokenOff()->thumbnails.size() == 2);
+    window.world.controller.submit();
+    QVERIFY(window.world.isWaiting());
+    window.world.stream(AskWorld::done(u"The first."_s));
+    QTRY_VERIFY(images());
+    const QImage shown = images()->grab().toImage();
+    QCOMPARE(shown.pixelColor(shown.width() / 4, shown.height() / 2), QColor(47, 111, 237));
+    const auto& exchanges = window.world.model().exchanges();
+    QVERIFY(exchanges[0].thumbnails.empty() && exchanges[1].thumbnails.size() == 2);
+    QVERIFY(window.world.converse(u"And the smaller?"_s, u"The second."_s));
+    QVERIFY(exchanges[2].thumbnails.empty());
+    const auto history = AskExchange::history({exchanges[1]});
+    QCOMPARE(history[0].toObject().keys(), QStringList({u"answer"_s, u"question"_s}));
+  }
+
   void aClickElsewhereHidesItOnceTheButtonIsUp() {
     Window window;
     window.show();
