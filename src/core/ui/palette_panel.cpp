@@ -24,6 +24,16 @@ namespace {
 constexpr auto kReleaseInterval = 30ms;
 constexpr auto kDropDelay = 150ms;
 
+/// Qt forgets only after a tenth of a second that a hidden window had the keyboard. Shown again before, it would not
+/// tell the widgets that it has it once more: no caret, no input method.
+void rememberActivation(QWidget& window) {
+  if (QGuiApplication::focusWindow() != window.windowHandle() || window.isActiveWindow()) return;
+  QT_WARNING_PUSH
+  QT_WARNING_DISABLE_DEPRECATED
+  QApplication::setActiveWindow(&window);
+  QT_WARNING_POP
+}
+
 }  // namespace
 
 QScreen* activeScreen() {
@@ -81,13 +91,15 @@ void PalettePanel::present() {
   window.removeEventFilter(this);
   window.installEventFilter(this);
   native_.prepare(window, PanelKind::palette);
+  // Before anybody can see it: a click elsewhere that comes as soon as it shows counts.
+  watchForLoss();
   show();
   // At once: a key pressed by somebody who sees the panel must not reach the window behind it.
   native_.takeKeyboard(window);
+  rememberActivation(*this);
   raise();
   if (!focusWidget()) setFocus();
   cutToCard();
-  watchForLoss();
   Q_EMIT becameKey();
 }
 
@@ -125,18 +137,7 @@ void PalettePanel::cutToCard() {
 bool PalettePanel::offer(const KeyPress& press) {
   // A modifier going down is no key press of its own.
   const bool isNothing = press.keyCode == KeyPress::kUnknownKey && press.characters.isEmpty();
-  if (isNothing) return false;
-  const bool isMenuKey = press.shift && press.keyCode == keycode::kF10;
-  return (handleKey_ && handleKey_(press)) || (isMenuKey && askForMenu());
-}
-
-/// As the system does at the menu key, which not every keyboard has.
-bool PalettePanel::askForMenu() {
-  QWidget* target = focusWidget() ? focusWidget() : this;
-  const QPoint place = target->rect().center();
-  QContextMenuEvent event(QContextMenuEvent::Keyboard, place, target->mapToGlobal(place));
-  QApplication::sendEvent(target, &event);
-  return event.isAccepted();
+  return !isNothing && handleKey_ && handleKey_(press);
 }
 
 // Keys meant for a child pass here first: a palette's own keys work wherever the cursor stands.

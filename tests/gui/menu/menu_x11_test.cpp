@@ -50,6 +50,15 @@ class MenuX11Test : public QObject {
     QCOMPARE(user_.activeWindow(), terminal_.window());
   }
 
+  void shownAgainAtOnceItKnowsThatItHasTheKeyboard() {
+    Menu menu;
+    for (int round = 0; round < 3; ++round) {
+      menu.controller.show();
+      QTRY_VERIFY(menu.panel().isActiveWindow());
+      menu.controller.hide();
+    }
+  }
+
   void theMouseChoosesWithoutActivating() {
     Menu menu;
     menu.controller.show();
