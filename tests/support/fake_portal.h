@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -72,6 +73,13 @@ class FakePortal {
     const std::scoped_lock lock(mutex_);
     return keys_;
   }
+  /// Waits until what it has sent so far has reached this process; what comes of it has happened then, too.
+  void settle() {
+    // The bus keeps the order of what it gets and of what it hands out.
+    on([this] { askBus(connection_); });
+    askBus(QDBusConnection::sessionBus());
+    QCoreApplication::processEvents();
+  }
   /// Ends and comes back, and knows nothing of what was before.
   void restart() {
     on([this] {
@@ -83,6 +91,8 @@ class FakePortal {
   std::function<void(const QDBusMessage&)> asked;
 
   std::atomic<uint> version = 2;
+  /// What it needs before it tells which interfaces it has.
+  std::atomic<int> hesitationMs = 0;
   std::atomic<int> calls = 0;
   /// Keys that it still takes.
   std::atomic<int> keysLeft = 1'000'000;
@@ -106,12 +116,17 @@ class FakePortal {
     FakePortal& portal_;
   };
 
+  static void askBus(const QDBusConnection& bus) {
+    const QString name = QStringLiteral("org.freedesktop.DBus");
+    bus.call(QDBusMessage::createMethodCall(name, QStringLiteral("/"), name, QStringLiteral("GetId")));
+  }
   void on(const std::function<void()>& work) {
     QMetaObject::invokeMethod(&object_, work, Qt::BlockingQueuedConnection);
   }
 
   bool handle(const QDBusMessage& message, const QDBusConnection& connection) {
     if (message.member() == QStringLiteral("Get")) {
+      QThread::msleep(static_cast<unsigned long>(hesitationMs.load()));
       const auto reply = message.createReply(QVariant::fromValue(QDBusVariant(version.load())));
       const auto refusal = message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such interface"));
       return connection.send(version > 0 ? reply : refusal);
@@ -157,8 +172,6 @@ class FakePortal {
     connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
     open_ = {message.service(), path};
     if (answer.kind == Answer::Kind::stayQuiet) return true;
-    // Portals that choose the path answer after somebody could have learned it.
-    if (answer.atOwnPath) QThread::msleep(50);
     return respond(message.service(), path, answer);
   }
 

@@ -16,6 +16,8 @@ namespace {
 
 /// A portal that runs answers within a few milliseconds, one that has to be started within some hundred.
 constexpr auto kVersionPatience = 500ms;
+/// While the desktop starts, that may not be enough; nobody waits for the second answer.
+constexpr auto kLatePatience = 30s;
 /// A portal that crashes as it starts may do so each time.
 constexpr std::chrono::milliseconds kShortLife = 1min;
 constexpr std::chrono::milliseconds kMostBeforeReviving = 10min;
@@ -36,7 +38,7 @@ Portal::Portal(QDBusConnection bus, std::chrono::milliseconds beforeReviving)
 
 std::optional<bool> Portal::offer(const QString& interface) {
   if (!bus_.isConnected()) return false;
-  if (!answers_.contains(interface)) ask(interface);
+  if (!answers_.contains(interface)) ask(interface, kVersionPatience);
   return answers_[interface].isOffered;
 }
 
@@ -47,15 +49,19 @@ bool Portal::offers(const QString& interface) {
   return isYes(question.reply());
 }
 
-void Portal::ask(const QString& interface) {
+void Portal::ask(const QString& interface, std::chrono::milliseconds patience) {
   auto question = QDBusMessage::createMethodCall(portal_names::kService, portal_names::kObject,
                                                  u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
   question << QString(portal_names::kPrefix + interface) << u"version"_s;
-  const QDBusPendingCall asked = bus_.asyncCall(question, static_cast<int>(kVersionPatience.count()));
-  answers_[interface] = {std::nullopt, asked};
+  const QDBusPendingCall asked = bus_.asyncCall(question, static_cast<int>(patience.count()));
+  answers_[interface].question = asked;
   auto* answer = new QDBusPendingCallWatcher(asked, questions_.scope());
   questions_.on(answer, &QDBusPendingCallWatcher::finished,
-                [this, interface](const QDBusPendingCallWatcher* finished) { take(interface, finished->reply()); });
+                [this, interface, patience](const QDBusPendingCallWatcher* finished) {
+                  const bool isLate = finished->error().type() == QDBusError::NoReply && patience < kLatePatience;
+                  take(interface, finished->reply());
+                  if (isLate) ask(interface, kLatePatience);
+                });
 }
 
 void Portal::take(const QString& interface, const QDBusMessage& answer) {
@@ -86,8 +92,11 @@ void Portal::endAll() {
 /// What has not been answered yet, the new one will.
 void Portal::askAgain() {
   revival_.cancel();
-  for (const QString& interface : interfaces())
-    if (!answers_[interface].question) ask(interface);
+  for (const QString& interface : interfaces()) {
+    Answer& answer = answers_[interface];
+    answer.isOffered.reset();
+    if (!answer.question) ask(interface, kVersionPatience);
+  }
 }
 
 /// A copy: whoever is told may ask for another one.

@@ -76,7 +76,7 @@ class Portal : public QObject {
     std::optional<QDBusPendingCall> question;
   };
 
-  void ask(const QString& interface);
+  void ask(const QString& interface, std::chrono::milliseconds patience);
   void take(const QString& interface, const QDBusMessage& answer);
   void followOwner(const QString& service, const QString& before, const QString& after);
   void endAll();

@@ -35,8 +35,10 @@ PortalRequest::~PortalRequest() {
 
 void PortalRequest::start() {
   const QString token = u"vantle%1"_s.arg(QRandomGenerator::global()->generate64(), 0, 16);
-  // Before the question: the answer may be there as soon as it is asked.
-  listenAt(expectedPath(token));
+  path_ = expectedPath(token);
+  // Before the question: the answer may be there as soon as it is asked, at a path that is not known yet.
+  bus_.connect(portal_names::kService, {}, portal_names::kRequest, u"Response"_s, this,
+               SLOT(respond(uint, QVariantMap, QDBusMessage)));
   call_.options.insert(u"handle_token"_s, token);
   auto question = QDBusMessage::createMethodCall(portal_names::kService, portal_names::kObject,
                                                  portal_names::kPrefix + call_.interface, call_.method);
@@ -46,7 +48,13 @@ void PortalRequest::start() {
   patience_.start(call_.patience);
 }
 
-void PortalRequest::respond(uint code, const QVariantMap& results) {
+void PortalRequest::respond(uint code, const QVariantMap& results, const QDBusMessage& signal) {
+  if (signal.path() == path_) return end({code, results});
+  if (!isAccepted_) early_[signal.path()] = {code, results};
+}
+
+void PortalRequest::end(const Response& response) {
+  const auto& [code, results] = response;
   path_.clear();
   if (code == 0) return finish(results);
   if (code == 1) return finish(std::unexpected(PortalError{PortalError::Kind::refused, u"It was not allowed"_s}));
@@ -58,12 +66,6 @@ QString PortalRequest::expectedPath(const QString& token) const {
   return u"%1/request/%2/%3"_s.arg(portal_names::kObject, sender, token);
 }
 
-void PortalRequest::listenAt(const QString& path) {
-  path_ = path;
-  bus_.connect(portal_names::kService, path_, portal_names::kRequest, u"Response"_s, this,
-               SLOT(respond(uint, QVariantMap)));
-}
-
 /// Portals of before 2017 choose the path themselves.
 void PortalRequest::accept(const QDBusMessage& handle) {
   if (handle.type() == QDBusMessage::ErrorMessage) {
@@ -71,7 +73,10 @@ void PortalRequest::accept(const QDBusMessage& handle) {
     return finish(std::unexpected(unavailable(handle.errorMessage())));
   }
   const QString path = handle.arguments().value(0).value<QDBusObjectPath>().path();
-  if (!path.isEmpty() && !path_.isEmpty() && path != path_) listenAt(path);
+  isAccepted_ = true;
+  if (path.isEmpty() || path_.isEmpty()) return;
+  path_ = path;
+  if (const auto early = early_.find(path); early != early_.end()) end(early->second);
 }
 
 void PortalRequest::finish(std::expected<QVariantMap, PortalError> result) {

@@ -99,6 +99,7 @@ class PortalTypistTest : public QObject {
     QVERIFY(!type({TypeText{u"a"_s}}));
     QCOMPARE(fake_->calls, 3);
     fake_->respondNow({.results = {{u"devices"_s, 1U}}});
+    fake_->settle();
     QVERIFY(type({TypeText{u"a"_s}}));
     QCOMPARE(fake_->keys(), (QStringList{u"+61"_s, u"-61"_s}));
   }
@@ -125,7 +126,7 @@ class PortalTypistTest : public QObject {
     QVERIFY(fake_->keys().isEmpty());
     const int calls = fake_->calls;
     fake_->restart();
-    QTest::qWait(100);
+    fake_->settle();
     QVERIFY(!type({TypeText{u"a"_s}}));
     QCOMPARE(fake_->calls == calls, isRemembered);
   }
@@ -169,11 +170,11 @@ class PortalTypistTest : public QObject {
     QVERIFY(type({TypeText{u"a"_s}}));
     fake_->closeSession(u"/somebody/elses"_s);
     fake_->closeSession(kSession);
-    QTest::qWait(50);
+    fake_->settle();
     QVERIFY(type({TypeText{u"b"_s}}));
     QCOMPARE(fake_->calls, 6);
     fake_->restart();
-    QTest::qWait(50);
+    fake_->settle();
     QVERIFY(type({TypeText{u"c"_s}}));
     QCOMPARE(fake_->calls, 9);
     QCOMPARE(fake_->keys().size(), 6);
