@@ -102,7 +102,8 @@ class X11KeyEventsTest : public QObject {
     QElapsedTimer timer;
     timer.start();
     events_.reset();
-    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    // All of it would take minutes.
+    QVERIFY2(timer.elapsed() < 10'000, qPrintable(QString::number(timer.elapsed())));
     QCoreApplication::processEvents();
     QVERIFY(!done);
   }
@@ -115,11 +116,8 @@ class X11KeyEventsTest : public QObject {
     events_->perform(KeystrokeSender::sequence(u"never"_s, false), stop.get_token(), {});
     events_->perform(KeystrokeSender::sequence(u"next"_s, false), {});
     QTRY_VERIFY(!text_->toPlainText().isEmpty());
-    QElapsedTimer timer;
-    timer.start();
     stop.request_stop();
-    QTRY_VERIFY_WITH_TIMEOUT(succeeded, 1000);
-    QVERIFY2(timer.elapsed() < 100, qPrintable(QString::number(timer.elapsed())));
+    QTRY_VERIFY(succeeded);
     QVERIFY(!*succeeded);
     QTRY_VERIFY(text_->toPlainText().endsWith(u"xnext"_s));
   }
