@@ -8,6 +8,7 @@
 #include "app/settings/pages.h"
 #include "app/settings/tool_disclosure_view.h"
 #include "app/settings/usage_preview.h"
+#include "app/updates/automatic_updates.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/store_switch.h"
 
@@ -26,7 +27,8 @@ void addUsage(SettingsPage& page, AppContext& context) {
 }
 
 /// Who is asked for newer versions without a key press, if anybody is.
-void addUpdates(SettingsPage& page, const UpdateSource& source, const Updater& updater) {
+void addUpdates(SettingsPage& page, const Updater& updater) {
+  const UpdateSource source = UpdateSource::ofThisBuild();
   if (!source.serves(updater)) return;
   page.addNote(
       u"At its start and once a day Vantle asks %1 whether there is a newer version, and downloads it. Nothing of "
@@ -62,6 +64,6 @@ QWidget* makePrivacyPage(AppContext& context, SettingsSelection&) {
   addUsage(*page, context);
   addData(*page, context);
   addTools(*page, *context.platform.systemInfo);
-  addUpdates(*page, context.updateSource, *context.platform.updater);
+  addUpdates(*page, *context.platform.updater);
   return page;
 }

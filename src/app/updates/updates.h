@@ -14,7 +14,7 @@ class Updates {
   Updates(AppContext& context, QSettings& defaults)
       : notice_(defaults, QCoreApplication::applicationVersion()),
         automatic_({context.services.http, *context.platform.updater, context.network, context.toasts, context.clock},
-                   context.updateSource, notice_.running(),
+                   UpdateSource::ofThisBuild(), notice_.running(),
                    QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + QStringLiteral("/Updates")) {}
 
   UpdateNotice& notice() { return notice_; }

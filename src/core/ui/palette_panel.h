@@ -82,7 +82,6 @@ class PalettePanel : public QWidget {
 
  private:
   bool offer(const KeyPress& press);
-  bool askForMenu();
   void cutToCard();
   void watchForLoss();
   void loseKeyboard();

@@ -3,7 +3,7 @@
 #include "core/ui/palette_view.h"
 
 class PaletteModel;
-class PanelMenu;
+class RowMenu;
 
 /// The commands palette's card: its rows have a context menu.
 class CLIPaletteView final : public PaletteView {
@@ -12,15 +12,18 @@ class CLIPaletteView final : public PaletteView {
  public:
   explicit CLIPaletteView(PaletteModel& model, QWidget* parent = nullptr);
 
-  /// Keys go there first.
-  PanelMenu& menu() { return *menu_; }
+  /// Closes the context menu; false when there was none open.
+  bool closeMenu();
 
  Q_SIGNALS:
   void editRequested(int row);
+
+ protected:
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void showMenu(const QPoint& position);
 
   PaletteModel& model_;
-  PanelMenu* menu_;
+  RowMenu* menu_;
 };

@@ -1,6 +1,5 @@
 #include "tools/image_to_prompt/prompt_text.h"
 
-#include <QContextMenuEvent>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -46,8 +45,6 @@ PromptText::PromptText(const QString& prompt, QWidget* parent) : QTextEdit(paren
   // It would scroll to the end otherwise.
   moveCursor(QTextCursor::Start);
 }
-
-void PromptText::contextMenuEvent(QContextMenuEvent* event) { Q_EMIT menuWanted(event->globalPos()); }
 
 double PromptText::heightOf(const QString& prompt) {
   QTextDocument document;

@@ -30,8 +30,7 @@ class PromptifyResultController final {
 
   /// `source` may be null, `styleLabel` empty.
   void show(const QString& prompt, const QImage& source, const QString& styleLabel);
-  void copy() { copy(model_.prompt()); }
-  void copy(const QString& text);
+  void copy();
   void hide();
   /// Whether the key was used; never while hidden.
   bool handleKey(const KeyPress& key);

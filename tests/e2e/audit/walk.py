@@ -66,7 +66,8 @@ class Walk:
 
     def next_after(self, current):
         try:
-            return until("the keyboard moves", lambda: self.moved_from(current), 0.3, 0.003)
+            # Alone, it has nowhere to go.
+            return until("the keyboard moves", lambda: self.moved_from(current), 2 if len(self.stops) > 1 else 0.3, 0.003)
         except StepFailed:
             return self.newcomer()
 
@@ -97,7 +98,7 @@ class Walk:
 
     def expect_change(self, control, area, lit):
         try:
-            until("it changes", lambda: difference(lit, self.stage.pixels(area)) >= LEAST_CHANGE, 0.5, 0.003)
+            until("it changes", lambda: difference(lit, self.stage.pixels(area)) >= LEAST_CHANGE, 3, 0.003)
         except StepFailed:
             self.faults.append(f"one does not see that the keyboard is at {control}")
 

@@ -26,6 +26,19 @@ def find(pid, beginning):
     return None
 
 
+def has_keyboard(pid, title):
+    """Whether the keys go to the process's window of that title: panels take them without becoming the active window."""
+    application = application_of(pid)
+    return any(_is_active(window, title) for window in (children(application) if application else ()))
+
+
+def _is_active(window, title):
+    try:
+        return window.get_name() == title and window.get_state_set().contains(Atspi.StateType.ACTIVE)
+    except GLib.Error:
+        return False
+
+
 def nodes(pid):
     """All showing objects of the process."""
     application = application_of(pid)

@@ -94,6 +94,13 @@ class World:
     def titled(self, title):
         return next((window for window in self.windows() if window.title == title), None)
 
+    def keyed(self, title):
+        """The window of that title, once the keys go to it: a panel that nobody's key has opened takes them a moment after
+        it shows."""
+        pid = self.application.pid
+        until(f"{title} has the keyboard", lambda: accessibility.has_keyboard(pid, title), 10, 0.02)
+        return self.titled(title)
+
     def shows(self, text):
         return accessibility.shows(self.application.pid, text)
 
@@ -104,12 +111,12 @@ class World:
             shown = sorted({text for text in accessibility.texts(self.application.pid) if text})
             raise StepFailed(f"{failure}; shown: {shown[:40]}") from None
 
-    def click_on(self, name, button=1):
+    def click_on(self, name):
         """Clicks with the pointer what has an accessible name that begins so."""
         node = until(
             f"{name!r} is there to be clicked", lambda: accessibility.find(self.application.pid, name), 5, 0.05
         )
-        self.desktop.click(*accessibility.centre(node), button)
+        self.desktop.click(*accessibility.centre(node))
 
     # What a user does
 

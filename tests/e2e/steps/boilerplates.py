@@ -42,7 +42,7 @@ def makes_a_project(world):
         expect("its name is filled in", (work / "shop" / "shop.md").read_text() == "# shop\n")
         names = sorted(path.name for path in (work / "shop").iterdir())
         expect(f"nothing else came along: {names}", names == [".gitignore", "shop.md"])
-        until("it is offered to be opened", world.palette)
+        world.keyed("Open Project")
         world.picture("offered")
         # The first Escape leads to the recent projects, and it is one.
         world.desktop.press("Escape")

@@ -66,7 +66,7 @@ def opens_at_the_tray_icon(world):
         until("only one tool is left", lambda: not world.shows("Ask AI"), interval=0.05)
         world.picture("filtered")
         world.desktop.press("Return")
-        until("the palette is shown", world.palette)
+        world.keyed("Frequent CLIs")
         expect("the menu has gone", not menu(world))
         world.desktop.type("hello", pause=0.01)
         world.desktop.press("Return")

@@ -27,7 +27,7 @@ def walks_through_the_first_run(world):
         world.picture("tried")
         world.desktop.press("Return")
         step(world, "You are set", "done")
-        expect("the first run is over", stored(application).get("onboardingCompleted"))
+        until("the first run is over", lambda: stored(application).get("onboardingCompleted"))
         world.desktop.press("Return")
         until("the window is gone", lambda: not world.titled(WELCOME))
         expect("nothing was consented to", not application.read_json("app-settings.json"))

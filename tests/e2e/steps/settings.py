@@ -108,6 +108,7 @@ def goes_dark(world):
         application.wait_until_live()
         world.desktop.press("Ctrl+Alt+comma")
         world.see("Open at login")
+        until("it is the active window", lambda: world.desktop.active_window() == world.titled("Settings").id)
         world.desktop.press("Tab")
         world.desktop.press("Down")
         until("the window is dark", lambda: world.desktop.brightness(world.titled("Settings")) < 90, interval=0.05)

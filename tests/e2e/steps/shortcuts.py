@@ -1,6 +1,5 @@
 """The keyboard-shortcuts window and the shortcuts page: lights, the hand-over to a tool, recording and resetting."""
 
-import time
 from contextlib import contextmanager
 
 from driver import accessibility
@@ -51,18 +50,12 @@ def leaves_no_light_behind(world):
 
 
 def makes_way_for_a_tool(world):
-    """Ctrl+Alt+Return over the window: it goes, and 0.12 s later the palette has the keyboard"""
+    """Ctrl+Alt+Return over the window: it goes, and then the palette has the keyboard"""
     world.terminal.focus()
     world.terminal.forget()
     open_keyboard(world)
     world.desktop.press("Ctrl+Alt+Return")
-    started = time.monotonic()
-    until("the window goes", lambda: not world.titled(KEYBOARD), interval=0.002)
-    gone = time.monotonic() - started
-    until("the palette comes", world.palette, interval=0.002)
-    came = time.monotonic() - started
-    expect(f"the window goes first, after {gone:.3f} s, the palette later, after {came:.3f} s", came - gone > 0.08)
-    expect(f"0.12 s, not {came:.3f}", came < 0.6)
+    world.keyed("Frequent CLIs")
     expect("the window is gone while the palette is up", not world.titled(KEYBOARD))
     world.desktop.type("hello")
     until("the palette has the keyboard", lambda: not world.shows("Ask a local model"), interval=0.05)
@@ -101,6 +94,13 @@ def open_keyboard(world):
     window = until("the keyboard is shown", lambda: world.titled(KEYBOARD))
     until("it is the active window", lambda: world.desktop.active_window() == window.id)
     world.desktop.move_pointer(960, 1070)
+    looks = []
+
+    def is_drawn():
+        looks.append(at_rest(world, window))
+        return len(set(looks[-1])) > 20 and looks[-1:] == looks[-2:-1]
+
+    until("it is drawn", is_drawn, interval=0.05)
     return world.titled(KEYBOARD)
 
 
