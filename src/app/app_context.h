@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/data_eraser.h"
+#include "app/updates/update_source.h"
 #include "base/clock.h"
 #include "capture/region_picker.h"
 #include "core/hotkeys/hotkey_center.h"
@@ -36,6 +37,7 @@ struct AppContext {
   Analytics& analytics;
   DataEraser& eraser;
   RegionSelector& regions;
+  UpdateSource updateSource = UpdateSource::ofThisBuild();
 
   RegionPicker regionPicker() const {
     return RegionPicker({regions, *platform.permissions, *platform.systemInfo, toasts});

@@ -30,7 +30,10 @@ class FakeClock final : public Clock {
     elapsed_ = end;
   }
 
-  /// The same in small steps, and whatever waits for the event loop gets its turn all the while.
+  /// The computer sleeps: the wall clock goes on, and nothing falls due.
+  void sleep(Seconds duration) { wall_ += duration; }
+
+  /// As `advance`, in small steps, and whatever waits for the event loop gets its turn all the while.
   void pass(std::chrono::milliseconds duration) {
     constexpr std::chrono::milliseconds kStep(10);
     for (auto passed = std::chrono::milliseconds(0); passed < duration; passed += kStep) {

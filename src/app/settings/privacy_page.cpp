@@ -8,7 +8,6 @@
 #include "app/settings/pages.h"
 #include "app/settings/tool_disclosure_view.h"
 #include "app/settings/usage_preview.h"
-#include "app/updates/automatic_updates.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/store_switch.h"
 
@@ -27,8 +26,7 @@ void addUsage(SettingsPage& page, AppContext& context) {
 }
 
 /// Who is asked for newer versions without a key press, if anybody is.
-void addUpdates(SettingsPage& page, const Updater& updater) {
-  const UpdateSource source = UpdateSource::ofThisBuild();
+void addUpdates(SettingsPage& page, const UpdateSource& source, const Updater& updater) {
   if (!source.serves(updater)) return;
   page.addNote(
       u"At its start and once a day Vantle asks %1 whether there is a newer version, and downloads it. Nothing of "
@@ -64,6 +62,6 @@ QWidget* makePrivacyPage(AppContext& context, SettingsSelection&) {
   addUsage(*page, context);
   addData(*page, context);
   addTools(*page, *context.platform.systemInfo);
-  addUpdates(*page, *context.platform.updater);
+  addUpdates(*page, context.updateSource, *context.platform.updater);
   return page;
 }

@@ -1,13 +1,12 @@
 #include "app/updates/automatic_updates.h"
 
-#include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
-#include "base/atomic_file.h"
-#include "base/clock.h"
+#include <algorithm>
+
 #include "base/logging.h"
+#include "core/net/download_file.h"
 #include "core/net/http_client.h"
 #include "core/net/network_monitor.h"
 #include "core/presenters/toast_presenter.h"
@@ -19,68 +18,94 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kBetweenLooks = 24h;
+constexpr std::chrono::minutes kShortestPause = 1min;
+constexpr std::chrono::minutes kLongestPause = 4h;
 constexpr auto kSilence = 30s;
 constexpr qint64 kLongestDescription = 64 * 1024;
 /// Somebody who is called away should still find it.
 constexpr auto kToast = 30s;
 
-/// What is downloaded is run later: nobody on the way may change it, though its signature would tell.
-bool isSafe(const QUrl& url) {
-  return url.scheme() == "https"_L1 || (url.scheme() == "http"_L1 && isLoopbackHost(url.host()));
+/// Twice as long after each failure.
+std::chrono::minutes pauseAfter(int failures) {
+  constexpr int kMostDoublings = 8;
+  return std::min(kShortestPause * (1 << std::min(failures, kMostDoublings)), kLongestPause);
 }
 
 void report(const QString& what) { qCWarning(lcPlatform).noquote() << "No update:" << what; }
 
 }  // namespace
 
-UpdateSource UpdateSource::ofThisBuild() {
-  return {QUrl(QStringLiteral(VANTLE_UPDATE_FOLDER)), QStringLiteral(VANTLE_UPDATE_PUBLISHER)};
-}
-
-bool UpdateSource::serves(const Updater& updater) const {
-  return !updater.downloadName().isEmpty() && !publisher.isEmpty() && isSafe(folder);
-}
-
 AutomaticUpdates::AutomaticUpdates(Services services, UpdateSource source, QString running, QString folder)
     : services_(services), source_(std::move(source)), running_(std::move(running)), folder_(std::move(folder)) {}
 
+AutomaticUpdates::~AutomaticUpdates() { end(); }
+
 void AutomaticUpdates::start() {
-  if (source_.serves(services_.updater)) look();
+  if (!source_.serves(services_.updater)) return;
+  watching_ = Job::start();
+  watching_.on(&services_.network, &NetworkMonitor::changed, [this](bool online) { seeNetwork(online); });
+  look();
 }
 
 void AutomaticUpdates::look() {
-  day_ = Job::start();
-  services_.clock.after(kBetweenLooks, day_, [this] { look(); });
+  // One that still hangs is broken off.
+  end();
+  lookIn(kBetweenLooks);
   if (!services_.network.isOnline()) return;
+  // A killed program's.
+  drop(u"Vantle-*"_s + DownloadFile::kPart);
   looking_ = Job::start();
   HttpRequest request{.method = "GET", .url = address(), .timeout = kSilence, .maximumAnswer = kLongestDescription};
   services_.http.send(request, looking_, [this](const auto& response) {
-    if (!response) return report(response.error().description());
+    if (!response) return tryAgain(response.error().description());
     takeDescription(*response);
   });
 }
 
+void AutomaticUpdates::lookIn(std::chrono::minutes delay) {
+  waiting_ = Job::start();
+  services_.clock.after(delay, waiting_, [this] { look(); });
+}
+
+/// A network that has just come is seldom through yet, and one that comes and goes shall not begin a download each
+/// time.
+void AutomaticUpdates::seeNetwork(bool online) {
+  if (!online) return;
+  failures_ = 0;
+  if (!looking_.isRunning() && services_.clock.now() >= due_) lookIn(kShortestPause);
+}
+
 void AutomaticUpdates::takeDescription(const HttpResponse& response) {
-  if (!response.isSuccess()) return report(u"the server answers %1"_s.arg(response.status));
-  offer_ = UpdateOffer::read(response.body, address(), running_);
-  dropOthers();
-  if (!offer_ || offer_->version == told_) return;
+  if (!response.isSuccess()) return tryAgain(u"the server answers %1"_s.arg(response.status));
+  const auto offer = UpdateOffer::read(response.body, address(), running_);
+  if (!offer) return giveUp(offer.error());
+  offer_ = *offer;
+  // What was installed meanwhile, or is no longer offered.
+  drop(u"Vantle-*.dmg"_s, offer_ ? path() : QString());
+  if (!offer_ || offer_->version == told_) return settle();
   QFileInfo::exists(path()) ? verify() : download();
 }
 
 void AutomaticUpdates::download() {
-  const HttpRequest request{.method = "GET", .url = offer_->url, .timeout = kSilence, .maximumAnswer = offer_->bytes};
-  services_.http.send(request, looking_, [this](const auto& response) {
-    if (!response) return report(response.error().description());
-    if (!response->isSuccess()) return report(u"the server answers %1"_s.arg(response->status));
-    takeDownload(response->body);
-  });
+  const auto file = DownloadFile::beside(path());
+  if (!file) return tryAgain(file.error().description());
+  download_ = *file;
+  const HttpRequest request{
+      .method = "GET", .url = offer_->url, .sink = download_, .timeout = kSilence, .maximumAnswer = offer_->bytes};
+  services_.http.send(request, looking_, [this](const auto& response) { takeDownload(response); });
 }
 
-void AutomaticUpdates::takeDownload(const QByteArray& image) {
-  if (QCryptographicHash::hash(image, QCryptographicHash::Sha256) != offer_->digest)
-    return report(u"the download is not what was described"_s);
-  if (const auto written = writeFileAtomically(path(), image); !written) return report(written.error().description());
+void AutomaticUpdates::takeDownload(const std::expected<HttpResponse, HttpError>& response) {
+  if (response && response->isSuccess()) return finishDownload();
+  if (response) return tryAgain(u"the server answers %1"_s.arg(response->status));
+  if (response.error().reason == HttpError::Reason::tooLarge)
+    return giveUp(u"the download is longer than the %1 bytes that were described"_s.arg(offer_->bytes));
+  tryAgain(response.error().description());
+}
+
+void AutomaticUpdates::finishDownload() {
+  if (download_->digest() != offer_->digest) return giveUp(u"the download is not what was described"_s);
+  if (const auto finished = download_->finish(); !finished) return tryAgain(finished.error().description());
   verify();
 }
 
@@ -88,7 +113,7 @@ void AutomaticUpdates::verify() {
   services_.updater.verify(path(), source_.publisher, looking_, [this](const std::expected<void, QString>& verified) {
     if (verified) return tell();
     QFile::remove(path());
-    report(u"the download is not signed by its publisher: %1"_s.arg(verified.error()));
+    giveUp(u"the download is not signed by its publisher: %1"_s.arg(verified.error()));
   });
 }
 
@@ -100,12 +125,37 @@ void AutomaticUpdates::tell() {
                          .detail = u"Click to open it, then drag Vantle over the one you have."_s,
                          .onTap = [&updater = services_.updater, image = path()] { updater.open(image); }},
                         kToast);
+  settle();
 }
 
-/// What was installed meanwhile, or is no longer offered.
-void AutomaticUpdates::dropOthers() const {
-  for (const QFileInfo& file : QDir(folder_).entryInfoList({u"Vantle-*.dmg"_s}, QDir::Files))
-    if (!offer_ || file.filePath() != path()) QFile::remove(file.filePath());
+void AutomaticUpdates::tryAgain(const QString& failure) {
+  report(failure);
+  end();
+  lookIn(pauseAfter(failures_++));
+}
+
+/// The look is done, whatever it has found.
+void AutomaticUpdates::settle() {
+  end();
+  failures_ = 0;
+  due_ = services_.clock.now() + kBetweenLooks;
+}
+
+/// The same would come again, and another download is long.
+void AutomaticUpdates::giveUp(const QString& failure) {
+  report(failure);
+  settle();
+}
+
+void AutomaticUpdates::end() {
+  looking_ = Job();
+  // Whoever else still holds it: nobody may be there to let go when the program ends.
+  if (const auto download = std::exchange(download_, nullptr)) download->discard();
+}
+
+void AutomaticUpdates::drop(const QString& pattern, const QString& but) const {
+  for (const QFileInfo& file : QDir(folder_).entryInfoList({pattern}, QDir::Files))
+    if (file.filePath() != but) QFile::remove(file.filePath());
 }
 
 QUrl AutomaticUpdates::address() const {

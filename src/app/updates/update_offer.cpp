@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+#include "base/byte_count.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -25,14 +27,20 @@ bool isFileName(const QString& name) {
 
 }  // namespace
 
-std::optional<UpdateOffer> UpdateOffer::read(const QByteArray& description, const QUrl& address,
-                                             const QString& running) {
+std::expected<std::optional<UpdateOffer>, QString> UpdateOffer::read(const QByteArray& description, const QUrl& address,
+                                                                     const QString& running) {
   const QJsonObject object = QJsonDocument::fromJson(description).object();
   const QString file = object["file"_L1].toString();
-  UpdateOffer offer{object["version"_L1].toString(), address.resolved(QUrl(file)),
-                    QByteArray::fromHex(object["sha256"_L1].toString().toLatin1()), object["bytes"_L1].toInteger()};
-  const bool isNewer = number(offer.version) > number(running);
+  const UpdateOffer offer{object["version"_L1].toString(), address.resolved(QUrl(file)),
+                          QByteArray::fromHex(object["sha256"_L1].toString().toLatin1()),
+                          object["bytes"_L1].toInteger()};
+  if (number(offer.version).isNull()) return std::unexpected(u"its description names no version"_s);
+  if (number(offer.version) <= number(running)) return std::nullopt;
   const bool isWhole = offer.digest.size() == QCryptographicHash::hashLength(QCryptographicHash::Sha256);
-  if (!isNewer || !isWhole || !isFileName(file) || offer.bytes <= 0 || offer.bytes > kLargest) return std::nullopt;
+  if (!isWhole || !isFileName(file) || offer.bytes <= 0)
+    return std::unexpected(u"the description of %1 does not fit"_s.arg(offer.version));
+  if (offer.bytes > kLargest)
+    return std::unexpected(
+        u"%1 is larger than the %2 that are downloaded at most"_s.arg(offer.version, byteCountText(kLargest)));
   return offer;
 }

@@ -14,7 +14,7 @@ class Updates {
   Updates(AppContext& context, QSettings& defaults)
       : notice_(defaults, QCoreApplication::applicationVersion()),
         automatic_({context.services.http, *context.platform.updater, context.network, context.toasts, context.clock},
-                   UpdateSource::ofThisBuild(), notice_.running(),
+                   context.updateSource, notice_.running(),
                    QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + QStringLiteral("/Updates")) {}
 
   UpdateNotice& notice() { return notice_; }

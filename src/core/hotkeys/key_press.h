@@ -47,6 +47,7 @@ inline constexpr std::uint32_t kSpace = 49;
 inline constexpr std::uint32_t kDelete = 51;
 inline constexpr std::uint32_t kForwardDelete = 117;
 inline constexpr std::uint32_t kEscape = 53;
+inline constexpr std::uint32_t kF10 = 109;
 inline constexpr std::uint32_t kPageUp = 116;
 inline constexpr std::uint32_t kPageDown = 121;
 inline constexpr std::uint32_t kLeft = 123;

@@ -52,6 +52,8 @@ QString HttpError::description() const {
       return u"The service sent the request on to another host, which is not followed."_s;
     case Reason::tooLarge:
       return u"The answer of the service is too large."_s;
+    case Reason::notKept:
+      return u"The answer of the service cannot be kept: %1"_s.arg(detail);
     case Reason::broken:
       return u"The connection broke off: %1"_s.arg(detail);
     case Reason::insecure:

@@ -36,6 +36,10 @@ struct HttpRequest {
   std::function<void(const QByteArray&)> received{};
   /// The media type of the answers that `received` is told of, in lower case; empty: of all.
   QByteArray receivedType{};
+  /// Takes the body of an answer with a status of success, piece by piece as it arrives, in place of the response,
+  /// which then has none; the body of another answer is dropped. Opened for writing. A piece that it does not take ends
+  /// the exchange with its error.
+  std::shared_ptr<QIODevice> sink{};
   /// The longest silence of the other side; zero: any.
   std::chrono::milliseconds timeout{0};
   /// The longest the whole exchange may take; zero: any.
@@ -62,7 +66,7 @@ struct HttpResponse {
 
 /// Why there is no response.
 struct HttpError {
-  enum class Reason { unreachable, timedOut, broken, insecure, redirected, tooLarge };
+  enum class Reason { unreachable, timedOut, broken, insecure, redirected, tooLarge, notKept };
   Reason reason = Reason::unreachable;
   /// The system's own words; a credential is never among them.
   QString detail;

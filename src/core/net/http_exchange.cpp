@@ -8,6 +8,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// What is read at once.
+constexpr qint64 kPiece = 1024 * 1024;
+
 HttpError errorOf(const QNetworkReply& reply) {
   using Reason = HttpError::Reason;
   switch (reply.error()) {
@@ -45,7 +48,8 @@ HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, Htt
       received_(request.received),
       receivedType_(request.receivedType),
       answer_(std::move(answer)),
-      maximumAnswer_(request.maximumAnswer) {
+      maximumAnswer_(request.maximumAnswer),
+      sink_(request.sink) {
   // Qt's own limit ends a request as if somebody had cancelled it; with timers of our own the reason is known.
   const auto limit = [this](QTimer& timer, std::chrono::milliseconds length) {
     timer.setSingleShot(true);
@@ -57,7 +61,7 @@ HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, Htt
   limit(answerDeadline_, request.answerDeadline);
   if (request.timeout > 0ms) silence_.start();
   if (request.deadline > 0ms) deadline_.start();
-  reply_->setReadBufferSize(maximumAnswer_ + 1);
+  reply_->setReadBufferSize(sink_ ? std::min(kPiece, maximumAnswer_ + 1) : maximumAnswer_ + 1);
   connect(reply, &QNetworkReply::uploadProgress, this, &HttpExchange::sent);
   connect(reply, &QNetworkReply::readyRead, this, &HttpExchange::read);
   connect(reply, &QNetworkReply::finished, this, &HttpExchange::finish);
@@ -81,10 +85,20 @@ void HttpExchange::sent(qint64 bytes, qint64 total) {
 
 void HttpExchange::read() {
   heard();
-  const QByteArray piece = reply_->read(maximumAnswer_ + 1 - body_.size());
+  for (;;) {
+    const QByteArray piece = reply_->read(std::min(kPiece, maximumAnswer_ + 1 - taken_));
+    if (piece.isEmpty()) return;
+    taken_ += piece.size();
+    if (taken_ > maximumAnswer_) return fail({HttpError::Reason::tooLarge, {}});
+    if (!keep(piece)) return fail({HttpError::Reason::notKept, sink_->errorString()});
+    if (received_) hand(piece);
+  }
+}
+
+bool HttpExchange::keep(const QByteArray& piece) {
+  if (sink_) return !HttpResponse{statusOf(*reply_), {}, {}}.isSuccess() || sink_->write(piece) == piece.size();
   body_ += piece;
-  if (body_.size() > maximumAnswer_) return fail({HttpError::Reason::tooLarge, {}});
-  if (received_ && !piece.isEmpty()) hand(piece);
+  return true;
 }
 
 void HttpExchange::hand(const QByteArray& piece) const {

@@ -22,6 +22,7 @@ class HttpExchange : public QObject {
   void sent(qint64 bytes, qint64 total);
   void read();
   void finish();
+  bool keep(const QByteArray& piece);
   void hand(const QByteArray& piece) const;
   HttpResponse response() const;
   void fail(HttpError error);
@@ -35,7 +36,10 @@ class HttpExchange : public QObject {
   double shownProgress_ = 0;
   HttpClient::Answer answer_;
   qint64 maximumAnswer_;
+  qint64 taken_ = 0;
   QByteArray body_;
+  /// Takes the body's place.
+  std::shared_ptr<QIODevice> sink_;
   QTimer silence_;
   QTimer deadline_;
   /// Starts when the body has been sent.

@@ -137,7 +137,18 @@ void PalettePanel::cutToCard() {
 bool PalettePanel::offer(const KeyPress& press) {
   // A modifier going down is no key press of its own.
   const bool isNothing = press.keyCode == KeyPress::kUnknownKey && press.characters.isEmpty();
-  return !isNothing && handleKey_ && handleKey_(press);
+  if (isNothing) return false;
+  const bool isMenuKey = press.shift && press.keyCode == keycode::kF10;
+  return (handleKey_ && handleKey_(press)) || (isMenuKey && askForMenu());
+}
+
+/// As the system does at the menu key, which not every keyboard has.
+bool PalettePanel::askForMenu() {
+  QWidget* target = focusWidget() ? focusWidget() : this;
+  const QPoint place = target->rect().center();
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, place, target->mapToGlobal(place));
+  QApplication::sendEvent(target, &event);
+  return event.isAccepted();
 }
 
 // Keys meant for a child pass here first: a palette's own keys work wherever the cursor stands.

@@ -82,6 +82,7 @@ class PalettePanel : public QWidget {
 
  private:
   bool offer(const KeyPress& press);
+  bool askForMenu();
   void cutToCard();
   void watchForLoss();
   void loseKeyboard();

@@ -142,8 +142,8 @@ bool QuickQuestionPanelController::pasteImage() {
   ++attachmentsUnderWay_;
   images_.read(attaching_, [this](const auto& image) {
     if (!image) return pasteText();
-    --attachmentsUnderWay_;
     attach([png = image->data] { return Made{attachmentOf(png)}; });
+    settle();
   });
   return true;
 }

@@ -59,7 +59,6 @@ AnswerTextView::AnswerTextView(const QString& name, QWidget* parent)
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setContextMenuPolicy(Qt::NoContextMenu);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   viewport()->setAutoFillBackground(false);
   connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& url) {
@@ -75,7 +74,8 @@ QString AnswerTextView::cut(const QString& text) {
 }
 
 void AnswerTextView::showPlain(const QString& text) {
-  markdown_.clear();
+  source_ = text;
+  isMarkdown_ = false;
   text_->readPlain(cut(text));
   finish();
 }
@@ -85,7 +85,8 @@ void AnswerTextView::showMarkdown(const QString& text) {
   const int anchor = textCursor().anchor();
   const int position = textCursor().position();
   const QString marked = selectedText();
-  markdown_ = text;
+  source_ = text;
+  isMarkdown_ = true;
   QFont font = Theme::rowFont();
   font.setWeight(QFont::Normal);
   text_->setDefaultFont(font);
@@ -295,8 +296,12 @@ void AnswerTextView::resizeEvent(QResizeEvent* event) {
 /// The transcript scrolls, not a text in it.
 void AnswerTextView::wheelEvent(QWheelEvent* event) { event->ignore(); }
 
+void AnswerTextView::contextMenuEvent(QContextMenuEvent* event) {
+  Q_EMIT menuWanted(event->globalPos(), AnswerDocument::openable(QUrl(anchorAt(event->pos()))));
+}
+
 void AnswerTextView::changeEvent(QEvent* event) {
   QTextBrowser::changeEvent(event);
   // Links have taken the colour of the appearance they were made in.
-  if (event->type() == QEvent::PaletteChange && !markdown_.isEmpty()) showMarkdown(markdown_);
+  if (event->type() == QEvent::PaletteChange && isMarkdown_) showMarkdown(QString(source_));
 }

@@ -22,6 +22,9 @@ class AnswerTextView : public QTextBrowser {
   void showPlain(const QString& text);
   /// Whether only the beginning is shown; a copy has all of it.
   bool isCut() const { return isCut_; }
+  /// All of what is shown, as it was written.
+  const QString& source() const { return source_; }
+  bool isMarkdown() const { return isMarkdown_; }
   /// What the user has marked; empty: nothing.
   QString selectedText() const;
   /// The code blocks, from the first to the last.
@@ -36,11 +39,14 @@ class AnswerTextView : public QTextBrowser {
   void copyWanted(const QString& code);
   /// An address that may be opened.
   void linkChosen(const QUrl& url);
+  /// `place` is global; `link`: the address there, if it may be opened.
+  void menuWanted(const QPoint& place, const QUrl& link);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void changeEvent(QEvent* event) override;
   /// Past its stops to whatever comes next, and not round among its links, as the browser would go.
   // NOLINTNEXTLINE(bugprone-parent-virtual-call)
@@ -66,7 +72,8 @@ class AnswerTextView : public QTextBrowser {
   /// Of the first code blocks, and of the first links.
   std::vector<QToolButton*> buttons_;
   std::vector<LinkStop*> links_;
-  QString markdown_;
+  QString source_;
+  bool isMarkdown_ = false;
   bool isCut_ = false;
   int height_ = 0;
 };

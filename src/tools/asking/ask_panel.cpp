@@ -1,5 +1,6 @@
 #include "tools/asking/ask_panel.h"
 
+#include "core/ui/panel_menu.h"
 #include "tools/asking/ask_flow.h"
 #include "tools/asking/ask_view.h"
 
@@ -22,6 +23,7 @@ AskPanel::AskPanel(PanelWindow& native, AskFlow& flow, AskView* view)
 }
 
 bool AskPanel::handleKey(const KeyPress& key) {
+  if (view_->menu().handleKey(key)) return true;
   // What is marked goes before the latest answer.
   if (key.isCommand(u'c', keycode::kC) && copySelection()) return true;
   if (key.keyCode == keycode::kPageUp || key.keyCode == keycode::kPageDown) {

@@ -1,11 +1,16 @@
 #include "tools/asking/ask_view.h"
 
 #include <QAbstractButton>
+#include <QContextMenuEvent>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
+#include "core/ui/panel_menu.h"
 #include "core/ui/theme.h"
+#include "platform/command_key.h"
+#include "tools/asking/answer_text_view.h"
 #include "tools/asking/ask_composer.h"
 #include "tools/asking/ask_flow.h"
 #include "tools/asking/ask_header.h"
@@ -22,15 +27,17 @@ constexpr int kSide = 2 * Theme::kGrid;
 
 AskView::AskView(AskModel& model, AskFlow& flow, const Texts& texts, QWidget* parent)
     : QWidget(parent),
+      flow_(flow),
       header_(new AskHeader(model, texts.symbol, texts.title)),
       transcript_(new TranscriptView(model, texts.empty)),
       composer_(new AskComposer(model)),
       footer_(new FooterHints({})),
-      middle_(new QHBoxLayout) {
+      middle_(new QHBoxLayout),
+      menu_(new PanelMenu(u"Menu of the text"_s, this)) {
   setWindowTitle(texts.title);
   layOut();
   connect(&model, &AskModel::changed, this, [this] { follow(); });
-  connectParts(flow);
+  connectParts();
 }
 
 void AskView::layOut() {
@@ -53,12 +60,36 @@ void AskView::addBeside(QWidget* widget) {
   middle_->insertWidget(0, widget);
 }
 
-void AskView::connectParts(AskFlow& flow) {
-  connect(&composer_->field(), &QuestionField::submitted, this, [&flow] { flow.submit(); });
-  connect(header_, &AskHeader::copyWanted, this, [&flow] { flow.copyLatestAnswer(); });
-  connect(header_, &AskHeader::newWanted, this, [&flow] { flow.startOver(); });
-  connect(transcript_, &TranscriptView::copyWanted, this, [&flow](const QString& text) { flow.copy(text); });
+void AskView::connectParts() {
+  connect(&composer_->field(), &QuestionField::submitted, this, [this] { flow_.submit(); });
+  connect(header_, &AskHeader::copyWanted, this, [this] { flow_.copyLatestAnswer(); });
+  connect(header_, &AskHeader::newWanted, this, [this] { flow_.startOver(); });
+  connect(transcript_, &TranscriptView::copyWanted, this, [this](const QString& text) { flow_.copy(text); });
   connect(transcript_, &TranscriptView::linkChosen, this, &AskView::linkChosen);
+  connect(transcript_, &TranscriptView::menuWanted, this, &AskView::showMenu);
+}
+
+/// The text may be gone by the time that something is chosen: then there is nothing to copy any more.
+void AskView::showMenu(AnswerTextView* text, const QPoint& place, const QUrl& link) {
+  const QPointer<AnswerTextView> at(text);
+  std::vector<PanelMenu::Entry> entries;
+  if (const QString marked = text->selectedText(); !marked.isEmpty())
+    entries.push_back({u"Copy Selection"_s, keyCaps({u"⌘"_s, u"C"_s}), [this, marked] { flow_.copy(marked); }});
+  if (!link.isEmpty())
+    entries.push_back({u"Copy Link Address"_s, {}, [this, link] { flow_.copy(link.toString(QUrl::FullyEncoded)); }});
+  const QString all = text->isMarkdown() ? u"Copy Answer as Markdown"_s : u"Copy Question"_s;
+  entries.push_back({all, {}, [this, at] {
+                       if (at) flow_.copy(at->source());
+                     }});
+  entries.push_back({u"Select All"_s, {}, [at] {
+                       if (at) at->selectAll();
+                     }});
+  menu_->popup(entries, mapFromGlobal(place));
+}
+
+/// The menu key, wherever the keyboard is; the pointer opens the menu of what it is at.
+void AskView::contextMenuEvent(QContextMenuEvent* event) {
+  event->setAccepted(event->reason() == QContextMenuEvent::Keyboard && transcript_->askForMenu());
 }
 
 void AskView::follow() {

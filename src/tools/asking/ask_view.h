@@ -9,7 +9,9 @@ class AskComposer;
 class AskFlow;
 class AskHeader;
 class AskModel;
+class AnswerTextView;
 class QHBoxLayout;
+class PanelMenu;
 class TranscriptView;
 
 /// The card of a conversation: what it is, what was said, the field for the next question, and the keys at its foot. It
@@ -26,6 +28,8 @@ class AskView : public QWidget {
   void takeTyping(const QString& characters);
   /// Presses the button or the link that the keyboard is at; false when it is at none.
   bool pressFocused();
+  /// Keys go there first.
+  PanelMenu& menu() { return *menu_; }
 
  Q_SIGNALS:
   void linkChosen(const QUrl& url);
@@ -47,6 +51,7 @@ class AskView : public QWidget {
 
   /// From one stop of the keyboard to the next in reading order, whichever was made first.
   bool focusNextPrevChild(bool next) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   /// The keys that can be pressed now.
   virtual std::vector<KeyHint> hints() const = 0;
   /// Draws what has changed; the first time when the derived class calls it.
@@ -55,11 +60,14 @@ class AskView : public QWidget {
  private:
   std::vector<QWidget*> stops() const;
   void layOut();
-  void connectParts(AskFlow& flow);
+  void connectParts();
+  void showMenu(AnswerTextView* text, const QPoint& place, const QUrl& link);
 
+  AskFlow& flow_;
   AskHeader* header_;
   TranscriptView* transcript_;
   AskComposer* composer_;
   FooterHints* footer_;
   QHBoxLayout* middle_;
+  PanelMenu* menu_;
 };

@@ -14,6 +14,7 @@
 #include "core/ui/toned_label.h"
 #include "tools/asking/answer_text_view.h"
 #include "tools/asking/exchange_view.h"
+#include "tools/asking/link_stop.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -133,6 +134,8 @@ ExchangeView* TranscriptView::add(const QString& question, const std::vector<QIm
   for (AnswerTextView* text : {&view->question(), &view->answer()}) {
     connect(text, &AnswerTextView::copyWanted, this, &TranscriptView::copyWanted);
     connect(text, &AnswerTextView::linkChosen, this, &TranscriptView::linkChosen);
+    connect(text, &AnswerTextView::menuWanted, this,
+            [this, text](const QPoint& place, const QUrl& link) { Q_EMIT menuWanted(text, place, link); });
     connect(text, &QTextEdit::selectionChanged, this, [this, text] {
       if (text->textCursor().hasSelection()) clearOtherSelections(text);
     });
@@ -168,6 +171,29 @@ QString TranscriptView::selectedText() const {
   for (const auto* text : findChildren<AnswerTextView*>())
     if (const QString selected = text->selectedText(); !selected.isEmpty()) return selected;
   return {};
+}
+
+AnswerTextView* TranscriptView::textAtHand() const {
+  const auto texts = findChildren<AnswerTextView*>();
+  const auto isMarked = [](const AnswerTextView* text) { return !text->selectedText().isEmpty(); };
+  if (const auto marked = std::ranges::find_if(texts, isMarked); marked != texts.end()) return *marked;
+  for (AnswerTextView* text : texts)
+    if (text->isAncestorOf(window()->focusWidget())) return text;
+  if (open_ && !open_->answer().isHidden()) return &open_->answer();
+  return exchanges_.empty() ? nullptr : &exchanges_.back()->answer();
+}
+
+bool TranscriptView::askForMenu() {
+  AnswerTextView* text = textAtHand();
+  if (!text) return false;
+  const auto* stop = qobject_cast<LinkStop*>(window()->focusWidget());
+  const bool isAtLink = stop && text->isAncestorOf(stop);
+  // Beside what the user looks at, and not over all of it.
+  const QWidget* at = isAtLink ? static_cast<const QWidget*>(stop) : text;
+  const QRect seen = at->visibleRegion().boundingRect();
+  const QPoint corner = isAtLink ? seen.bottomLeft() : seen.topLeft() + QPoint(2, 2) * Theme::kGrid;
+  Q_EMIT menuWanted(text, at->mapToGlobal(corner), isAtLink ? stop->url() : QUrl());
+  return true;
 }
 
 void TranscriptView::scroll(double pages) {

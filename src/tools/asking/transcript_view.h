@@ -28,10 +28,15 @@ class TranscriptView : public QScrollArea {
   std::vector<QWidget*> stops() const;
   /// By this share of what is in sight.
   void scroll(double pages);
+  /// Asks for the menu of the text that the user is at: what is marked, else where the keyboard is, else the newest
+  /// answer. False without any.
+  bool askForMenu();
 
  Q_SIGNALS:
   void copyWanted(const QString& text);
   void linkChosen(const QUrl& url);
+  /// `place` is global; `link`: the address there, if any.
+  void menuWanted(AnswerTextView* text, const QPoint& place, const QUrl& link);
 
  private:
   void follow();
@@ -40,6 +45,7 @@ class TranscriptView : public QScrollArea {
   void grow();
   void showPartial();
   void showStop(QWidget* stop);
+  AnswerTextView* textAtHand() const;
   void clearOtherSelections(const AnswerTextView* chosen);
   ExchangeView* add(const QString& question, const std::vector<QImage>& thumbnails);
   void keepEndInSight();

@@ -1,10 +1,10 @@
 #include "tools/frequent_clis/cli_palette_view.h"
 
 #include "core/ui/palette_list.h"
+#include "core/ui/panel_menu.h"
 #include "platform/command_key.h"
 #include "tools/frequent_clis/cli_row_delegate.h"
 #include "tools/frequent_clis/palette_model.h"
-#include "tools/frequent_clis/row_menu.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,26 +16,15 @@ CLIPaletteView::CLIPaletteView(PaletteModel& model, QWidget* parent)
                    .hints = {{{u"↩"_s}, u"= runs immediately"_s}, {{u"esc"_s}, u"close"_s}}},
                   parent),
       model_(model),
-      menu_(new RowMenu(u"Edit Command…"_s, keyCaps({u"⌘"_s, u"E"_s}), this)) {
+      menu_(new PanelMenu(u"Menu of the command"_s, this)) {
   list().setContextMenuPolicy(Qt::CustomContextMenu);
   connect(&list(), &QWidget::customContextMenuRequested, this, &CLIPaletteView::showMenu);
-  connect(menu_, &RowMenu::triggered, this, [this] { Q_EMIT editRequested(model_.selectionIndex()); });
 }
 
 void CLIPaletteView::showMenu(const QPoint& position) {
   const QModelIndex index = list().indexAt(position);
   if (!index.isValid()) return;
   model_.select(index.row());
-  menu_->popup(list().viewport()->mapTo(this, position));
-}
-
-bool CLIPaletteView::closeMenu() {
-  if (menu_->isHidden()) return false;
-  menu_->hide();
-  return true;
-}
-
-void CLIPaletteView::hideEvent(QHideEvent* event) {
-  closeMenu();
-  PaletteView::hideEvent(event);
+  const auto edit = [this] { Q_EMIT editRequested(model_.selectionIndex()); };
+  menu_->popup({{u"Edit Command…"_s, keyCaps({u"⌘"_s, u"E"_s}), edit}}, list().viewport()->mapTo(this, position));
 }

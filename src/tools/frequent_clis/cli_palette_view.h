@@ -3,7 +3,7 @@
 #include "core/ui/palette_view.h"
 
 class PaletteModel;
-class RowMenu;
+class PanelMenu;
 
 /// The commands palette's card: its rows have a context menu.
 class CLIPaletteView final : public PaletteView {
@@ -12,18 +12,15 @@ class CLIPaletteView final : public PaletteView {
  public:
   explicit CLIPaletteView(PaletteModel& model, QWidget* parent = nullptr);
 
-  /// Closes the context menu; false when there was none open.
-  bool closeMenu();
+  /// Keys go there first.
+  PanelMenu& menu() { return *menu_; }
 
  Q_SIGNALS:
   void editRequested(int row);
-
- protected:
-  void hideEvent(QHideEvent* event) override;
 
  private:
   void showMenu(const QPoint& position);
 
   PaletteModel& model_;
-  RowMenu* menu_;
+  PanelMenu* menu_;
 };

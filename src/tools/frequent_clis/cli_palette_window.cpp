@@ -1,5 +1,6 @@
 #include "tools/frequent_clis/cli_palette_window.h"
 
+#include "core/ui/panel_menu.h"
 #include "tools/frequent_clis/cli_palette_controller.h"
 #include "tools/frequent_clis/cli_palette_view.h"
 
@@ -16,11 +17,8 @@ CLIPaletteWindow::CLIPaletteWindow(PanelWindow& native, CLIPaletteController& co
 
 CLIPaletteWindow::CLIPaletteWindow(PanelWindow& native, CLIPaletteController& controller, CLIPaletteView* view)
     : PaletteWindow(native, view, controller) {
-  // Escape closes an open context menu first; other keys close it and work on the list as ever.
-  panel().setKeyHandler([view, &controller](const KeyPress& key) {
-    const bool menuWasOpen = view->closeMenu();
-    return (menuWasOpen && key.keyCode == keycode::kEscape) || controller.handleKey(key);
-  });
+  panel().setKeyHandler(
+      [view, &controller](const KeyPress& key) { return view->menu().handleKey(key) || controller.handleKey(key); });
   QObject::connect(view, &CLIPaletteView::chosen, view,
                    [&controller](int row) { controller.choose(commandAt(controller, row)); });
   QObject::connect(view, &CLIPaletteView::editRequested, view,

@@ -1,5 +1,6 @@
 #include "tools/image_to_prompt/prompt_text.h"
 
+#include <QContextMenuEvent>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -45,6 +46,8 @@ PromptText::PromptText(const QString& prompt, QWidget* parent) : QTextEdit(paren
   // It would scroll to the end otherwise.
   moveCursor(QTextCursor::Start);
 }
+
+void PromptText::contextMenuEvent(QContextMenuEvent* event) { Q_EMIT menuWanted(event->globalPos()); }
 
 double PromptText::heightOf(const QString& prompt) {
   QTextDocument document;

@@ -11,4 +11,11 @@ class PromptText final : public QTextEdit {
 
   /// How high the words are when laid out as here, in logical pixels.
   static double heightOf(const QString& prompt);
+
+ Q_SIGNALS:
+  /// `place` is global.
+  void menuWanted(const QPoint& place);
+
+ protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
 };

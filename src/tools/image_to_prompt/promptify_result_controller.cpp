@@ -18,8 +18,8 @@ void PromptifyResultController::show(const QString& prompt, const QImage& source
   panel_->present();
 }
 
-void PromptifyResultController::copy() {
-  services_.pasteboard.writeText(model_.prompt());
+void PromptifyResultController::copy(const QString& text) {
+  services_.pasteboard.writeText(text);
   model_.setCopied(true);
   copied_ = Job::start();
   services_.clock.after(kCopiedFor, copied_, [this] { model_.setCopied(false); });

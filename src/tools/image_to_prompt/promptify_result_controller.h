@@ -30,7 +30,8 @@ class PromptifyResultController final {
 
   /// `source` may be null, `styleLabel` empty.
   void show(const QString& prompt, const QImage& source, const QString& styleLabel);
-  void copy();
+  void copy() { copy(model_.prompt()); }
+  void copy(const QString& text);
   void hide();
   /// Whether the key was used; never while hidden.
   bool handleKey(const KeyPress& key);

@@ -1,5 +1,6 @@
 #include "tools/image_to_prompt/promptify_result_panel.h"
 
+#include "core/ui/panel_menu.h"
 #include "core/ui/theme.h"
 #include "tools/image_to_prompt/promptify_result_controller.h"
 #include "tools/image_to_prompt/promptify_result_view.h"
@@ -20,7 +21,8 @@ PromptifyResultPanel::PromptifyResultPanel(PanelWindow& native, PromptifyResultC
   panel_.setContent(view);
   panel_.setMovable(true);
   panel_.setStaysUp(true);
-  panel_.setKeyHandler([&controller](const KeyPress& key) { return controller.handleKey(key); });
+  panel_.setKeyHandler(
+      [view, &controller](const KeyPress& key) { return view->menu().handleKey(key) || controller.handleKey(key); });
   QObject::connect(&panel_, &PalettePanel::becameKey, view, [view] { view->setHasKeyboard(true); });
   QObject::connect(&panel_, &PalettePanel::resignedKey, view, [view] { view->setHasKeyboard(false); });
   view->setFocus();

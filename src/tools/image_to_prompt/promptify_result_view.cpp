@@ -4,10 +4,12 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QTextDocumentFragment>
 
 #include "core/ui/accessible_roles.h"
 #include "core/ui/icon.h"
 #include "core/ui/key_caps.h"
+#include "core/ui/panel_menu.h"
 #include "core/ui/primary_button.h"
 #include "core/ui/settings_form.h"
 #include "core/ui/symbol_label.h"
@@ -77,16 +79,21 @@ class CloseButton final : public QPushButton {
 }  // namespace
 
 PromptifyResultView::PromptifyResultView(PromptifyResultController& controller, QWidget* parent)
-    : QWidget(parent), controller_(controller), copy_(new PrimaryButton), hint_(makeDetailLabel({})) {
+    : QWidget(parent),
+      controller_(controller),
+      copy_(new PrimaryButton),
+      hint_(makeDetailLabel({})),
+      text_(new PromptText(controller_.model().prompt())),
+      menu_(new PanelMenu(u"Menu of the prompt"_s, this)) {
   setWindowTitle(u"Image to Prompt"_s);
-  auto* text = new PromptText(controller_.model().prompt());
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
   column->setSpacing(1);
   column->addWidget(makeHeader());
-  column->addWidget(text, 1);
+  column->addWidget(text_, 1);
   column->addWidget(makeFooter());
-  setFocusProxy(text);
+  setFocusProxy(text_);
+  connect(text_, &PromptText::menuWanted, this, &PromptifyResultView::showMenu);
   connect(copy_, &QPushButton::clicked, this, [this] { controller_.copy(); });
   connect(&controller_.model(), &PromptifyResultModel::changed, this, &PromptifyResultView::follow);
   setHasKeyboard(true);
@@ -137,6 +144,15 @@ QWidget* PromptifyResultView::makeFooter() {
   row->addWidget(new KeyCaps(keyCaps({u"⌘"_s, u"C"_s})));
   row->addWidget(copy_);
   return footer;
+}
+
+void PromptifyResultView::showMenu(const QPoint& place) {
+  std::vector<PanelMenu::Entry> entries;
+  if (const QString marked = text_->textCursor().selection().toPlainText(); !marked.isEmpty())
+    entries.push_back({u"Copy Selection"_s, {}, [this, marked] { controller_.copy(marked); }});
+  entries.push_back({u"Copy Prompt"_s, keyCaps({u"⌘"_s, u"C"_s}), [this] { controller_.copy(); }});
+  entries.push_back({u"Select All"_s, {}, [this] { text_->selectAll(); }});
+  menu_->popup(entries, mapFromGlobal(place));
 }
 
 void PromptifyResultView::setHasKeyboard(bool hasKeyboard) {

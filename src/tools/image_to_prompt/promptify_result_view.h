@@ -2,8 +2,10 @@
 
 #include <QWidget>
 
+class PanelMenu;
 class PrimaryButton;
 class PromptifyResultController;
+class PromptText;
 class QLabel;
 
 /// The card with a prompt: what it is of, the prompt itself, and a button that copies it again. It draws the model; the
@@ -16,6 +18,8 @@ class PromptifyResultView final : public QWidget {
 
   /// Without the keyboard, the foot says how to get it.
   void setHasKeyboard(bool hasKeyboard);
+  /// Keys go there first.
+  PanelMenu& menu() { return *menu_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -25,8 +29,11 @@ class PromptifyResultView final : public QWidget {
   QWidget* makeTitle() const;
   QWidget* makeFooter();
   void follow();
+  void showMenu(const QPoint& place);
 
   PromptifyResultController& controller_;
   PrimaryButton* copy_;
   QLabel* hint_;
+  PromptText* text_;
+  PanelMenu* menu_;
 };

@@ -111,12 +111,12 @@ class World:
             shown = sorted({text for text in accessibility.texts(self.application.pid) if text})
             raise StepFailed(f"{failure}; shown: {shown[:40]}") from None
 
-    def click_on(self, name):
+    def click_on(self, name, button=1):
         """Clicks with the pointer what has an accessible name that begins so."""
         node = until(
             f"{name!r} is there to be clicked", lambda: accessibility.find(self.application.pid, name), 5, 0.05
         )
-        self.desktop.click(*accessibility.centre(node))
+        self.desktop.click(*accessibility.centre(node), button)
 
     # What a user does
 

@@ -83,10 +83,10 @@ class Desktop:
         xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
         self.display.sync()
 
-    def click(self, x, y):
+    def click(self, x, y, button=1):
         self.move_pointer(x, y)
-        xtest.fake_input(self.display, X.ButtonPress, 1)
-        xtest.fake_input(self.display, X.ButtonRelease, 1)
+        xtest.fake_input(self.display, X.ButtonPress, button)
+        xtest.fake_input(self.display, X.ButtonRelease, button)
         self.display.sync()
 
     def drag(self, start, end, steps=8):

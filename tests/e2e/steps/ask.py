@@ -60,6 +60,7 @@ def answers_a_question(world):
         until("the code is on the clipboard", lambda: clipboard.text() == CODE)
         world.desktop.press("Ctrl+c")
         until("Ctrl+C copies the whole answer", lambda: clipboard.text() == ANSWER)
+        copies_from_the_menu(world)
         provider.answer = "Yes, with `stable_sort`."
         world.desktop.type("And in a stable way?")
         world.desktop.press("Return")
@@ -72,6 +73,24 @@ def answers_a_question(world):
         world.desktop.press("Ctrl+n")
         world.see("Short answers, right here.")
         close(world, "Ask AI")
+
+
+def copies_from_the_menu(world):
+    entry = "Copy Answer as Markdown"
+    clipboard.copy(b"something else")
+    world.desktop.press("Menu")
+    world.see(entry)
+    world.picture("menu")
+    world.desktop.press("Escape")
+    until("the menu is closed", lambda: not world.shows(entry))
+    expect("the panel is not", world.titled("Ask AI"))
+    world.click_on("Question", button=3)
+    world.see("Copy Question")
+    world.desktop.press("Escape")
+    world.desktop.press("Shift+F10")
+    world.see(entry)
+    world.desktop.press("Return")
+    until("the answer is on the clipboard", lambda: clipboard.text() == ANSWER)
 
 
 def breaks_an_answer_off(world):

@@ -14,17 +14,28 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// An application from a disk image.
+struct ImageUpdater final : Updater {
+  QString downloadName() const override { return u"macos-arm64"_s; }
+};
+
 /// The settings window on its privacy tab.
 struct Stage : AppStage {
   SettingsSelection selection;
-  SettingsWindow window{context, selection};
+  SettingsWindow window;
 
-  Stage() {
+  explicit Stage(const UpdateSource& updates = {}, bool isImage = false)
+      : window(from(context, updates, isImage), selection) {
     writeFile(world.folders.file(u"settings.json"_s), "{}");
     selection.setTab(SettingsTab::privacy);
     window.open();
   }
 
+  static AppContext& from(AppContext& context, const UpdateSource& updates, bool isImage) {
+    context.updateSource = updates;
+    if (isImage) context.platform.updater = std::make_unique<ImageUpdater>();
+    return context;
+  }
   void press(const QString& name) {
     auto* button = named<QPushButton>(window, name);
     QVERIFY2(button, qPrintable(name));
@@ -74,6 +85,16 @@ class TestPrivacyPage : public QObject {
     QCOMPARE(stage.world.events.at(0), shown);
     stage.press(u"Hide what is sent"_s);
     QVERIFY(stage.codeShown().isEmpty());
+  }
+
+  void saysWhoIsAskedForNewVersionsWhereAnybodyIs() {
+    const QUrl folder(u"https://updates.example.org/vantle"_s);
+    const UpdateSource source{folder, u"TEAM123456"_s};
+    QVERIFY(Stage(source, true).says(u"Vantle asks updates.example.org whether there is a newer version"_s));
+    const QString asks = u"whether there is a newer version"_s;
+    QVERIFY(!Stage(source).says(asks));
+    QVERIFY(!Stage({folder, {}}, true).says(asks));
+    QVERIFY(!Stage({}, true).says(asks));
   }
 
   void exportsIntoTheChosenFolder() {

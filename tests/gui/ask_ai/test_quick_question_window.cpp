@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QScrollBar>
@@ -7,6 +8,7 @@
 #include <QToolButton>
 
 #include "core/ui/check_control.h"
+#include "core/ui/panel_menu.h"
 #include "support/controls.h"
 #include "support/fake_panel_window.h"
 #include "support/quick_question_world.h"
@@ -49,6 +51,13 @@ struct Window {
   void show() {
     world.controller.show();
     QApplication::setActiveWindow(&panel.panel());
+  }
+  PanelMenu& menu() { return *view().findChild<PanelMenu*>(); }
+  QStringList menuEntries() {
+    QStringList entries;
+    for (const auto* entry : menu().findChildren<QAbstractButton*>())
+      if (entry->isVisible()) entries.append(entry->text());
+    return entries;
   }
   bool says(const QString& text) { return shownTexts(view()).contains(text); }
 
@@ -277,6 +286,52 @@ class TestQuickQuestionWindow : public QObject {
     link->setFocus();
     window.type(Qt::Key_Space);
     QCOMPARE(window.opened.size(), 2);
+  }
+
+  void anAnswerHasAMenu() {
+    Window window;
+    window.show();
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    QVERIFY(window.menu().isHidden());
+    QVERIFY(window.world.converse(u"How?"_s, kAnswer));
+    AnswerTextView& answer = *window.texts(u"Answer"_s)[0];
+    QTextCursor middle = answer.document()->find(u"reference"_s);
+    middle.setPosition(middle.anchor() + 4);
+    const QPoint link = answer.cursorRect(middle).center();
+    QContextMenuEvent wanted(QContextMenuEvent::Mouse, link, answer.viewport()->mapToGlobal(link));
+    QApplication::sendEvent(answer.viewport(), &wanted);
+    QCOMPARE(window.menuEntries(),
+             QStringList({u"Copy Link Address"_s, u"Copy Answer as Markdown"_s, u"Select All"_s}));
+    QVERIFY(window.view().rect().contains(window.menu().geometry()));
+    window.type(Qt::Key_Return);
+    QCOMPARE(window.world.pasteboard.texts.back(), u"https://example.com/sort"_s);
+
+    // Of the newest answer, wherever the keyboard is, which gets it back.
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    window.type(Qt::Key_Return);
+    QCOMPARE(window.world.pasteboard.texts.back(), kAnswer);
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    window.type(Qt::Key_Up);
+    window.type(Qt::Key_Return);
+    QVERIFY(window.field().hasFocus() && answer.selectedText().contains(u"stable_sort"));
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    QCOMPARE(window.menuEntries(), QStringList({u"Copy Selection"_s, u"Copy Answer as Markdown"_s, u"Select All"_s}));
+    window.type(Qt::Key_Escape);
+    QVERIFY(window.menu().isHidden() && window.world.controller.isShown());
+    // What is no key of the menu closes it and does what it does.
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    window.type(Qt::Key_A);
+    QVERIFY(window.menu().isHidden());
+    QCOMPARE(window.field().toPlainText(), u"a"_s);
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    window.world.controller.hide();
+    window.show();
+    QVERIFY(window.menu().isHidden());
+    window.type(Qt::Key_F10, Qt::ShiftModifier);
+    window.world.controller.startOver();
+    QCOMPARE(window.menuEntries().size(), 3);
+    window.type(Qt::Key_Down);
+    window.type(Qt::Key_Return);
   }
 
   void typingDoesNotLayTheGrowingAnswerOutAgain() {

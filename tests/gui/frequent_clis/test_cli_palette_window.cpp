@@ -6,10 +6,10 @@
 #include <QTest>
 
 #include "core/ui/palette_list.h"
+#include "core/ui/panel_menu.h"
 #include "core/ui/search_field.h"
 #include "support/cli_world.h"
 #include "support/fake_panel_window.h"
-#include "tools/frequent_clis/row_menu.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -117,7 +117,7 @@ class CLIPaletteWindowTest : public QObject {
     PalettePanel& panel() { return window->panel(); }
     PaletteList& list() { return *panel().findChild<PaletteList*>(); }
     SearchField& search() { return *panel().findChild<SearchField*>(); }
-    RowMenu& menu() { return *panel().findChild<RowMenu*>(); }
+    PanelMenu& menu() { return *panel().findChild<PanelMenu*>(); }
     QPoint row(int index) { return list().visualRect(palette.model().index(index)).center(); }
     void openMenu(int index) {
       QContextMenuEvent event(QContextMenuEvent::Mouse, row(index), list().viewport()->mapToGlobal(row(index)));

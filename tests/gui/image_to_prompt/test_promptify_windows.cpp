@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include "core/ui/choice_picker_window.h"
+#include "core/ui/panel_menu.h"
 #include "core/ui/settings_form.h"
 #include "support/controls.h"
 #include "support/fake_panel_window.h"
@@ -103,6 +104,22 @@ class TestPromptifyWindows : public QObject {
     card.show(u"Another"_s);
     card.press(Qt::Key_Escape);
     QVERIFY(!card.panel->isVisible());
+  }
+
+  void theMenuOfThePromptCopiesAPartOfIt() {
+    Card card;
+    PalettePanel& panel = card.show(u"A red square."_s);
+    card.press(Qt::Key_F10, Qt::ShiftModifier);
+    auto* menu = named<PanelMenu>(panel, u"Menu of the prompt"_s);
+    QVERIFY(menu && buttonWith(*menu, u"Copy Prompt"_s) && !buttonWith(*menu, u"Copy Selection"_s));
+    card.press(Qt::Key_Escape);
+    QVERIFY(menu->isHidden() && panel.isVisible());
+    QTextCursor square = card.text().document()->find(u"square"_s);
+    card.text().setTextCursor(square);
+    card.press(Qt::Key_F10, Qt::ShiftModifier);
+    QTest::mouseClick(buttonWith(*menu, u"Copy Selection"_s), Qt::LeftButton);
+    QCOMPARE(card.pasteboard.texts.back(), u"square"_s);
+    QVERIFY(menu->isHidden() && card.text().hasFocus());
   }
 
   void thePageSetsSourceAndStyleAndTestsTheConnection() {

@@ -50,6 +50,10 @@ struct World {
                     folder.filePath(u"Updates"_s));
     updates->start();
   }
+  void setOnline(bool online) {
+    path.report(online);
+    QTRY_COMPARE(network.isOnline(), online);
+  }
   QStringList files() const { return QDir(folder.filePath(u"Updates"_s)).entryList(QDir::Files); }
 
   UpdateSource source;
@@ -70,30 +74,37 @@ class TestAutomaticUpdates : public QObject {
 
  private Q_SLOTS:
   void anOfferIsReadWhole() {
-    const auto offer = UpdateOffer::read(description("1.2.0"), kAddress, u"1.1.0"_s);
+    const auto offer = UpdateOffer::read(description("1.2.0"), kAddress, u"1.1.0"_s).value();
     QVERIFY(offer);
     QCOMPARE(offer->version, u"1.2.0"_s);
     QCOMPARE(offer->url, QUrl(u"https://example.org/vantle/vantle-1.2.0-macos-arm64.dmg"_s));
     QCOMPARE(offer->bytes, kImage.size());
-    QVERIFY(UpdateOffer::read(description("1.10"), kAddress, u"1.9.9"_s));
+    QVERIFY(UpdateOffer::read(description("1.10"), kAddress, u"1.9.9"_s).value());
+    for (const char* old : {"1.1.0", "1.0.9"})
+      QVERIFY(!UpdateOffer::read(description(old), kAddress, u"1.1.0"_s).value());
   }
 
   void whatDoesNotFitIsNoOffer_data() {
     QTest::addColumn<QByteArray>("text");
-    QTest::newRow("no JSON") << QByteArray("<html>");
-    QTest::newRow("the same version") << description("1.1.0");
-    QTest::newRow("an older one") << description("1.0.9");
-    QTest::newRow("a version that leaves the folder") << description("2.0/../../x");
-    QTest::newRow("no version number") << description("newest");
-    QTest::newRow("a file elsewhere") << description("1.2.0").replace("vantle-", "https://evil.example/vantle-");
-    QTest::newRow("a file above") << description("1.2.0").replace("vantle-", "../vantle-");
-    QTest::newRow("a short digest") << description("1.2.0").replace("\"sha256\": \"", "\"sha256\": \"00");
-    QTest::newRow("too long") << description("1.2.0").replace("\"bytes\": ", "\"bytes\": 99999999");
-    QTest::newRow("empty") << description("1.2.0", {});
+    QTest::addColumn<QString>("reason");
+    const QString unnamed = u"its description names no version"_s;
+    const QString unfit = u"the description of 1.2.0 does not fit"_s;
+    QTest::newRow("no JSON") << QByteArray("<html>") << unnamed;
+    QTest::newRow("a version that leaves the folder") << description("2.0/../../x") << unnamed;
+    QTest::newRow("no version number") << description("newest") << unnamed;
+    QTest::newRow("a file elsewhere") << description("1.2.0").replace("vantle-", "https://evil.example/vantle-")
+                                      << unfit;
+    QTest::newRow("a file above") << description("1.2.0").replace("vantle-", "../vantle-") << unfit;
+    QTest::newRow("a short digest") << description("1.2.0").replace("\"sha256\": \"", "\"sha256\": \"00") << unfit;
+    QTest::newRow("empty") << description("1.2.0", {}) << unfit;
+    QTest::newRow("too long") << description("1.2.0").replace("\"bytes\": ", "\"bytes\": 99999999")
+                              << u"1.2.0 is larger than the 512 MB that are downloaded at most"_s;
   }
   void whatDoesNotFitIsNoOffer() {
     QFETCH(const QByteArray, text);
-    QVERIFY(!UpdateOffer::read(text, kAddress, u"1.1.0"_s));
+    const auto offer = UpdateOffer::read(text, kAddress, u"1.1.0"_s);
+    QVERIFY(!offer);
+    QTEST(offer.error(), "reason");
   }
 
   void aNewerVersionIsDownloadedVerifiedAndTold() {
@@ -118,12 +129,17 @@ class TestAutomaticUpdates : public QObject {
     QCOMPARE(world.toasts.shown.size(), 2U);
   }
 
+  /// A download that will not do is not begun anew before the next day.
   void whatIsAlteredOrNotSignedIsNotKept() {
     World world;
     world.start();
     QVERIFY(world.http.answer(200, description("1.2.0")));
     QVERIFY(world.http.answer(200, "something else!"));
-    QVERIFY(world.updater.verified.isEmpty());
+    QVERIFY(world.updater.verified.isEmpty() && world.files().isEmpty());
+
+    world.clock.advance(24h);
+    QVERIFY(world.http.answer(200, description("1.2.0")));
+    QVERIFY(world.http.answer(std::unexpected(HttpError{HttpError::Reason::tooLarge, {}})));
     QVERIFY(world.files().isEmpty());
 
     world.updater.isSigned = false;
@@ -131,33 +147,103 @@ class TestAutomaticUpdates : public QObject {
     QVERIFY(world.http.answer(200, description("1.2.0")));
     QVERIFY(world.http.answer(200, kImage));
     QCOMPARE(world.updater.verified.size(), 1);
-    QVERIFY(world.files().isEmpty());
-    QVERIFY(world.toasts.shown.empty());
+    QVERIFY(world.files().isEmpty() && world.toasts.shown.empty());
+    world.clock.advance(24h - 1ms);
+    QCOMPARE(world.http.sent.size(), 6U);
   }
 
-  void whatWasInstalledIsDropped() {
+  void whatIsNotWholeIsNotKept() {
+    World world;
+    const auto beginDownload = [&world] {
+      QVERIFY(world.http.answer(200, description("1.2.0")));
+      world.http.deliver("the new");
+      QCOMPARE(world.files(), QStringList(u"Vantle-1.2.0.dmg.part"_s));
+    };
+    world.start();
+    beginDownload();
+    QVERIFY(world.http.answer(std::unexpected(HttpError{HttpError::Reason::broken, {}})));
+    QVERIFY(world.files().isEmpty());
+    world.clock.advance(1min);
+    beginDownload();
+    world.updates.reset();
+    QVERIFY(world.files().isEmpty());
+  }
+
+  void whatWasInstalledOrLeftOverIsDropped() {
     World world;
     QVERIFY(writeFile(world.folder.filePath(u"Updates/Vantle-1.1.0.dmg"_s), "old"));
+    QVERIFY(writeFile(world.folder.filePath(u"Updates/Vantle-1.2.0.dmg.part"_s), "a killed program's"));
     world.start();
+    QCOMPARE(world.files(), QStringList(u"Vantle-1.1.0.dmg"_s));
     QVERIFY(world.http.answer(200, description("1.1.0")));
     QVERIFY(world.files().isEmpty());
   }
 
-  void failuresWaitForTheNextDay() {
+  void aFailureIsTriedAgainLaterAndLater() {
     World world;
     world.start();
-    QVERIFY(world.http.answer(std::unexpected(HttpError{})));
-    world.clock.advance(24h);
+    std::size_t looks = 1;
+    for (const int minutes : {1, 2, 4, 8, 16, 32, 64, 128, 240, 240}) {
+      QVERIFY(looks % 2 == 0 ? world.http.answer(500, {}) : world.http.answer(std::unexpected(HttpError{})));
+      world.clock.advance(std::chrono::minutes(minutes) - 1ms);
+      QCOMPARE(world.http.sent.size(), looks);
+      world.clock.advance(1ms);
+      QCOMPARE(world.http.sent.size(), ++looks);
+    }
+    // After a look that was finished it begins with a minute again.
+    QVERIFY(world.http.answer(200, description("1.1.0")));
+    world.clock.advance(24h - 1ms);
+    QCOMPARE(world.http.sent.size(), looks);
+    world.clock.advance(1ms);
     QVERIFY(world.http.answer(500, {}));
-    world.path.report(false);
-    QTRY_VERIFY(!world.network.isOnline());
-    world.clock.advance(24h);
+    world.clock.advance(1min);
+    QCOMPARE(world.http.sent.size(), looks + 2);
+    QVERIFY(world.toasts.shown.empty());
+  }
+
+  void aLookWithoutANetworkIsMadeSoonAfterThereIsOne() {
+    World world;
+    world.setOnline(false);
+    world.start();
+    world.clock.advance(30h);
+    QVERIFY(world.http.sent.empty());
+    world.setOnline(true);
+    // It comes and goes.
+    world.clock.advance(59s);
+    world.setOnline(false);
+    world.clock.advance(1s);
+    world.setOnline(true);
+    world.clock.advance(59s);
+    QVERIFY(world.http.sent.empty());
+    world.clock.advance(1s);
+    QCOMPARE(world.http.sent.size(), 1U);
+
+    // There is one look at a time, and none that is not due.
+    world.setOnline(false);
+    world.setOnline(true);
+    world.clock.advance(1h);
+    QCOMPARE(world.http.sent.size(), 1U);
+    QVERIFY(world.http.answer(200, description("1.1.0")));
+    world.setOnline(false);
+    world.setOnline(true);
+    world.clock.advance(1h);
+    QCOMPARE(world.http.sent.size(), 1U);
+    world.setOnline(false);
+    world.clock.sleep(23h);
+    world.setOnline(true);
+    world.clock.advance(1min);
     QCOMPARE(world.http.sent.size(), 2U);
-    world.path.report(true);
-    QTRY_VERIFY(world.network.isOnline());
+  }
+
+  void aLookThatHangsEndsWithTheNext() {
+    World world;
+    world.start();
+    QVERIFY(world.http.answer(200, description("1.2.0")));
     world.clock.advance(24h);
     QCOMPARE(world.http.sent.size(), 3U);
-    QVERIFY(world.toasts.shown.empty());
+    QVERIFY(world.files().isEmpty());
+    QVERIFY(world.http.answer(200, kImage));
+    QVERIFY(world.updater.verified.isEmpty());
   }
 
   void nothingIsLookedForWithoutASource() {

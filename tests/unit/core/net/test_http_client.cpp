@@ -1,7 +1,11 @@
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include "core/net/download_file.h"
 #include "core/net/http_client.h"
+#include "support/files.h"
+#include "support/full_disk.h"
 #include "support/strict_server.h"
 
 using namespace Qt::StringLiterals;
@@ -176,6 +180,47 @@ class TestHttpClient : public QObject {
       QCOMPARE(exchange.result->value().body, "one more");
       QCOMPARE(pieces, QByteArray());
     }
+  }
+
+  void aSinkTakesTheBodyOfASuccess() {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"new/image"_s);
+    const QByteArray body = QByteArray(3'000'000, 'x') + "end";
+    StrictServer server;
+    int status = 200;
+    server.answer = [&](const auto&) { return StrictServer::Answer{StrictServer::response(status, body)}; };
+    Exchange exchange;
+    std::shared_ptr<DownloadFile> file;
+    const auto ask = [&] {
+      file = DownloadFile::beside(path).value();
+      exchange.result.reset();
+      exchange.send({.method = "GET", .url = server.url(u"/"_s), .sink = file, .maximumAnswer = body.size()});
+    };
+    ask();
+    QTRY_VERIFY(exchange.result);
+    QVERIFY(*exchange.result && exchange.result->value().body.isEmpty());
+    QCOMPARE(file->digest(), QCryptographicHash::hash(body, QCryptographicHash::Sha256));
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(file->finish());
+    QCOMPARE(readFile(path), body);
+    QCOMPARE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+
+    status = 500;
+    ask();
+    QTRY_VERIFY(exchange.result);
+    QCOMPARE(exchange.result->value().status, 500);
+    QCOMPARE(file->digest(), QCryptographicHash::hash({}, QCryptographicHash::Sha256));
+
+    status = 200;
+    ask();
+    {
+      const SmallestFiles full(1'000'000);
+      QTRY_VERIFY(exchange.result);
+    }
+    QVERIFY(!*exchange.result && exchange.reason() == HttpError::Reason::notKept);
+    QVERIFY(exchange.result->error().description().contains(u"image.part: "_s));
+    file->discard();
+    QCOMPARE(QDir(folder.filePath(u"new"_s)).entryList(QDir::Files), QStringList(u"image"_s));
   }
 
   void nothingArrivesAfterTheEndOfTheJob() {

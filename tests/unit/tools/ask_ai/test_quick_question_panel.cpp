@@ -235,6 +235,18 @@ class TestQuickQuestionPanel : public QObject {
     QTRY_VERIFY(world.model().pending());
   }
 
+  void aQuestionDoesNotWaitForAPasteThatThereIsNoRoomFor() {
+    QuickQuestionWorld world;
+    world.controller.show();
+    QVERIFY(world.attach(5));
+    world.pasteboard.data = {{PasteboardFormat::jpeg, QuickQuestionWorld::png(30, 20, "JPEG")}};
+    QVERIFY(world.press(u'v') && world.press(u'v'));
+    world.ask(u"What are these?"_s);
+    QVERIFY(!world.model().pending());
+    QVERIFY(world.isWaiting());
+    QCOMPARE(world.model().pendingThumbnails().size(), 6U);
+  }
+
   void whatIsNoImageIsSaidSo() {
     QuickQuestionWorld world;
     world.controller.show();
