@@ -15,8 +15,8 @@ namespace {
 
 /// In bytes; what is larger is no picture that one asks about.
 constexpr qint64 kLargestFile = 256'000'000;
-/// Services take that much of each image, and a capture of a whole screen is far below it.
-constexpr qsizetype kLargestPNG = 20'000'000;
+/// Six of them are less than the built-in service takes with a question; a capture of a whole screen is far below it.
+constexpr qsizetype kLargestPNG = 9'500'000;
 constexpr double kMostPixels = 3840.0 * 2160.0;
 constexpr int kThumbnail = 3 * 56;
 /// Of a file's name, in messages.
@@ -35,8 +35,16 @@ QImage thumbnailOf(const QImage& picture) {
   return picture.scaled(kThumbnail, kThumbnail, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
+/// A photograph of as many pixels as a screen has may still be too large.
+QByteArray sendable(QImage picture) {
+  QByteArray png = pngWithTransparency(picture);
+  for (; png.size() > kLargestPNG; png = pngWithTransparency(picture))
+    picture = picture.scaled(picture.size() * 0.7, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  return png;
+}
+
 MadeAttachment encoded(const QImage& picture) {
-  AskAttachment attachment{0, pngWithTransparency(fitting(picture)), thumbnailOf(picture)};
+  AskAttachment attachment{0, sendable(fitting(picture)), thumbnailOf(picture)};
   if (attachment.png.isEmpty()) return std::unexpected(u"This image cannot be encoded."_s);
   return attachment;
 }

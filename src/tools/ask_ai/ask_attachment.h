@@ -19,7 +19,7 @@ struct AskAttachment {
 using MadeAttachment = std::expected<AskAttachment, QString>;
 
 /// The picture in `bytes`. A PNG that can be sent goes as it is; anything else is encoded anew, and what is larger than
-/// a screen of 4K made smaller. Any thread; a large one takes a second.
+/// a screen of 4K, or too large to be sent, made smaller. Any thread; a large one takes a second.
 MadeAttachment attachmentOf(const QByteArray& bytes);
 /// The picture in a file.
 MadeAttachment attachmentOfFile(const QString& path);

@@ -140,6 +140,7 @@ bool QuickQuestionPanelController::pasteImage() {
   if (!model_.canAttach()) return false;
   if (!attaching_.isRunning()) attaching_ = Job::start();
   ++attachmentsUnderWay_;
+  Q_EMIT pasting();
   images_.read(attaching_, [this](const auto& image) {
     if (!image) return pasteText();
     attach([png = image->data] { return Made{attachmentOf(png)}; });

@@ -74,6 +74,8 @@ class QuickQuestionPanelController final : public QObject, public AskFlow {
   void startOver() override;
 
  Q_SIGNALS:
+  /// What is pasted comes in a moment: its place is where the cursor is now.
+  void pasting();
   /// Text from the clipboard, for the field.
   void textPasted(const QString& text);
 

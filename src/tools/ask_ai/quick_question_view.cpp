@@ -36,6 +36,7 @@ QuickQuestionView::QuickQuestionView(QuickQuestionPanelController& controller, Q
   setAcceptDrops(true);
   composer().addAbove(new AttachmentStrip(controller.model()));
   composer().field().setPlaceholder(u"Ask AI anything…"_s);
+  connect(&controller_, &Controller::pasting, &composer().field(), &QuestionField::keepPlace);
   connect(&controller_, &Controller::textPasted, &composer().field(), &QuestionField::insert);
   connect(snip_, &QToolButton::clicked, &controller_, &Controller::addSnip);
   connect(file_, &QToolButton::clicked, &controller_, &Controller::attachFile);

@@ -57,6 +57,17 @@ void QuestionField::follow() {
   moveCursor(QTextCursor::End);
 }
 
+void QuestionField::keepPlace() {
+  place_ = textCursor();
+  place_.setKeepPositionOnInsert(true);
+}
+
+void QuestionField::insert(const QString& text) {
+  place_.setKeepPositionOnInsert(false);
+  place_.insertText(text);
+  ensureCursorVisible();
+}
+
 void QuestionField::keyPressEvent(QKeyEvent* event) {
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (isReturn && !event->modifiers().testFlag(Qt::ShiftModifier)) {

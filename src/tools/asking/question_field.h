@@ -16,8 +16,10 @@ class QuestionField : public QPlainTextEdit {
   void setPlaceholder(const QString& text);
   /// What is marked in it; empty: nothing.
   QString selectedText() const { return textCursor().selection().toPlainText(); }
-  /// Puts text where the cursor is.
-  void insert(const QString& text) { insertPlainText(text); }
+  /// Keeps the cursor's place for a text that comes later.
+  void keepPlace();
+  /// Puts text at the place kept last.
+  void insert(const QString& text);
 
  Q_SIGNALS:
   void submitted();
@@ -33,4 +35,5 @@ class QuestionField : public QPlainTextEdit {
   void fitHeight();
 
   AskModel& model_;
+  QTextCursor place_;
 };

@@ -45,15 +45,17 @@ def asking(world, answer, pause=0.02, appearance="light"):
 
 def answers_a_question(world):
     """Ctrl+Alt+K, a question and Return: the answer grows in the panel, its code is copied, and a follow-up knows it"""
-    with asking(world, ANSWER, pause=0.08) as provider:
+    with asking(world, ANSWER, pause=0.5) as provider:
         open_panel(world)
         world.desktop.type("How do I sort by name?")
         world.see("Press ↩ to ask")
         world.desktop.press("Return")
         world.see("with a projection")
-        world.picture("growing")
         expect("it has not come to its end yet", not world.shows("keeps it"))
+        world.picture("growing")
+        provider.pause = 0.02
         world.see("keeps it", 10)
+        wait_for_its_end(world)
         world.expect_terminal_active("while the panel answers")
         world.picture("answered")
         world.click_on("Copy code block 1")
@@ -67,6 +69,7 @@ def answers_a_question(world):
         world.see("Yes, with stable_sort")
         texts = "\n".join(provider.requests[-1].texts)
         expect(f"the provider was told what was said before: {texts}", "How do I sort by name?" in texts and CODE in texts)
+        wait_for_its_end(world)
         close(world, "Ask AI")
         open_panel(world)
         world.see("Yes, with stable_sort")
@@ -181,6 +184,11 @@ def open_panel(world):
     world.quiet()
     world.desktop.press(ASK)
     until("the panel is shown", lambda: world.titled("Ask AI"))
+
+
+def wait_for_its_end(world):
+    """Its last word is seen a moment before it is known to be the last."""
+    until("the answer is whole", lambda: world.shows("esc close"))
 
 
 def open_chooser(world):

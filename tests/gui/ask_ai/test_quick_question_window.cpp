@@ -334,6 +334,19 @@ class TestQuickQuestionWindow : public QObject {
     window.type(Qt::Key_Return);
   }
 
+  void aPasteStandsWhereItWasPasted() {
+    Window window;
+    window.show();
+    QTest::keyClicks(&window.field(), u"What is ?"_s);
+    window.type(Qt::Key_Left);
+    Q_EMIT window.world.controller.pasting();
+    // The clipboard's owner takes its time.
+    window.type(Qt::Key_End);
+    QTest::keyClicks(&window.field(), u" Shortly."_s);
+    Q_EMIT window.world.controller.textPasted(u"a monad"_s);
+    QCOMPARE(window.field().toPlainText(), u"What is a monad? Shortly."_s);
+  }
+
   void typingDoesNotLayTheGrowingAnswerOutAgain() {
     Window window;
     window.show();

@@ -1,3 +1,4 @@
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
@@ -267,7 +268,11 @@ class TestQuickQuestionPanel : public QObject {
     QVERIFY(size.width() * size.height() <= 3840 * 2160 && size.width() > 3400);
     QVERIFY(made->thumbnail.width() <= 200);
     QVERIFY(!attachmentOf(QImage()));
-    // In bytes too, whatever they are made of.
+    // In bytes too, whatever they are made of: six must go into one question.
+    QImage noise(2600, 1600, QImage::Format_RGB32);
+    QRandomGenerator(1).fillRange(reinterpret_cast<quint32*>(noise.bits()), noise.sizeInBytes() / 4);
+    const auto photograph = attachmentOf(noise);
+    QVERIFY(6 * photograph->png.size() < 59'000'000 && QImage::fromData(photograph->png).width() > 1200);
     const QByteArray heavy = QuickQuestionWorld::png() + QByteArray(20'000'000, '\0');
     QVERIFY(attachmentOf(heavy).value().png.size() < 1'000);
     const QTemporaryDir directory;
