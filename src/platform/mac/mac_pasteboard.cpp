@@ -54,8 +54,16 @@ std::optional<QString> heldText() {
   return QString::fromUtf8(bytes);
 }
 
+struct Keeping {
+  PasteboardContents contents;
+  unsigned long room = static_cast<unsigned long>(Pasteboard::kLargestData);
+};
+
 void takePiece(void* context, const mac::PasteboardPiece* piece) {
-  static_cast<PasteboardContents*>(context)->flavours.push_back(
+  auto& kept = *static_cast<Keeping*>(context);
+  if (piece->length > kept.room) return;
+  kept.room -= piece->length;
+  kept.contents.flavours.push_back(
       {QString::fromUtf8(piece->type),
        QByteArray(static_cast<const char*>(piece->bytes), static_cast<qsizetype>(piece->length)),
        static_cast<int>(piece->item)});
@@ -75,9 +83,9 @@ void MacPasteboard::readText(const JobRef& job, ReadText answer) {
 
 void MacPasteboard::keep(const JobRef& job, Kept answer) {
   job.later([answer = std::move(answer)] {
-    PasteboardContents contents;
-    mac::readPasteboardPieces(takePiece, &contents);
-    answer(std::move(contents));
+    Keeping kept;
+    mac::readPasteboardPieces(takePiece, &kept);
+    answer(std::move(kept.contents));
   });
 }
 

@@ -20,10 +20,11 @@ using Result = std::expected<ScreenPicture, ScreenCaptureError>;
 void captured(void* context, const void* png, long long size, const char* failure) {
   Result result = std::unexpected(ScreenCaptureError{QString::fromUtf8(failure)});
   if (png) result = ScreenPicture{{}, QByteArray(static_cast<const char*>(png), static_cast<qsizetype>(size))};
-  const auto answer = [call = std::shared_ptr<Call>(static_cast<Call*>(context)), result = std::move(result)] {
+  auto answer = [call = std::shared_ptr<Call>(static_cast<Call*>(context)), result = std::move(result)] {
     call->job.bind(call->done)(result);
   };
-  QMetaObject::invokeMethod(QCoreApplication::instance(), answer, Qt::QueuedConnection);
+  // Moved, so that what the callback holds ends on the main thread too.
+  QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(answer), Qt::QueuedConnection);
 }
 
 mac::DisplayArea displayArea(const ScreenArea& area) {

@@ -301,6 +301,8 @@ class MacPlatformTest : public QObject {
                                                    {u"public.html"_s, QByteArray("<b>\0</b>", 8), 0},
                                                    {u"public.file-url"_s, "file:///b.png", 1}};
     fake->pieces = before;
+    // More than is taken from another program, with the rest; nobody looks at its bytes.
+    fake->pieces.push_back({u"public.tiff"_s, QByteArray::fromRawData("II*", Pasteboard::kLargestData - 9), 1});
     std::optional<PasteboardContents> kept;
     const Job job = Job::start();
     platform_->pasteboard->keep(job, [&kept](const PasteboardContents& contents) { kept = contents; });
