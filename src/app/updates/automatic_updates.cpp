@@ -90,8 +90,13 @@ void AutomaticUpdates::download() {
   const auto file = DownloadFile::beside(path());
   if (!file) return tryAgain(file.error().description());
   download_ = *file;
-  const HttpRequest request{
-      .method = "GET", .url = offer_->url, .sink = download_, .timeout = kSilence, .maximumAnswer = offer_->bytes};
+  // What is described is the file itself.
+  const HttpRequest request{.method = "GET",
+                            .url = offer_->url,
+                            .headers = {{"Accept-Encoding", "identity"}},
+                            .sink = download_,
+                            .timeout = kSilence,
+                            .maximumAnswer = offer_->bytes};
   services_.http.send(request, looking_, [this](const auto& response) { takeDownload(response); });
 }
 

@@ -61,7 +61,9 @@ HttpExchange::HttpExchange(QNetworkReply* reply, const HttpRequest& request, Htt
   limit(answerDeadline_, request.answerDeadline);
   if (request.timeout > 0ms) silence_.start();
   if (request.deadline > 0ms) deadline_.start();
-  reply_->setReadBufferSize(sink_ ? std::min(kPiece, maximumAnswer_ + 1) : maximumAnswer_ + 1);
+  reply_->setReadBufferSize(maximumAnswer_ + 1);
+  // Qt forgets a limit that is set before the connection is there, and takes in all that comes faster than it is kept.
+  if (sink_) connect(reply, &QNetworkReply::metaDataChanged, this, [this] { reply_->setReadBufferSize(kPiece); });
   connect(reply, &QNetworkReply::uploadProgress, this, &HttpExchange::sent);
   connect(reply, &QNetworkReply::readyRead, this, &HttpExchange::read);
   connect(reply, &QNetworkReply::finished, this, &HttpExchange::finish);
