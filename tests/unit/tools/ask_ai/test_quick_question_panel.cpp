@@ -263,7 +263,7 @@ class TestQuickQuestionPanel : public QObject {
   }
 
   void largePicturesAreMadeSmaller() {
-    const auto made = attachmentOf(QImage(6000, 4000, QImage::Format_RGB32));
+    const auto made = attachmentOf(QImage::fromData(QuickQuestionWorld::png(6000, 4000)));
     const QSize size = QImage::fromData(made.value().png).size();
     QVERIFY(size.width() * size.height() <= 3840 * 2160 && size.width() > 3400);
     QVERIFY(made->thumbnail.width() <= 200);
