@@ -241,7 +241,9 @@ class TestQuickQuestionPanel : public QObject {
     world.controller.show();
     QVERIFY(world.attach(5));
     world.pasteboard.data = {{PasteboardFormat::jpeg, QuickQuestionWorld::png(30, 20, "JPEG")}};
-    QVERIFY(world.press(u'v') && world.press(u'v'));
+    QVERIFY(world.press(u'v'));
+    // Another one comes before it.
+    world.model().attach(attachmentOf(QuickQuestionWorld::png()).value());
     world.ask(u"What are these?"_s);
     QVERIFY(!world.model().pending());
     QVERIFY(world.isWaiting());
