@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -6,6 +5,8 @@
 #include <QTextList>
 #include <QTextTable>
 #include <QToolButton>
+
+#include <ctime>
 
 #include "support/wear_theme.h"
 #include "tools/asking/answer_text_view.h"
@@ -136,11 +137,10 @@ class TestAnswerTextView : public QObject {
   void howeverOddItIsShownAndSoon() {
     QFETCH(QString, odd);
     View view;
-    QElapsedTimer time;
-    time.start();
+    const std::clock_t before = std::clock();
     view.showMarkdown(odd);
-    // Twenty times what it takes, for machines that have much else to do.
-    QVERIFY2(time.elapsed() < 4000, qPrintable(QString::number(time.elapsed())));
+    // Twenty times what it takes, for slow machines.
+    QVERIFY(std::clock() - before < 4 * CLOCKS_PER_SEC);
   }
 
   void whatIsLeftOutIsSaid() {

@@ -1,9 +1,10 @@
 #include <QDropEvent>
-#include <QElapsedTimer>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
 #include <QTest>
+
+#include <ctime>
 
 #include "core/ui/footer_hints.h"
 #include "core/ui/palette_list.h"
@@ -147,10 +148,10 @@ class TestBulkUploadWindow : public QObject {
     window.controller.show();
     QList<QUrl> urls;
     for (int number = 0; number < 20'000; ++number) urls.append(QUrl(u"file:///nowhere/%1"_s.arg(number)));
-    QElapsedTimer timer;
-    timer.start();
+    // What it computes: others may have the machine meanwhile.
+    const std::clock_t before = std::clock();
     QVERIFY(window.drop(urls));
-    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(std::clock() - before < CLOCKS_PER_SEC);
     QTRY_VERIFY(!window.controller.model().isMeasuring());
     QCOMPARE(window.controller.model().rowCount(), 20'000);
   }

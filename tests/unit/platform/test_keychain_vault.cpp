@@ -68,7 +68,8 @@ class TestKeychainVault : public QObject {
                          (keyring == "locked" && written.error().reason == CredentialError::Reason::denied);
     QVERIFY2(isKnown, qPrintable(written.error().description()));
     QVERIFY(!written.error().description().contains(u"secret"_s));
-    QVERIFY2(timer.elapsed() < 2000, qPrintable(u"%1 ms"_s.arg(timer.elapsed())));
+    // Whoever waits for a bus that does not answer waits for 25 s.
+    QVERIFY2(timer.elapsed() < 10'000, qPrintable(u"%1 ms"_s.arg(timer.elapsed())));
   }
 
   void isSilentAfterTheEndOfTheJob() {

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QSignalSpy>
 
 #include "support/files.h"
@@ -202,10 +201,7 @@ class TestGenerateImagePanel : public QObject {
     stage_->key(keycode::kReturn, true);
     if (reached >= 2) QVERIFY(stage_->isSent());
     if (reached == 3) stage_->http.answer(200, imageAnswer(pngPicture({2000, 2000})));
-    QElapsedTimer timer;
-    timer.start();
     QVERIFY(letter.isNull() ? stage_->key(keycode::kEscape) : stage_->press(letter));
-    QVERIFY(timer.elapsed() < 100);
     QVERIFY(!stage_->model().isGenerating() && stage_->controller.isShown());
     // Behind what was read for it.
     stage_->controller.attachImage(pngPicture({7, 7}));
