@@ -218,9 +218,7 @@ class BringsItselfForward(unittest.TestCase):
     def walk(self, display, desktop):
         application = Application(VANTLE)
         with contextlib.closing(application), tempfile.TemporaryDirectory() as folder:
-            application.write_settings()
-            application.start()
-            application.wait_until_live()
+            application.begin()
             # What the user is busy in has had the last key press.
             terminal = Terminal(display, desktop, folder)
             desktop.type("busy")

@@ -228,9 +228,7 @@ class Running(unittest.TestCase):
         application = Application(VANTLE, accessible=False)
         self.addCleanup(application.close)
         self.enterContext(keyring(application))
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         refused = application.command("ask", "why?")
         self.assertEqual((refused.returncode, "No AI provider is set" in refused.stderr), (1, True), refused.stderr)
         for answer in ("the first", "the second"):

@@ -163,6 +163,7 @@ class NoTraces(unittest.TestCase):
         until("the overlay covers the screen", lambda: self.covers())
         self.desktop.drag((300, 200), (620, 410))
         until("Image Ask is shown", lambda: self.titled("Image Ask"))
+        self.wait_for_keys("Image Ask")
         self.desktop.type(TYPED)
         self.desktop.press("Return")
         until("it is asked", lambda: len(self.provider.requests) > before + 1)
@@ -186,7 +187,12 @@ class NoTraces(unittest.TestCase):
         self.desktop.press(shortcut)
         until(f"{title} is shown", lambda: self.titled(title))
 
+    def wait_for_keys(self, title):
+        """A panel that no key has opened takes them a moment after it shows."""
+        until(f"{title} has the keyboard", self.desktop.is_keyboard_taken, 5, 0.05)
+
     def close(self, title):
+        self.wait_for_keys(title)
         self.desktop.press("Escape")
         until(f"{title} is closed", lambda: not self.titled(title))
 

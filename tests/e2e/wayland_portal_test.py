@@ -1,9 +1,7 @@
 #!/usr/bin/env python3
 """Vantle in a Wayland session with the real desktop portal: it hands out shortcuts, and text reaches Wayland programs."""
 
-import json
 import os
-import subprocess
 import sys
 import time
 from pathlib import Path
@@ -15,7 +13,6 @@ from driver.virtual_keyboard import VirtualKeyboard  # noqa: E402
 from driver.waiting import expect, until  # noqa: E402
 
 PORTAL = "/usr/libexec/xdg-desktop-portal"
-SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true}'
 COMMAND = "echo 'The quick brown fox jumps over THE LAZY DOG' | tr a-z A-Z; echo $((6 * 7)) {a,b}"
 FOREIGN = "echo zażółć"
 LONG = "x" * 20 + "y" * 20 + "z" * 20
@@ -25,15 +22,10 @@ COMMANDS = [
 ]
 
 
-class Test:
+class Test(compositor.SessionTest):
     def __init__(self, vantle, session):
-        self.vantle = vantle
-        self.session = session
+        super().__init__(vantle, session, {"FrequentCLIs/commands.json": COMMANDS})
         self.typed = session.folder / "typed.txt"
-        data = session.folder / "home/.local/share/Vantle"
-        (data / "FrequentCLIs").mkdir(parents=True)
-        (data / "settings.json").write_text(SETTINGS)
-        (data / "FrequentCLIs/commands.json").write_text(json.dumps(COMMANDS))
         self.keyboard = self.plug_in()
         # Only here: what it needs may be missing where the test is skipped.
         from driver.portal_backend import NAME, PortalBackend
@@ -77,10 +69,10 @@ class Test:
 
     def press_launcher(self):
         self.backend.press("launcher")
-        until("the launcher is there", lambda: self.is_shown("Vantle Launcher"), 5)
+        until("the launcher is there", lambda: self.height("Vantle Launcher"), 5)
         self.look()
         self.backend.press("launcher")
-        until("the launcher goes", lambda: not self.is_shown("Vantle Launcher"), 5)
+        until("the launcher goes", lambda: not self.height("Vantle Launcher"), 5)
 
     def a_closed_session_is_opened_anew(self):
         self.backend.close("GlobalShortcuts")
@@ -158,34 +150,16 @@ class Test:
 
     def choose(self, title):
         self.backend.press("frequent-clis")
-        until("Frequent CLIs is there", lambda: self.is_shown("Frequent CLIs"), 5)
+        until("Frequent CLIs is there", lambda: self.height("Frequent CLIs"), 5)
         self.look()
         self.keyboard.type(title)
         self.look()
         self.keyboard.press("Return")
-        until("it goes", lambda: not self.is_shown("Frequent CLIs"), 5)
+        until("it goes", lambda: not self.height("Frequent CLIs"), 5)
         self.look()
 
     def text(self):
         return self.typed.read_text() if self.typed.exists() else ""
-
-    @staticmethod
-    def clipboard():
-        command = ["xclip", "-selection", "clipboard", "-out"]
-        try:
-            return subprocess.run(command, capture_output=True, text=True, timeout=2).stdout
-        except subprocess.TimeoutExpired:
-            return ""
-
-    @staticmethod
-    def look():
-        """What a person needs to see a panel before typing."""
-        time.sleep(0.25)
-
-    @staticmethod
-    def is_shown(title):
-        told = subprocess.run(["xwininfo", "-name", title], capture_output=True, text=True).stdout
-        return "IsViewable" in told
 
 
 def skip_where_impossible():

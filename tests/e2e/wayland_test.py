@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Vantle in a Wayland session: what `vantle doctor` prints binds its shortcuts, and its panels get the keyboard."""
 
-import json
 import os
 import re
 import subprocess
@@ -12,23 +11,22 @@ from driver import compositor
 from driver.virtual_keyboard import VirtualKeyboard
 from driver.waiting import expect, until
 
-SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true, "hotkeys": {"feedback": {"keyCode": 96, "carbonModifiers": 256}}}'
+FILES = {
+    "settings.json": {
+        "onboardingCompleted": True,
+        "privacyAccepted": True,
+        "hotkeys": {"feedback": {"keyCode": 96, "carbonModifiers": 256}},
+    },
+    "FrequentCLIs/commands.json": [
+        {"id": "11111111-1111-4111-8111-111111111111", "title": "Echo", "command": "echo wayland", "pressReturn": False}
+    ],
+}
 
-COMMANDS = json.dumps(
-    [{"id": "11111111-1111-4111-8111-111111111111", "title": "Echo", "command": "echo wayland", "pressReturn": False}]
-)
 
-
-class Test:
+class Test(compositor.SessionTest):
     def __init__(self, vantle, session):
-        self.vantle = vantle
-        self.session = session
+        super().__init__(vantle, session, FILES)
         self.typed = session.folder / "typed.txt"
-        data = session.folder / "home/.local/share/Vantle"
-        data.mkdir(parents=True)
-        (data / "settings.json").write_text(SETTINGS)
-        (data / "FrequentCLIs").mkdir()
-        (data / "FrequentCLIs/commands.json").write_text(COMMANDS)
         self.keyboard = VirtualKeyboard(os.environ["XDG_RUNTIME_DIR"], os.environ["WAYLAND_DISPLAY"])
 
     def run(self):
@@ -39,9 +37,6 @@ class Test:
         self.the_users_own_combination_is_bound()
         self.what_cannot_be_typed_is_on_the_clipboard()
         self.summoning_is_quick()
-
-    def command(self, *words):
-        return subprocess.run([self.vantle, *words], capture_output=True, text=True, timeout=20)
 
     def doctor_prints_what_sway_takes(self):
         snippet = self.command("doctor", "--bindings", "session").stdout
@@ -99,15 +94,6 @@ class Test:
         until("the command is on the clipboard", lambda: "echo wayland" in self.clipboard(), 5)
         expect("nothing was typed", self.typed.read_text() == before)
 
-    @staticmethod
-    def clipboard():
-        """As X programs see it: the compositor shows it to native ones."""
-        command = ["xclip", "-selection", "clipboard", "-out"]
-        try:
-            return subprocess.run(command, capture_output=True, text=True, timeout=2).stdout
-        except subprocess.TimeoutExpired:
-            return ""
-
     def summoning_is_quick(self):
         times = []
         for _ in range(6):
@@ -117,21 +103,6 @@ class Test:
         print(f"vantle summon: {sorted(times)[3] * 1000:.0f} ms")
         # Much more than it takes: machines are busy.
         expect(f"in time: {times}", sorted(times)[3] < 1)
-
-    @staticmethod
-    def look():
-        """What a person needs to see a panel before typing. The compositor gives it the focus some 40 ms after the X
-        server shows it, which nobody tells."""
-        time.sleep(0.25)
-
-    @staticmethod
-    def window(title):
-        return subprocess.run(["xwininfo", "-name", title], capture_output=True, text=True).stdout
-
-    def height(self, title):
-        """Of a window that is shown, as X programs see it; 0 when it is not."""
-        told = self.window(title)
-        return int(re.search(r"Height: (\d+)", told)[1]) if "IsViewable" in told else 0
 
 
 if __name__ == "__main__":

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Vantle under a Wayland compositor that lays windows over one another: its panels are shown, and go."""
 
-import subprocess
 import sys
 from pathlib import Path
 
@@ -10,16 +9,8 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 from driver import compositor  # noqa: E402
 from driver.waiting import expect, until  # noqa: E402
 
-SETTINGS = '{"onboardingCompleted": true, "privacyAccepted": true}'
 
-
-class Test:
-    def __init__(self, vantle, session):
-        self.vantle = vantle
-        data = session.folder / "home/.local/share/Vantle"
-        data.mkdir(parents=True)
-        (data / "settings.json").write_text(SETTINGS)
-
+class Test(compositor.SessionTest):
     def run(self):
         self.the_launcher_is_shown_and_goes()
         self.a_tool_is_shown()
@@ -27,26 +18,17 @@ class Test:
 
     def the_launcher_is_shown_and_goes(self):
         expect("it succeeds", self.command("summon", "launcher").returncode == 0)
-        until("the launcher is there", lambda: self.is_shown("Vantle Launcher"), 15)
+        until("the launcher is there", lambda: self.height("Vantle Launcher"), 15)
         self.command("summon", "launcher")
-        until("the launcher goes", lambda: not self.is_shown("Vantle Launcher"), 5)
+        until("the launcher goes", lambda: not self.height("Vantle Launcher"), 5)
 
     def a_tool_is_shown(self):
         self.command("summon", "frequent-clis")
-        until("Frequent CLIs is there", lambda: self.is_shown("Frequent CLIs"), 5)
+        until("Frequent CLIs is there", lambda: self.height("Frequent CLIs"), 5)
 
     def an_unknown_desktop_gets_the_plain_list(self):
         told = self.command("doctor").stdout
         expect(f"each combination with its command: {told}", told.count(" summon ") == 18 and "bindsym" not in told)
-
-    def command(self, *words):
-        return subprocess.run([self.vantle, *words], capture_output=True, text=True, timeout=20)
-
-    @staticmethod
-    def is_shown(title):
-        """X programs are told nothing true of the place."""
-        told = subprocess.run(["xwininfo", "-name", title], capture_output=True, text=True).stdout
-        return "IsViewable" in told
 
 
 if __name__ == "__main__":

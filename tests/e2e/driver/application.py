@@ -90,6 +90,19 @@ class Application:
                 stderr=log,
             )
 
+    def begin(self, files=None, **settings):
+        """Starts it with these settings, and files by their names; waits until its shortcuts are live."""
+        self.write_settings(**settings)
+        for name, value in (files or {}).items():
+            self.write_json(name, value)
+        self.start()
+        self.wait_until_live()
+
+    def restart(self):
+        self.stop()
+        self.start()
+        self.wait_until_live()
+
     @property
     def log_path(self):
         return Path(self.home.name) / "vantle.log"

@@ -8,6 +8,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 from pathlib import Path
 
 from .processes import Processes
@@ -131,6 +132,45 @@ class WestonSession(PrivateSession):
     def _display_in(log):
         found = re.search(r"xserver listening on display (:\d+)", log)
         return found and found[1]
+
+
+class SessionTest:
+    """Vantle in the session, as the user of a desktop sees it."""
+
+    def __init__(self, vantle, session, files=()):
+        self.vantle = vantle
+        self.session = session
+        data = session.folder / "home/.local/share/Vantle"
+        for name, value in {"settings.json": {"onboardingCompleted": True, "privacyAccepted": True}, **dict(files)}.items():
+            (data / name).parent.mkdir(parents=True, exist_ok=True)
+            (data / name).write_text(json.dumps(value))
+
+    def command(self, *words):
+        return subprocess.run([self.vantle, *words], capture_output=True, text=True, timeout=20)
+
+    @staticmethod
+    def clipboard():
+        """As X programs see it: the compositor shows it to native ones."""
+        command = ["xclip", "-selection", "clipboard", "-out"]
+        try:
+            return subprocess.run(command, capture_output=True, text=True, timeout=2).stdout
+        except subprocess.TimeoutExpired:
+            return ""
+
+    @staticmethod
+    def look():
+        """What a person needs to see a panel before typing. The compositor gives it the focus some 40 ms after the X
+        server shows it, which nobody tells."""
+        time.sleep(0.25)
+
+    @staticmethod
+    def window(title):
+        return subprocess.run(["xwininfo", "-name", title], capture_output=True, text=True).stdout
+
+    def height(self, title):
+        """Of a window that is shown, as X programs see it; 0 when it is not."""
+        told = self.window(title)
+        return int(re.search(r"Height: (\d+)", told)[1]) if "IsViewable" in told else 0
 
 
 def run(description, test, session=PrivateSession):

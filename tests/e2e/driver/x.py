@@ -64,6 +64,14 @@ class Desktop:
             self.display.ungrab_keyboard(X.CurrentTime)
             self.display.sync()
 
+    def is_keyboard_taken(self):
+        """Whether a program has it to itself, as panels do."""
+        if not self._take_keyboard():
+            return True
+        self.display.ungrab_keyboard(X.CurrentTime)
+        self.display.sync()
+        return False
+
     def _take_keyboard(self):
         answer = self.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
         return answer == X.GrabSuccess

@@ -19,7 +19,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "typing"))
 
 from driver import flavours, selecting  # noqa: E402
 from driver.display import PrivateDisplay  # noqa: E402
-from driver.waiting import StepFailed, expect, until  # noqa: E402
+from driver.waiting import StepFailed, expect, stays, until  # noqa: E402
 from driver.x import Desktop  # noqa: E402
 
 import programs  # noqa: E402
@@ -183,7 +183,9 @@ def late_copy(world, program):
         time.sleep(LATE_S)
         if pressed != "Ctrl+c":
             world.expect_earlier()
-    expect("the user's copy stays", world.reader.everything()["UTF8_STRING"][2] == b"y")
+    is_users = lambda: (world.reader.everything().get("UTF8_STRING") or (0, 0, 0))[2] == b"y"  # noqa: E731
+    until("the user's copy is there", is_users, 10, 0.05)
+    stays("the user's copy stays", is_users, LATE_S)
     world.copy_earlier()
 
 

@@ -18,10 +18,7 @@ def makes_a_project(world):
         work = home / "it's wörk"
         work.mkdir()
         entry = {"id": str(uuid.uuid4()), "name": "Web page", "path": str(template)}
-        application.write_settings()
-        application.write_json("boilerplates.json", {"templates": [entry], "lastPlace": str(work)})
-        application.start()
-        application.wait_until_live()
+        application.begin({"boilerplates.json": {"templates": [entry], "lastPlace": str(work)}})
         world.terminal.focus()
 
         world.desktop.press("Ctrl+Alt+n")

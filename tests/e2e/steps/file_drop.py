@@ -21,9 +21,7 @@ def uploads_a_dragged_folder(world):
         temporary.mkdir()
         application.environment["TMPDIR"] = str(temporary)
         folder = write_tree(home / "dragged" / "Projekt ä")
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         world.terminal.focus()
         clipboard.copy(b"before")
         with FileManager(world.desktop, folder.parent, home):
@@ -50,9 +48,7 @@ def uploads_a_dragged_folder(world):
 def stays_up_where_it_was_put(world):
     """A click elsewhere gives the keyboard back but leaves the window; it opens again where it was dragged to"""
     with world.another_application() as application:
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         world.terminal.focus()
         world.terminal.forget()
         world.desktop.press("Ctrl+Alt+l")

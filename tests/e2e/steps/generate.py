@@ -21,11 +21,7 @@ def drawing(world, appearance="light"):
     """A program whose AI provider answers with `provider.picture`."""
     with world.ai_provider() as (provider, settings), world.another_application() as application:
         provider.picture = WIDE
-        application.write_settings()
-        application.write_json("app-settings.json", {"appearance": appearance, "toastDuration": 3})
-        application.write_json("ai-provider.json", settings)
-        application.start()
-        application.wait_until_live()
+        application.begin({"app-settings.json": {"appearance": appearance, "toastDuration": 3}, "ai-provider.json": settings})
         yield provider
 
 
@@ -54,9 +50,7 @@ def generates_an_image(world):
         world.picture("history")
         world.desktop.press("Ctrl+c")
         until("the older one is copied", lambda: pasted() == WIDE)
-        world.application.stop()
-        world.application.start()
-        world.application.wait_until_live()
+        world.application.restart()
         open_panel(world)
         world.see("2 images")
         world.desktop.press("Tab")

@@ -51,9 +51,7 @@ def home_with_sessions(world):
         Path(folder).mkdir()
         older = claude_session(home, folder, ["Add retry", "And tests"], "Add retry to the queue", minutes_ago=90)
         newest = codex_session(home, folder, "Rename the flag", minutes_ago=5)
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         world.terminal.focus()
         world.terminal.forget()
         yield folder, newest, older

@@ -133,10 +133,7 @@ def is_dark_and_quits(world):
         world.network.go_offline()
     try:
         with world.another_application() as application, tray():
-            application.write_settings(disabledTools=["vibe-history"])
-            application.write_json("app-settings.json", {"appearance": "dark"})
-            application.start()
-            application.wait_until_live()
+            application.begin({"app-settings.json": {"appearance": "dark"}}, disabledTools=["vibe-history"])
             at = until("the icon is in the tray", lambda: icon(world), 10)
             click(world, at)
             shown = until("the menu is shown", lambda: menu(world))

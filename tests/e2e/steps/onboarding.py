@@ -52,9 +52,7 @@ def tries_a_command(world):
 
 
 def starts_quietly(world, application):
-    application.stop()
-    application.start()
-    application.wait_until_live()
+    application.restart()
     stays("a second start shows nothing", lambda: not world.windows(), 0.5)
 
 

@@ -63,10 +63,8 @@ def keeps_every_early_key(world):
     commands = [{"title": text, "command": f"lost {text};", "pressReturn": False, "icon": "codex"} for text in lossy]
     whole = {"title": word, "command": "whole;", "pressReturn": False, "icon": "claude"}
     with world.another_application() as application:
-        application.write_settings()
         application.write_commands([*commands, whole])
-        application.start()
-        application.wait_until_live()
+        application.begin()
         world.terminal.focus()
         world.terminal.forget()
         # The program has been running for a while when somebody presses a shortcut.

@@ -23,9 +23,7 @@ def tells_once_what_is_new(world):
         world.picture("news")
         world.desktop.press("Escape")
         until("Escape closes them", lambda: not world.titled(NEWS))
-        application.stop()
-        application.start()
-        application.wait_until_live()
+        application.restart()
         stays("the second start says nothing", lambda: not world.windows(), 0.5)
         application.command("summon", "whats-new")
         world.see("What's new in Vantle")
@@ -76,10 +74,8 @@ def remember_version(application, version):
 def privacy_page(world):
     """A program of its own with the page in front."""
     with world.another_application() as application:
-        application.write_settings()
         application.write_commands()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         world.desktop.press("Ctrl+Alt+comma")
         until("the settings window is shown", lambda: world.titled(SETTINGS))
         world.click_on("Privacy")

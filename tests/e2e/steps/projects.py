@@ -57,10 +57,7 @@ def home_with_projects(world, **settings):
         (Path(folder) / "Cargo.toml").touch()
         claude_session(home, plain, ["Add retry"], "Add retry to the queue", minutes_ago=90)
         codex_session(home, folder, "Rename the flag", minutes_ago=5)
-        application.write_settings()
-        application.write_json("open-project.json", {"copyResume": True} | settings)
-        application.start()
-        application.wait_until_live()
+        application.begin({"open-project.json": {"copyResume": True} | settings})
         world.terminal.focus()
         yield application, folder
 

@@ -42,11 +42,7 @@ def describes_a_copied_image(world):
 def describing(world, **script):
     """A program whose built-in service is answered by a scripted provider."""
     with world.ai_provider(**script) as (provider, settings), world.another_application() as application:
-        application.write_settings()
-        application.write_json("app-settings.json", {"toastDuration": 3})
-        application.write_json("ai-provider.json", settings)
-        application.start()
-        application.wait_until_live()
+        application.begin({"app-settings.json": {"toastDuration": 3}, "ai-provider.json": settings})
         world.terminal.focus()
         clipboard.copy(b"only text")
         yield provider

@@ -17,9 +17,7 @@ CREDENTIAL = "a-credential-of-the-tour"
 def tests_the_built_in_service(world):
     """Settings → General: Test starts the built-in service, which answers, and which ends with the program"""
     with world.another_application() as application:
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         open_general(world)
         world.see("Starts on this computer when a tool needs it")
         press(world, "Service: Test")
@@ -33,9 +31,7 @@ def tests_the_built_in_service(world):
 def uses_hosts_of_ones_own(world):
     """Own hosts typed into the window are checked, saved and tested, with the credential in the keychain"""
     with world.another_application() as application, keyring(application), own_service(world) as (port, stop):
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         open_general(world)
         choose_own_hosts(world)
         enter(world, "API URL", "http://far.example")

@@ -72,9 +72,7 @@ def bindings(world):
 def stays_quiet_about_a_taken_shortcut(world):
     """A shortcut that another program owns: no noise, the other shortcuts work, and vantle doctor names it"""
     with world.another_application() as application, grabbed(world.display.name, "u"):
-        application.write_settings()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         stays("no window and no toast", lambda: not world.windows(), 0.5)
         report = application.command("doctor").stdout
         lines = [line for line in report.splitlines() if "Image to URL" in line]
@@ -102,19 +100,15 @@ def grabbed(name, key):
 def goes_dark(world):
     """The appearance is chosen by keyboard: the window is dark at once, and so is all of the program after a restart"""
     with world.another_application() as application:
-        application.write_settings()
         application.write_commands()
-        application.start()
-        application.wait_until_live()
+        application.begin()
         world.desktop.press("Ctrl+Alt+comma")
         world.see("Open at login")
         until("it is the active window", lambda: world.desktop.active_window() == world.titled("Settings").id)
         world.desktop.press("Tab")
         world.desktop.press("Down")
         until("the window is dark", lambda: world.desktop.brightness(world.titled("Settings")) < 90, interval=0.05)
-        application.stop()
-        application.start()
-        application.wait_until_live()
+        application.restart()
         world.terminal.focus()
         palette = world.summon_palette()
         until("the card is dark", lambda: world.desktop.brightness(palette) < 90, interval=0.05)

@@ -67,9 +67,7 @@ def makes_way_for_a_tool(world):
 def is_drawn_as_the_keyboard_is(world):
     """With another layout the key moves to where it is pressed"""
     with world.another_application() as application:
-        application.write_settings(hotkeys={"feedback": {"keyCode": 6, "carbonModifiers": 0x1800}})
-        application.start()
-        application.wait_until_live()
+        application.begin(hotkeys={"feedback": {"keyCode": 6, "carbonModifiers": 0x1800}})
         open_keyboard(world)
         below = middle_of(world, "Z, Ctrl+Alt: Feedback")
         try:

@@ -91,11 +91,7 @@ def start_from_launcher(world):
 def transforming(world, **script):
     """A program whose built-in service is answered by a scripted provider."""
     with world.ai_provider(**script) as (provider, settings), world.another_application() as application:
-        application.write_settings()
-        application.write_json("app-settings.json", {"toastDuration": 3})
-        application.write_json("ai-provider.json", settings)
-        application.start()
-        application.wait_until_live()
+        application.begin({"app-settings.json": {"toastDuration": 3}, "ai-provider.json": settings})
         yield application, provider
 
 
