@@ -145,8 +145,7 @@ void ClipboardOwner::answer(const xcb_selection_request_event_t& request) {
   notice.selection = request.selection;
   notice.target = request.target;
   if (handOver(request, request.target, property)) notice.property = property;
-  xcb_send_event(connection_.get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
-                 reinterpret_cast<const char*>(&notice));
+  xcb_send_event(connection_.get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, sentBytes(notice).data());
 }
 
 bool ClipboardOwner::handOver(const xcb_selection_request_event_t& request, xcb_atom_t target, xcb_atom_t property) {

@@ -2,7 +2,9 @@
 
 #include <xcb/xcb.h>
 
+#include <array>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 struct FreeXcbReply {
@@ -19,3 +21,12 @@ struct DisconnectXcb {
 
 /// A connection of our own to the X server.
 using XcbConnection = std::unique_ptr<xcb_connection_t, DisconnectXcb>;
+
+/// As `xcb_send_event` takes it, which reads 32 bytes of every event, also of those whose structure has fewer.
+template <class Event>
+std::array<char, 32> sentBytes(const Event& event) {
+  static_assert(sizeof(Event) <= 32);
+  std::array<char, 32> bytes{};
+  std::memcpy(bytes.data(), &event, sizeof(Event));
+  return bytes;
+}

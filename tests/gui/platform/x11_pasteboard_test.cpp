@@ -78,7 +78,7 @@ class Owner {
     notice.selection = request.selection;
     notice.target = request.target;
     notice.property = offer(request) ? request.property : xcb_atom_t{XCB_NONE};
-    xcb_send_event(connection_, 0, request.requestor, 0, reinterpret_cast<const char*>(&notice));
+    xcb_send_event(connection_, 0, request.requestor, 0, sentBytes(notice).data());
     xcb_flush(connection_);
   }
 
