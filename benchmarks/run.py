@@ -17,6 +17,7 @@ from driver.x import Desktop  # noqa: E402
 from figures import (  # noqa: E402
     answers,
     capture,
+    escapes,
     histories,
     links,
     palette,
@@ -39,7 +40,7 @@ def main():
         desktop.move_pointer(960, 900)
         rows = [
             figure
-            for measured in (palette, histories, windows, links, start)
+            for measured in (palette, histories, windows, links, escapes, start)
             for figure in measured.figures(desktop, options.vantle)
         ]
     rows += typing.figures(options.typing)

@@ -31,9 +31,8 @@ std::expected<std::optional<UpdateOffer>, QString> UpdateOffer::read(const QByte
                                                                      const QString& running) {
   const QJsonObject object = QJsonDocument::fromJson(description).object();
   const QString file = object["file"_L1].toString();
-  const UpdateOffer offer{object["version"_L1].toString(), address.resolved(QUrl(file)),
-                          QByteArray::fromHex(object["sha256"_L1].toString().toLatin1()),
-                          object["bytes"_L1].toInteger()};
+  UpdateOffer offer{object["version"_L1].toString(), address.resolved(QUrl(file)),
+                    QByteArray::fromHex(object["sha256"_L1].toString().toLatin1()), object["bytes"_L1].toInteger()};
   if (number(offer.version).isNull()) return std::unexpected(u"its description names no version"_s);
   if (number(offer.version) <= number(running)) return std::nullopt;
   const bool isWhole = offer.digest.size() == QCryptographicHash::hashLength(QCryptographicHash::Sha256);

@@ -45,7 +45,7 @@ bool keepPermission(const QString& path, const QString& permission) {
 
 }  // namespace
 
-PortalKeyboard::PortalKeyboard(QDBusConnection bus, std::shared_ptr<Portal> portal, QString permission)
+PortalKeyboard::PortalKeyboard(QDBusConnection bus, const std::shared_ptr<Portal>& portal, QString permission)
     : bus_(std::move(bus)), session_(bus_, portal, kInterface), permission_(std::move(permission)) {
   connect(&session_, &PortalSession::closed, this, &PortalKeyboard::sessionEnded);
   connect(portal.get(), &Portal::told, this, [this](const QString& interface, bool isOffered) {

@@ -19,7 +19,7 @@ class PortalKeyboard final : public QObject {
   using Pressed = std::function<void(std::size_t taken)>;
 
   /// `permission` is the path of the file.
-  PortalKeyboard(QDBusConnection bus, std::shared_ptr<Portal> portal, QString permission);
+  PortalKeyboard(QDBusConnection bus, const std::shared_ptr<Portal>& portal, QString permission);
 
   /// Tells when keys can be pressed, which the user may have to allow first; at once while they can.
   void open(const JobRef& job, Opened opened);

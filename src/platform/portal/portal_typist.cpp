@@ -37,8 +37,8 @@ QString reasonOf(const PortalError& error) {
 PortalTypist::PortalTypist(const QDBusConnection& bus, std::shared_ptr<Portal> portal, QString permission,
                            Sources sources)
     : bus_(bus),
-      portal_(portal),
-      keyboard_(bus, std::move(portal), std::move(permission)),
+      portal_(std::move(portal)),
+      keyboard_(bus, portal_, std::move(permission)),
       sources_(std::move(sources)) {}
 
 void PortalTypist::type(const KeySequence& sequence, std::stop_token stop, Done done) {
