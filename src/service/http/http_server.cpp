@@ -188,9 +188,11 @@ bool HttpServer::start() {
   sockaddr_storage address{};
   if (!fill(address, options_)) return false;
   const auto family = address.ss_family == AF_INET6 ? unsigned{MHD_USE_IPv6} : 0U;
+  // Not epoll: once in some fifty times the library then does not see that a client has gone in the middle of a body,
+  // whose file and connection would stay for as long as our patience lasts.
   daemon_.reset(MHD_start_daemon(
-      MHD_USE_AUTO | MHD_USE_INTERNAL_POLLING_THREAD | MHD_ALLOW_SUSPEND_RESUME | family, options_.port, nullptr,
-      nullptr, Callbacks::handle, this, MHD_OPTION_SOCK_ADDR, reinterpret_cast<const sockaddr*>(&address),
+      MHD_USE_POLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | family, options_.port, nullptr, nullptr,
+      Callbacks::handle, this, MHD_OPTION_SOCK_ADDR, reinterpret_cast<const sockaddr*>(&address),
       MHD_OPTION_LISTENING_ADDRESS_REUSE, 1U, MHD_OPTION_STRICT_FOR_CLIENT, 1, MHD_OPTION_NOTIFY_COMPLETED,
       Callbacks::complete, this, MHD_OPTION_NOTIFY_CONNECTION, Callbacks::connection, this, MHD_OPTION_THREAD_POOL_SIZE,
       kThreads, MHD_OPTION_CONNECTION_LIMIT, options_.connections, MHD_OPTION_PER_IP_CONNECTION_LIMIT,
