@@ -108,6 +108,14 @@ class XClient {
     if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_window_t)) return XCB_WINDOW_NONE;
     return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
   }
+  /// Whether the window manager has that window, shown or not.
+  bool isManaged(xcb_window_t window) {
+    const auto cookie = xcb_get_property(connection_, false, window, atom("WM_STATE"), XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+    if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(std::uint32_t)) return false;
+    constexpr std::uint32_t kWithdrawn = 0;
+    return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())) != kWithdrawn;
+  }
   xcb_window_t focusedWindow() {
     const Owned<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));

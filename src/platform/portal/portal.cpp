@@ -94,8 +94,10 @@ void Portal::askAgain() {
   revival_.cancel();
   for (const QString& interface : interfaces()) {
     Answer& answer = answers_[interface];
+    // Asked a moment ago; a late question, beside which an answer stands already, is too long to be waited for.
+    if (answer.question && !answer.isOffered) continue;
     answer.isOffered.reset();
-    if (!answer.question) ask(interface, kVersionPatience);
+    ask(interface, kVersionPatience);
   }
 }
 

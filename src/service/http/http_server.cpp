@@ -188,8 +188,8 @@ bool HttpServer::start() {
   sockaddr_storage address{};
   if (!fill(address, options_)) return false;
   const auto family = address.ss_family == AF_INET6 ? unsigned{MHD_USE_IPv6} : 0U;
-  // Not epoll: once in some fifty times the library then does not see that a client has gone in the middle of a body,
-  // whose file and connection would stay for as long as our patience lasts.
+  // Not epoll: with it the library now and then does not see that a client has gone in the middle of a body, whose file
+  // and connection then stay for as long as our patience lasts.
   daemon_.reset(MHD_start_daemon(
       MHD_USE_POLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | family, options_.port, nullptr, nullptr,
       Callbacks::handle, this, MHD_OPTION_SOCK_ADDR, reinterpret_cast<const sockaddr*>(&address),
