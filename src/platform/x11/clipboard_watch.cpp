@@ -31,8 +31,7 @@ bool ClipboardWatch::prepare() {
 
 std::int64_t ClipboardWatch::count() {
   if (!arrived_) return count_;
-  const XcbReply<xcb_get_input_focus_reply_t> all(
-      xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+  awaitServer(connection_.get());
   take();
   return count_;
 }

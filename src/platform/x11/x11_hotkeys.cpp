@@ -102,9 +102,10 @@ std::expected<void, HotkeyRefusal> X11Hotkeys::take(const Grab& grab) {
       HotkeyRefusal{refusal == kBadAccess ? HotkeyRefusal::Reason::taken : HotkeyRefusal::Reason::unavailable});
 }
 
+/// Another program that asks right after this gets the combination.
 void X11Hotkeys::give(const Grab& grab) {
   for (const auto lock : kLocks) xcb_ungrab_key(session_.connection, grab.code, session_.root, grab.modifiers | lock);
-  xcb_flush(session_.connection);
+  awaitServer(session_.connection);
 }
 
 bool X11Hotkeys::nativeEventFilter(const QByteArray&, void* message, qintptr*) {

@@ -29,9 +29,7 @@ bool X11InputWatch::select() {
 
 std::optional<InputTime> X11InputWatch::firstTouch() {
   if (first_) return first_;
-  // A round trip: all that happened before the call.
-  const XcbReply<xcb_get_input_focus_reply_t> all(
-      xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+  awaitServer(connection_.get());
   while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())})
     if (event->response_type == XCB_GE_GENERIC && !first_)
       first_ = InputTime{reinterpret_cast<const xcb_input_raw_key_press_event_t&>(*event).time};

@@ -22,6 +22,12 @@ struct DisconnectXcb {
 /// A connection of our own to the X server.
 using XcbConnection = std::unique_ptr<xcb_connection_t, DisconnectXcb>;
 
+/// Returns when the server has done all that was asked of it on this connection, and what it reported is here.
+inline void awaitServer(xcb_connection_t* connection) {
+  const XcbReply<xcb_get_input_focus_reply_t> done(
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
 /// As `xcb_send_event` takes it, which reads 32 bytes of every event, also of those whose structure has fewer.
 template <class Event>
 std::array<char, 32> sentBytes(const Event& event) {

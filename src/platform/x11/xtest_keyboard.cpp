@@ -120,10 +120,7 @@ void XTestKeyboard::fake(xcb_keycode_t code, bool pressed) {
   own_.push_back({code, pressed});
 }
 
-void XTestKeyboard::sync() {
-  const auto cookie = xcb_get_input_focus(connection_.get());
-  XcbReply<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(connection_.get(), cookie, nullptr));
-}
+void XTestKeyboard::sync() { awaitServer(connection_.get()); }
 
 void XTestKeyboard::settle(xcb_keycode_t neutralKey) {
   tap(neutralKey);
