@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -19,6 +20,12 @@ class InputWatch {
   virtual std::optional<InputTime> firstTouch() = 0;
 };
 
+/// Tells of Escape for as long as it lives.
+class EscapeWatch {
+ public:
+  virtual ~EscapeWatch() = default;
+};
+
 /// Knows where keys go. As it stands, of a system that does not tell. Main thread only.
 class KeyTargets {
  public:
@@ -28,4 +35,7 @@ class KeyTargets {
   virtual KeyTarget current() const { return KeyTarget::none; }
   /// Null where nobody can tell.
   virtual std::unique_ptr<InputWatch> watchInput() const { return nullptr; }
+  /// Calls `pressed`, on a later turn of the event loop, after each press of Escape without modifiers. Whoever has the
+  /// keys gets it too. Null where nobody can tell.
+  virtual std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> /*pressed*/) const { return nullptr; }
 };

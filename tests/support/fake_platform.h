@@ -182,12 +182,25 @@ class FakeKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return target; }
   std::unique_ptr<InputWatch> watchInput() const override { return std::make_unique<Watch>(*this); }
+  std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> pressed) const override {
+    if (!seesEscape) return nullptr;
+    onEscape = std::move(pressed);
+    return std::make_unique<Escapes>(*this);
+  }
 
   KeyTarget target = KeyTarget{7};
   /// Of a key or a button, whenever it is looked for.
   std::optional<InputTime> touch;
+  bool seesEscape = true;
+  /// Null while nobody watches.
+  mutable std::function<void()> onEscape;
 
  private:
+  struct Escapes final : EscapeWatch {
+    explicit Escapes(const FakeKeyTargets& owner) : targets(owner) {}
+    ~Escapes() override { targets.onEscape = nullptr; }
+    const FakeKeyTargets& targets;
+  };
   struct Watch final : InputWatch {
     explicit Watch(const FakeKeyTargets& owner) : touch(owner.touch) {}
     std::optional<InputTime> firstTouch() override { return touch; }

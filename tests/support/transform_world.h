@@ -22,8 +22,8 @@ struct TransformWorld : ServiceWorld {
   std::unique_ptr<AITextTransformTool> makeTool(Permissions& chosen) {
     const auto display = [this] { return shortcut; };
     return std::make_unique<AITextTransformTool>(
-        AITextTransformTool::Services{settings, transforms, reader, replacer, picker, instruction, pasteboard, chosen,
-                                      system, toasts, preferences, launcher, display},
+        AITextTransformTool::Services{settings, transforms, reader, replacer, picker, instruction, pasteboard, targets,
+                                      chosen, system, toasts, preferences, launcher, display},
         SettingsViewFactory());
   }
   /// "title|detail|seconds" of the toast that is up.
@@ -37,6 +37,7 @@ struct TransformWorld : ServiceWorld {
   FakeSelectionReader reader;
   FakeSelectionReplacer replacer;
   FakePasteboard pasteboard;
+  FakeKeyTargets targets;
   FakePermissions permissions;
   FakeSystem system;
   FakeToasts toasts;

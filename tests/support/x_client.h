@@ -116,6 +116,12 @@ class XClient {
     constexpr std::uint32_t kWithdrawn = 0;
     return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())) != kWithdrawn;
   }
+  /// Where the server has the corner of a window on the screen, whatever its program believes.
+  QPoint cornerOf(xcb_window_t window) {
+    const auto cookie = xcb_translate_coordinates(connection_, window, root_, 0, 0);
+    const Owned<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(connection_, cookie, nullptr));
+    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint(-1, -1);
+  }
   xcb_window_t focusedWindow() {
     const Owned<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));

@@ -44,8 +44,8 @@ std::unique_ptr<Tool> TransformKit::makeTool() {
   };
   auto tool = std::make_unique<AITextTransformTool>(
       AITextTransformTool::Services{settings_, client_, reader_, replacer_, picker_, instruction_, *platform.pasteboard,
-                                    *platform.permissions, *platform.systemInfo, context_.toasts, context_.preferences,
-                                    context_.launcher, shortcut},
+                                    *platform.keyTargets, *platform.permissions, *platform.systemInfo, context_.toasts,
+                                    context_.preferences, context_.launcher, shortcut},
       [this, &platform](QWidget* parent) {
         return new AITextTransformSettingsView({settings_, client_, *platform.permissions, *platform.systemInfo},
                                                parent);

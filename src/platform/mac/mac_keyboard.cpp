@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/key_codes.h"
 #include "platform/mac/mac_api.h"
 #include "platform/mac/mac_backends.h"
 #include "platform/mac/main_thread.h"
@@ -11,10 +12,38 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+class MacEscapeWatch final : public EscapeWatch {
+ public:
+  explicit MacEscapeWatch(std::function<void()> pressed) : pressed_(std::move(pressed)) {
+    watch_ = mac::watchKey(findKeyByQtKey(Qt::Key_Escape)->mac, reportPress, this);
+  }
+  ~MacEscapeWatch() override {
+    if (watch_) mac::stopWatchingKey(watch_);
+  }
+  MacEscapeWatch(const MacEscapeWatch&) = delete;
+  MacEscapeWatch& operator=(const MacEscapeWatch&) = delete;
+
+  bool isWatching() const { return watch_ != nullptr; }
+
+ private:
+  static void reportPress(void* context) {
+    auto* self = static_cast<MacEscapeWatch*>(context);
+    mac::onMainThread(self->scope_, [pressed = self->pressed_] { pressed(); });
+  }
+
+  std::function<void()> pressed_;
+  void* watch_ = nullptr;
+  QObject scope_;
+};
+
 /// An application is as close as it gets: the system does not name the windows of others.
 class MacKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return static_cast<KeyTarget>(mac::activeProcess()); }
+  std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> pressed) const override {
+    auto watch = std::make_unique<MacEscapeWatch>(std::move(pressed));
+    return watch->isWatching() ? std::move(watch) : nullptr;
+  }
 };
 
 /// Terminals by the start of their bundle identifiers. Those inside of editors cannot be told from the editor.

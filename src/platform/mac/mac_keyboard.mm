@@ -1,3 +1,4 @@
+#import <AppKit/AppKit.h>
 #import <Carbon/Carbon.h>
 #import <CoreServices/CoreServices.h>
 #import <Foundation/Foundation.h>
@@ -11,6 +12,9 @@ constexpr uint32_t kModifierShift = 8;
 constexpr uint32_t kModifierMask = 0xFF;
 
 constexpr UniCharCount kRoom = 4;
+
+constexpr NSEventModifierFlags kModifiers =
+    NSEventModifierFlagShift | NSEventModifierFlagControl | NSEventModifierFlagOption | NSEventModifierFlagCommand;
 
 uint16_t translated(const UCKeyboardLayout* layout, uint16_t keyCode, uint32_t modifierState) {
   UInt32 deadKeys = 0;
@@ -79,6 +83,20 @@ void* watchLayout(void (*changed)(void* context), void* context) {
 void stopWatchingLayout(void* watch) {
   VantleLayoutWatch* ending = (__bridge_transfer VantleLayoutWatch*)watch;
   [NSDistributedNotificationCenter.defaultCenter removeObserver:ending];
+}
+
+void* watchKey(uint32_t keyCode, void (*pressed)(void* context), void* context) {
+  id watch = [NSEvent addGlobalMonitorForEventsMatchingMask:NSEventMaskKeyDown
+                                                    handler:^(NSEvent* event) {
+                                                      const bool isAlone = (event.modifierFlags & kModifiers) == 0;
+                                                      if (event.keyCode == keyCode && isAlone) pressed(context);
+                                                    }];
+  return (__bridge_retained void*)watch;
+}
+
+void stopWatchingKey(void* watch) {
+  id ending = (__bridge_transfer id)watch;
+  [NSEvent removeMonitor:ending];
 }
 
 }  // namespace mac

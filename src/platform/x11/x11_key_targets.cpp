@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/x11/x11_escape_watch.h"
 #include "platform/x11/xcb_reply.h"
 
 namespace {
@@ -12,8 +13,10 @@ constexpr std::size_t kDeepest = 64;
 
 }  // namespace
 
-X11KeyTargets::X11KeyTargets(const X11Session& session, std::function<bool()> isPanelTyping)
+X11KeyTargets::X11KeyTargets(const X11Session& session, std::shared_ptr<X11RawInput> rawInput,
+                             std::function<bool()> isPanelTyping)
     : session_(session),
+      rawInput_(std::move(rawInput)),
       isPanelTyping_(std::move(isPanelTyping)),
       activeWindow_(internAtom(session, "_NET_ACTIVE_WINDOW")) {}
 
@@ -30,6 +33,11 @@ KeyTarget X11KeyTargets::current() const {
   // A menu or a lock that has taken the focus leaves the active window as it is too.
   const bool isFocused = std::ranges::find(focused, active) != focused.end();
   return isFocused ? static_cast<KeyTarget>(active) : KeyTarget::none;
+}
+
+std::unique_ptr<EscapeWatch> X11KeyTargets::watchEscape(std::function<void()> pressed) const {
+  if (!rawInput_->isAvailable()) return nullptr;
+  return std::make_unique<X11EscapeWatch>(session_, rawInput_, std::move(pressed));
 }
 
 /// The window with the focus and those around it, from the inside.

@@ -85,7 +85,7 @@ Platform makePlatform() {
   platform.keyEvents = makeX11KeyEvents();
   auto panels = std::make_unique<X11PanelWindow>(session, rawInput, traces);
   const auto isPanelTyping = [&panels = *panels] { return panels.hasKeyboard(); };
-  platform.keyTargets = std::make_unique<X11KeyTargets>(session, isPanelTyping);
+  platform.keyTargets = std::make_unique<X11KeyTargets>(session, rawInput, isPanelTyping);
   platform.panelWindow = std::move(panels);
   platform.selectedText = std::make_unique<X11SelectedText>(session);
   platform.pasteboard = std::make_unique<X11Pasteboard>();

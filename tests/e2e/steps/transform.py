@@ -27,6 +27,8 @@ def rewrites_in_an_editor(world):
         pick(world, "Return")
         until("it stands there from the launcher too", lambda: saved(world, editor) == "Again", 10, 0.3)
         clipboard.expect_back()
+        stops_waiting(world, clipboard)
+        expect("the text is as it was", saved(world, editor) == "Again")
 
 
 def rewrites_in_a_terminal(world):
@@ -46,6 +48,26 @@ def rewrites_in_a_terminal(world):
             world.picture("replaced")
             clipboard.expect_back()
             stops_typing(world, clipboard, terminal)
+
+
+def stops_waiting(world, clipboard):
+    """Escape in the editor, which gets it too, while the provider thinks."""
+    provider = clipboard.provider
+
+    def thinks(handler, _):
+        handler.connection.recv(1)
+        raise ConnectionResetError
+
+    provider.raw = thinks
+    choose(world, "Ctrl+a")
+    world.see("Esc or a click here cancels")
+    world.picture("waiting")
+    before = provider.cut
+    until("the provider is asked", lambda: len(provider.requests) == 3)
+    world.desktop.press("Escape")
+    until("the toast is gone", lambda: not world.toast())
+    until("nobody waits for the provider", lambda: provider.cut == before + 1)
+    clipboard.expect_back()
 
 
 def stops_typing(world, clipboard, terminal):

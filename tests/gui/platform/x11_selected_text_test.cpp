@@ -1,3 +1,4 @@
+#include <QAbstractNativeEventFilter>
 #include <QGuiApplication>
 #include <QTest>
 
@@ -20,6 +21,23 @@ namespace {
 QByteArray wmClass(const char* instance, const char* name) {
   return QByteArray(instance) + '\0' + QByteArray(name) + '\0';
 }
+
+/// Counts what has reached this process, before anybody else in it looks at it.
+class RawPresses final : public QAbstractNativeEventFilter {
+ public:
+  explicit RawPresses(std::shared_ptr<X11RawInput> input) : input_(std::move(input)) {
+    qApp->installNativeEventFilter(this);
+  }
+  bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
+    const auto raw = input_->read(*static_cast<const xcb_generic_event_t*>(message));
+    if (raw && raw->type == XCB_INPUT_RAW_KEY_PRESS) ++count;
+    return false;
+  }
+  int count = 0;
+
+ private:
+  std::shared_ptr<X11RawInput> input_;
+};
 
 KeyTarget targetOf(const XClient& client) { return static_cast<KeyTarget>(client.window()); }
 
@@ -77,7 +95,8 @@ class X11SelectedTextTest : public QObject {
   void keysGoToTheActiveWindow() {
     const X11Session session = currentX11Session();
     bool isPanelTyping = false;
-    const X11KeyTargets targets(session, [&isPanelTyping] { return isPanelTyping; });
+    const auto rawInput = std::make_shared<X11RawInput>(session);
+    const X11KeyTargets targets(session, rawInput, [&isPanelTyping] { return isPanelTyping; });
     XClient one;
     one.openWindow(100, 100, 200, 200);
     QTRY_COMPARE(targets.current(), targetOf(one));
@@ -96,6 +115,35 @@ class X11SelectedTextTest : public QObject {
     xcb_set_input_focus(two.connection(), XCB_INPUT_FOCUS_POINTER_ROOT, menu, XCB_CURRENT_TIME);
     QTRY_COMPARE(two.focusedWindow(), menu);
     QCOMPARE(targets.current(), KeyTarget::none);
+  }
+
+  void escapeIsSeenWhoeverHasIt() {
+    const X11Session session = currentX11Session();
+    const auto rawInput = std::make_shared<X11RawInput>(session);
+    const X11KeyTargets targets(session, rawInput, [] { return false; });
+    XClient other;
+    other.openWindow(100, 100, 200, 200);
+    QTRY_COMPARE(targets.current(), targetOf(other));
+    const xcb_keycode_t escape = other.keyCode(0xff1b);
+    int presses = 0;
+    std::unique_ptr<EscapeWatch> watch = targets.watchEscape([&] {
+      ++presses;
+      if (presses == 2) watch.reset();
+    });
+    const RawPresses handled(rawInput);
+    const xcb_keycode_t control = other.keyCode(0xffe3);
+    other.tap(escape);
+    QTRY_COMPARE(presses, 1);
+    other.key(control, true);
+    other.tap(escape);
+    other.tap(other.keyCode('a'));
+    QTRY_COMPARE(handled.count, 4);
+    other.key(control, false);
+    other.tap(escape);
+    QTRY_COMPARE(presses, 2);
+    QVERIFY2(!watch, "who hears of it may end it");
+    QCOMPARE(handled.count, 5);
+    QCOMPARE(other.keysReceived().size(), 5U);
   }
 
   void noKeyGoesWhereNobodyIsOrToATerminal() {

@@ -15,7 +15,6 @@ enum class Stage { reading, picker, instruction, request, settling, typing, type
 
 /// The tool over the real reader and replacer: only the system and the service are made up.
 struct World : TransformWorld {
-  FakeKeyTargets targets;
   FakeSelectedText selectedText;
   FakeKeyEvents events;
   KeystrokeSender keys{events, permissions};
@@ -32,7 +31,8 @@ struct World : TransformWorld {
     useReplace();
     tool = std::make_unique<AITextTransformTool>(
         AITextTransformTool::Services{settings, transforms, realReader, realReplacer, picker, instruction, pasteboard,
-                                      permissions, system, toasts, preferences, launcher, [] { return QString(); }},
+                                      targets, permissions, system, toasts, preferences, launcher,
+                                      [] { return QString(); }},
         SettingsViewFactory());
   }
 
@@ -96,6 +96,21 @@ class TestTextTransformCancelling : public QObject {
     QVERIFY(world.pasteboard.contents == world.earlier);
     if (stage == Stage::typing) QVERIFY(world.events.stops.back().stop_requested());
     QCOMPARE(world.toasts.dismissals, 1);
+    expectNothingMore(world);
+  }
+
+  void escapeWhereTheSelectionIsEndsItToo() {
+    World world;
+    world.goTo(Stage::request);
+    world.targets.target = KeyTarget{8};
+    const auto escape = world.targets.onEscape;
+    escape();
+    QCOMPARE(world.toasts.dismissals, 0);
+    world.targets.target = KeyTarget{7};
+    escape();
+    QVERIFY(world.pasteboard.contents == world.earlier);
+    QCOMPARE(world.toasts.dismissals, 1);
+    QVERIFY2(!world.targets.onEscape, "nobody watches any longer than needed");
     expectNothingMore(world);
   }
 

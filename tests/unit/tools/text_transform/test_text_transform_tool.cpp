@@ -31,7 +31,7 @@ class TestTextTransformTool : public QObject {
 
   void theResultIsCopied() {
     start(keycode::kReturn);
-    QCOMPARE(world_->toast(), u"Transforming…|Click here to cancel|120"_s);
+    QCOMPARE(world_->toast(), u"Transforming…|Esc or a click here cancels|120"_s);
     QCOMPARE(shown().icon, u"wand.and.stars"_s);
     QCOMPARE(shown().tone, ToastTone::accent);
     const auto body = QJsonDocument::fromJson(world_->http.sent.front().body).object();
@@ -46,6 +46,12 @@ class TestTextTransformTool : public QObject {
     QCOMPARE(world_->pasteboard.texts, (QStringList{u"I have three cats."_s, u"I have three cats."_s}));
     QVERIFY(world_->replacer.restored.empty());
     QVERIFY(world_->replacer.replaced.empty());
+  }
+
+  void whereEscapeCannotBeSeenTheToastDoesNotPromiseIt() {
+    world_->targets.seesEscape = false;
+    start(keycode::kReturn);
+    QCOMPARE(world_->toast(), u"Transforming…|Click here to cancel|120"_s);
   }
 
   void theResultIsTypedOverTheSelection() {

@@ -54,7 +54,23 @@ EXTERN NSColorSpaceName NSDeviceRGBColorSpace;
 - (void)drawInRect:(NSRect)rect SINCE(10.9);
 @end
 
+OPTION_SET(NSUInteger, NSEventModifierFlags){
+    NSEventModifierFlagShift SINCE(10.12) = 1 << 17,
+    NSEventModifierFlagControl SINCE(10.12) = 1 << 18,
+    NSEventModifierFlagOption SINCE(10.12) = 1 << 19,
+    NSEventModifierFlagCommand SINCE(10.12) = 1 << 20,
+};
+
+OPTION_SET(unsigned long long, NSEventMask){
+    NSEventMaskKeyDown SINCE(10.12) = 1ULL << 10,
+};
+
 @interface NSEvent : NSObject
+@property(readonly) NSEventModifierFlags modifierFlags;
+@property(readonly) unsigned short keyCode;
++ (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask
+                                             handler:(void (^)(NSEvent* event))block SINCE(10.6);
++ (void)removeMonitor:(id)eventMonitor SINCE(10.6);
 @property(class, readonly) NSUInteger pressedMouseButtons SINCE(10.6);
 @end
 
