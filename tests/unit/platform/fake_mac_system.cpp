@@ -31,6 +31,16 @@ uint16_t characterOnKey(uint32_t keyCode, uint32_t) {
   const auto found = fake->layout.find(keyCode);
   return found == fake->layout.end() ? 0 : found->second;
 }
+void* watchKey(uint32_t keyCode, void (*pressed)(void*), void* context) {
+  if (fake->isWatchRefused) return nullptr;
+  fake->watchedKey = keyCode;
+  fake->keyWatch = {pressed, context};
+  return fake->retain();
+}
+void stopWatchingKey(void* watch) {
+  fake->keyWatch = {};
+  fake->release(watch);
+}
 void* watchLayout(void (*changed)(void*), void* context) {
   fake->layoutWatch = {changed, context};
   return fake->retain();

@@ -53,6 +53,10 @@ struct FakeSystem {
   /// What the keys type.
   std::map<std::uint32_t, char16_t> layout;
   std::pair<void (*)(void*), void*> layoutWatch{};
+  /// The key that is watched, and who is told.
+  std::uint32_t watchedKey = 0;
+  std::pair<void (*)(void*), void*> keyWatch{};
+  bool isWatchRefused = false;
   bool hasWindowServer = true;
   bool isDark = false;
   std::pair<void (*)(void*, bool), void*> appearanceWatch{};

@@ -334,6 +334,26 @@ class MacPlatformTest : public QObject {
     QVERIFY(platform_->keyTargets->current() != first);
   }
 
+  /// Told from inside the system's handler, in which the watch must not end.
+  void escapeIsToldAfterTheSystemsHandler() {
+    int presses = 0;
+    std::unique_ptr<EscapeWatch> watch;
+    watch = platform_->keyTargets->watchEscape([&] {
+      ++presses;
+      watch.reset();
+    });
+    QCOMPARE(fake->watchedKey, 53U);
+    fake->keyWatch.first(fake->keyWatch.second);
+    fake->keyWatch.first(fake->keyWatch.second);
+    QCOMPARE(presses, 0);
+    QTRY_COMPARE(presses, 1);
+    QVERIFY(!fake->keyWatch.first);
+    QCoreApplication::processEvents();
+    QCOMPARE(presses, 1);
+    fake->isWatchRefused = true;
+    QVERIFY(!platform_->keyTargets->watchEscape([] {}));
+  }
+
   void symbolsKeepTheirProportions() {
     const QImage symbol = systemSymbol(u"doc.on.doc"_s, 48);
     QCOMPARE(fake->asked, QStringList{u"48x32"_s});
