@@ -32,6 +32,7 @@
 #include "app/updates/updates.h"
 #include "app/updates/whats_new_window.h"
 #include "app/usage/usage_window.h"
+#include "app/warm_up.h"
 #include "base/logging.h"
 #include "capture/region_selection_controller.h"
 #include "capture/selection_overlay_panel.h"
@@ -61,11 +62,8 @@
 #include "tools/session_history/vibe_history_tool.h"
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
-
-constexpr auto kWarmUpDelay = 400ms;
 
 QString defaultsFile() {
   return QSettings(QSettings::IniFormat, QSettings::UserScope, u"Vantle"_s, u"Vantle"_s).fileName();
@@ -132,7 +130,7 @@ struct Application::Parts {
   TrayIcon tray{{appearance, *platform.trayPanel, clock}};
   MenuController menu;
   AppServer server;
-  Job warmUp = Job::start();
+  WarmUp warmUp{clock};
   Job serviceRequests = Job::start();
 
   std::unique_ptr<OnboardingWindow> makeOnboarding();
@@ -208,17 +206,18 @@ bool Application::start() {
   if (!parts_->server.listen()) return false;
   parts_->delegate.didFinishLaunching(makeTools());
   parts_->tray.show();
-  // The first press of a shortcut should not have to make the window: that is done when the start is over.
-  parts_->clock.after(kWarmUpDelay, parts_->warmUp, [this] {
-    parts_->cliPalette.prepare();
-    Parts& parts = *parts_;
-    for (ToolKit* kit : std::initializer_list<ToolKit*>{
-             &parts.history, &parts.injectMD, &parts.openProject, &parts.boilerplates, &parts.fileDrop,
-             &parts.transform, &parts.feedback, &parts.generateImage, &parts.promptify, &parts.askAI})
-      kit->prepare();
-    parts_->launcher.prepare();
-  });
+  warmUp();
   return true;
+}
+
+void Application::warmUp() {
+  Parts& parts = *parts_;
+  std::deque<WarmUp::Step> steps = {[&parts] { parts.cliPalette.prepare(); }, [&parts] { parts.launcher.prepare(); }};
+  for (ToolKit* kit : std::initializer_list<ToolKit*>{
+           &parts.history, &parts.injectMD, &parts.openProject, &parts.boilerplates, &parts.fileDrop, &parts.transform,
+           &parts.feedback, &parts.generateImage, &parts.promptify, &parts.askAI})
+    steps.emplace_back([kit] { kit->prepare(); });
+  parts.warmUp.begin(std::move(steps));
 }
 
 std::vector<std::unique_ptr<Tool>> Application::makeTools() {

@@ -37,6 +37,8 @@ class Application : public QObject, private SettingsOpener, private FreshStart {
   void deleteDataAndStartAnew() override;
 
   std::vector<std::unique_ptr<Tool>> makeTools();
+  /// What no press of a shortcut should have to make.
+  void warmUp();
   SettingsViewFactory frequentCLIsSettings();
   AppDelegate::Effects effects();
   void run(AppAction action);
