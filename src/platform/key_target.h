@@ -37,5 +37,5 @@ class KeyTargets {
   virtual std::unique_ptr<InputWatch> watchInput() const { return nullptr; }
   /// Calls `pressed`, on a later turn of the event loop, after each press of Escape without modifiers. Whoever has the
   /// keys gets it too. Null where nobody can tell.
-  virtual std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> /*pressed*/) const { return nullptr; }
+  virtual std::unique_ptr<EscapeWatch> watchEscape(const std::function<void()>& /*pressed*/) const { return nullptr; }
 };

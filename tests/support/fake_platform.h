@@ -182,9 +182,9 @@ class FakeKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return target; }
   std::unique_ptr<InputWatch> watchInput() const override { return std::make_unique<Watch>(*this); }
-  std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> pressed) const override {
+  std::unique_ptr<EscapeWatch> watchEscape(const std::function<void()>& pressed) const override {
     if (!seesEscape) return nullptr;
-    onEscape = std::move(pressed);
+    onEscape = pressed;
     return std::make_unique<Escapes>(*this);
   }
 

@@ -40,8 +40,8 @@ class MacEscapeWatch final : public EscapeWatch {
 class MacKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return static_cast<KeyTarget>(mac::activeProcess()); }
-  std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> pressed) const override {
-    auto watch = std::make_unique<MacEscapeWatch>(std::move(pressed));
+  std::unique_ptr<EscapeWatch> watchEscape(const std::function<void()>& pressed) const override {
+    auto watch = std::make_unique<MacEscapeWatch>(pressed);
     return watch->isWatching() ? std::move(watch) : nullptr;
   }
 };

@@ -1,7 +1,6 @@
 #include "platform/portal/portal_request.h"
 
 #include <QDBusObjectPath>
-#include <QRandomGenerator>
 
 #include <utility>
 
@@ -34,7 +33,7 @@ PortalRequest::~PortalRequest() {
 }
 
 void PortalRequest::start() {
-  const QString token = u"vantle%1"_s.arg(QRandomGenerator::global()->generate64(), 0, 16);
+  const QString token = portal_names::newToken();
   path_ = expectedPath(token);
   // Before the question: the answer may be there as soon as it is asked, at a path that is not known yet.
   bus_.connect(portal_names::kService, {}, portal_names::kRequest, u"Response"_s, this,

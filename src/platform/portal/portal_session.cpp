@@ -2,7 +2,6 @@
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QRandomGenerator>
 
 #include <utility>
 
@@ -26,7 +25,7 @@ PortalSession::~PortalSession() { close(); }
 
 void PortalSession::open(const JobRef& job, Opened opened) {
   close();
-  const QString token = u"vantle%1"_s.arg(QRandomGenerator::global()->generate64(), 0, 16);
+  const QString token = portal_names::newToken();
   portal_->request({interface_, u"CreateSession"_s, {}, {{u"session_handle_token"_s, token}}}, job,
                    [this, opened = std::move(opened)](const auto& answer) {
                      if (!answer) return opened(std::unexpected(answer.error()));

@@ -35,9 +35,9 @@ KeyTarget X11KeyTargets::current() const {
   return isFocused ? static_cast<KeyTarget>(active) : KeyTarget::none;
 }
 
-std::unique_ptr<EscapeWatch> X11KeyTargets::watchEscape(std::function<void()> pressed) const {
+std::unique_ptr<EscapeWatch> X11KeyTargets::watchEscape(const std::function<void()>& pressed) const {
   if (!rawInput_->isAvailable()) return nullptr;
-  return std::make_unique<X11EscapeWatch>(session_, rawInput_, std::move(pressed));
+  return std::make_unique<X11EscapeWatch>(session_, rawInput_, pressed);
 }
 
 /// The window with the focus and those around it, from the inside.

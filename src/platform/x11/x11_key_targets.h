@@ -16,7 +16,7 @@ class X11KeyTargets final : public KeyTargets {
 
   KeyTarget current() const override;
   std::unique_ptr<InputWatch> watchInput() const override { return X11InputWatch::open(); }
-  std::unique_ptr<EscapeWatch> watchEscape(std::function<void()> pressed) const override;
+  std::unique_ptr<EscapeWatch> watchEscape(const std::function<void()>& pressed) const override;
 
  private:
   std::vector<xcb_window_t> focusedWindows() const;
