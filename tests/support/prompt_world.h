@@ -26,10 +26,11 @@ struct PromptWorld : ServiceWorld {
     ImageSourcePicker images(
         {pasteboard, RegionPicker({regions, permissions, system, toasts}), toasts, [this] { return shortcut; }},
         {info.name, info.icon, {.icon = QStringLiteral("rectangle.dashed.badge.record")}});
-    return {settings, client, images, modes, result, toasts, sounds, preferences, launcher};
+    return {settings, client, images, modes, result, targets, toasts, sounds, preferences, launcher};
   }
 
   FakePasteboard pasteboard;
+  FakeKeyTargets targets;
   FakeRegionSelector regions;
   FakePermissions permissions;
   FakeSystem system;

@@ -37,8 +37,8 @@ std::unique_ptr<Tool> PromptifyKit::makeTool() {
       {*platform.pasteboard, context_.regionPicker(), context_.toasts, shortcut},
       {info.name, info.icon, {.icon = u"rectangle.dashed.badge.record"_s, .iconColor = QColorConstants::White}});
   return std::make_unique<PromptifyTool>(
-      PromptifyTool::Services{settings_, client_, std::move(images), modes_, result_, context_.toasts, *platform.sounds,
-                              context_.preferences, context_.launcher},
+      PromptifyTool::Services{settings_, client_, std::move(images), modes_, result_, *platform.keyTargets,
+                              context_.toasts, *platform.sounds, context_.preferences, context_.launcher},
       [this, &platform](QWidget* parent) {
         return new PromptifySettingsView({settings_, client_, *platform.permissions, *platform.systemInfo}, parent);
       });

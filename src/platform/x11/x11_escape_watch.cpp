@@ -23,13 +23,11 @@ X11EscapeWatch::X11EscapeWatch(const X11Session& session, std::shared_ptr<X11Raw
                                std::function<void()> pressed)
     : session_(session),
       rawInput_(std::move(rawInput)),
+      keyPresses_(rawInput_->selectKeyPresses()),
       pressed_(std::move(pressed)),
       escape_(X11KeyMap::current(session).keyCode(findKeyByQtKey(Qt::Key_Escape)->mac).value_or(0)) {
   QCoreApplication::instance()->installNativeEventFilter(this);
-  rawInput_->select(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS, true);
 }
-
-X11EscapeWatch::~X11EscapeWatch() { rawInput_->select(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS, false); }
 
 bool X11EscapeWatch::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
   const auto raw = rawInput_->read(*static_cast<const xcb_generic_event_t*>(message));

@@ -9,17 +9,17 @@
 #include "platform/key_target.h"
 #include "platform/x11/x11_raw_input.h"
 
-/// Sees the key at the device, so that nobody has to give it away. One at a time; main thread only.
+/// Sees the key at the device, so that nobody has to give it away. Main thread only.
 class X11EscapeWatch final : public EscapeWatch, private QAbstractNativeEventFilter {
  public:
   X11EscapeWatch(const X11Session& session, std::shared_ptr<X11RawInput> rawInput, std::function<void()> pressed);
-  ~X11EscapeWatch() override;
 
  private:
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
   X11Session session_;
   std::shared_ptr<X11RawInput> rawInput_;
+  std::shared_ptr<void> keyPresses_;
   std::function<void()> pressed_;
   xcb_keycode_t escape_;
   QObject context_;

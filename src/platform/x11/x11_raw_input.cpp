@@ -18,6 +18,15 @@ void X11RawInput::select(std::uint32_t events, bool wanted) {
   xcb_flush(session_.connection);
 }
 
+std::shared_ptr<void> X11RawInput::selectKeyPresses() {
+  if (auto selected = keyPresses_.lock()) return selected;
+  constexpr auto kPress = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
+  select(kPress, true);
+  std::shared_ptr<void> selected(this, [this](void*) { select(kPress, false); });
+  keyPresses_ = selected;
+  return selected;
+}
+
 std::optional<X11RawInput::Event> X11RawInput::read(const xcb_generic_event_t& event) const {
   if (event.response_type != XCB_GE_GENERIC) return {};
   const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);

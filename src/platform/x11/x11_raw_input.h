@@ -3,6 +3,7 @@
 #include <xcb/xinput.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "platform/x11/x11_session.h"
@@ -24,6 +25,8 @@ class X11RawInput {
   bool isAvailable() const { return opcode_ != 0; }
   /// Adds events to those that are delivered, or takes them away; `events` are XCB_INPUT_XI_EVENT_MASK_RAW_… bits.
   void select(std::uint32_t events, bool wanted);
+  /// The same for presses of keys, which several may need at a time: for as long as one of them holds what it got.
+  std::shared_ptr<void> selectKeyPresses();
   /// The raw event in an event of Qt's connection.
   std::optional<Event> read(const xcb_generic_event_t& event) const;
 
@@ -31,4 +34,5 @@ class X11RawInput {
   X11Session session_;
   std::uint8_t opcode_ = 0;
   std::uint32_t selected_ = 0;
+  std::weak_ptr<void> keyPresses_;
 };

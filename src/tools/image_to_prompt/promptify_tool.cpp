@@ -28,14 +28,17 @@ QImage thumbnail(const QByteArray& bytes) {
 }  // namespace
 
 PromptifyTool::PromptifyTool(Services services, SettingsViewFactory settingsView)
-    : Tool(toolInfo(kPromptifyID), std::move(settingsView)), services_(std::move(services)) {}
+    : Tool(toolInfo(kPromptifyID), std::move(settingsView)),
+      services_(std::move(services)),
+      escape_(services_.keyTargets) {}
 
 void PromptifyTool::activate() {
   // The question before is about another image.
   services_.modes.cancel();
   services_.modes.setReturnsToLauncher(services_.launcher.takeStartedFromLauncher());
   // Its toast would tell of work that nobody does any more.
-  if (task_.isRunning()) services_.toasts.dismiss(true);
+  cancel();
+  startedIn_ = escape_.here();
   task_ = Job::start();
   services_.images.pick(services_.settings.value().source, task_, [this](const auto& image) {
     if (image)
@@ -56,11 +59,13 @@ void PromptifyTool::chooseMode(const ClipboardImage& image) {
 }
 
 void PromptifyTool::process(const ClipboardImage& image, PromptMode mode) {
+  task_ = Job::start();
   services_.toasts.show({.icon = u"wand.and.stars"_s,
                          .tone = ToastTone::accent,
-                         .title = u"Generating %1 prompt…"_s.arg(QString(info(mode).label).toLower())},
+                         .title = u"Generating %1 prompt…"_s.arg(QString(info(mode).label).toLower()),
+                         .detail = escape_.open(startedIn_, [this] { cancel(); }),
+                         .onTap = task_.bind([this] { cancel(); })},
                         kWorkToast);
-  task_ = Job::start();
   services_.client.reverseEngineer(image, mode, task_, [this, image, mode](const auto& prompt) {
     if (!prompt) return fail(prompt.error());
     runInBackground(
@@ -69,15 +74,26 @@ void PromptifyTool::process(const ClipboardImage& image, PromptMode mode) {
   });
 }
 
-void PromptifyTool::finish(const QImage& source, const QString& prompt, PromptMode mode) {
+void PromptifyTool::cancel() {
+  if (!task_.isRunning()) return;
+  end();
+  services_.toasts.dismiss(true);
+}
+
+void PromptifyTool::end() {
   task_.cancel();
+  escape_.close();
+}
+
+void PromptifyTool::finish(const QImage& source, const QString& prompt, PromptMode mode) {
+  end();
   services_.toasts.dismiss(true);
   if (services_.preferences.value().soundOnComplete) services_.sounds.playCompletion();
   services_.result.show(prompt, source, info(mode).label);
 }
 
 void PromptifyTool::fail(const PromptifyError& error) {
-  task_.cancel();
+  end();
   services_.toasts.show({.icon = u"xmark.octagon.fill"_s,
                          .tone = ToastTone::failure,
                          .title = u"Image to Prompt failed"_s,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/settings/app_preferences.h"
+#include "core/tools/escape_route.h"
 #include "core/tools/tool.h"
 #include "platform/sounds.h"
 #include "services/image_source_picker.h"
@@ -24,6 +25,7 @@ class PromptifyTool final : public Tool {
     ImageSourcePicker images;
     PromptModePickerController& modes;
     PromptifyResultController& result;
+    const KeyTargets& keyTargets;
     ToastPresenter& toasts;
     Sounds& sounds;
     const AppPreferences& preferences;
@@ -35,13 +37,19 @@ class PromptifyTool final : public Tool {
   void activate() override;
   /// Asks for the prompt behind `image`, with everything that the user sees of it.
   void process(const ClipboardImage& image, PromptMode mode);
+  /// Ends the request under way, if there is one.
+  void cancel();
 
  private:
   void chooseMode(const ClipboardImage& image);
   void finish(const QImage& source, const QString& prompt, PromptMode mode);
   void fail(const PromptifyError& error);
+  void end();
 
   Services services_;
   /// From the activation to its result.
   Job task_;
+  EscapeRoute escape_;
+  /// Where the user was at the activation.
+  KeyTarget startedIn_ = KeyTarget::none;
 };

@@ -28,7 +28,9 @@ QString excerpt(const QString& text) {
 }  // namespace
 
 AITextTransformTool::AITextTransformTool(Services services, SettingsViewFactory settingsView)
-    : Tool(toolInfo(kAITextTransformID), std::move(settingsView)), services_(std::move(services)) {}
+    : Tool(toolInfo(kAITextTransformID), std::move(settingsView)),
+      services_(std::move(services)),
+      escape_(services_.keyTargets) {}
 
 void AITextTransformTool::activate() {
   const bool startedFromLauncher = services_.launcher.takeStartedFromLauncher();
@@ -66,24 +68,15 @@ void AITextTransformTool::chosen(std::optional<TextTransformMode> mode) {
 
 void AITextTransformTool::transform(TextTransformMode mode, const std::optional<QString>& instruction) {
   stage_ = Stage::requesting;
-  const bool endsAtEscape = watchEscape();
+  const QString ways = escape_.open(selection_.owner, [this] { cancel(); });
   services_.toasts.show({.icon = u"wand.and.stars"_s,
                          .tone = ToastTone::accent,
                          .title = u"Transforming…"_s,
-                         .detail = endsAtEscape ? u"Esc or a click here cancels"_s : u"Click here to cancel"_s,
+                         .detail = ways,
                          .onTap = job_.bind([this] { cancel(); })},
                         kProgressToast);
   services_.client.transform({*selection_.text, mode, instruction}, job_,
                              job_.bind([this](const auto& result) { finish(result); }));
-}
-
-/// The key is the program's in front as well, so elsewhere it means something else.
-bool AITextTransformTool::watchEscape() {
-  if (selection_.owner == KeyTarget::none) return false;
-  escape_ = services_.keyTargets.watchEscape([this] {
-    if (services_.keyTargets.current() == selection_.owner) cancel();
-  });
-  return escape_ != nullptr;
 }
 
 void AITextTransformTool::cancel() {
@@ -94,14 +87,14 @@ void AITextTransformTool::cancel() {
 
 void AITextTransformTool::abandon() {
   job_.cancel();
-  escape_.reset();
+  escape_.close();
   stage_ = Stage::ended;
   services_.replacer.restore(selection_);
 }
 
 Selection AITextTransformTool::end() {
   job_.cancel();
-  escape_.reset();
+  escape_.close();
   stage_ = Stage::idle;
   return std::exchange(selection_, {});
 }

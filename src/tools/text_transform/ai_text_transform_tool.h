@@ -3,8 +3,8 @@
 #include "core/presenters/launcher_opener.h"
 #include "core/presenters/toast_presenter.h"
 #include "core/settings/app_preferences.h"
+#include "core/tools/escape_route.h"
 #include "core/tools/tool.h"
-#include "platform/key_target.h"
 #include "platform/permissions.h"
 #include "platform/system_info.h"
 #include "tools/text_transform/ai_text_transform_client.h"
@@ -52,8 +52,6 @@ class AITextTransformTool final : public Tool {
   void take(const Selection& selection);
   void chosen(std::optional<TextTransformMode> mode);
   void transform(TextTransformMode mode, const std::optional<QString>& instruction);
-  /// Escape where the selection is ends what is under way; whether it can be noticed there.
-  bool watchEscape();
   void finish(const AITextTransformClient::Result& result);
   void replace(const QString& result);
   void copy(const QString& result, const QString& remark);
@@ -72,5 +70,5 @@ class AITextTransformTool final : public Tool {
   Stage stage_ = Stage::idle;
   Job job_;
   Selection selection_;
-  std::unique_ptr<EscapeWatch> escape_;
+  EscapeRoute escape_;
 };

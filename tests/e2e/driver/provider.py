@@ -63,7 +63,7 @@ class Provider:
         self.answer, self.pause, self.raw = answer, pause, None
         self.picture = png()
         self.requests = []
-        self.cut = 0
+        self.cut = self.waiting = 0
         self._server = ThreadingHTTPServer(("127.0.0.1", 0), self._handler())
         self._server.daemon_threads = True
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
@@ -93,6 +93,17 @@ class Provider:
             "model": MODEL,
             "imageModel": IMAGE_MODEL,
         }
+
+    def say_nothing(self):
+        """To any question, until whoever has asked is gone; `waiting` counts them."""
+
+        def wait(handler, _):
+            self.waiting += 1
+            handler.connection.recv(1)
+            self.waiting -= 1
+            raise ConnectionResetError
+
+        self.raw = wait
 
     def close(self):
         self._server.shutdown()

@@ -5,6 +5,7 @@ from contextlib import contextmanager
 from driver import clipboard
 from driver.provider import png
 from driver.waiting import expect, until
+from steps.transform import escape_ends_it
 
 SHORTCUT = "Ctrl+Alt+p"
 TITLE = "Image to Prompt"
@@ -36,6 +37,11 @@ def describes_a_copied_image(world):
         world.desktop.press("Escape")
         until("Escape closes it", lambda: not world.titled(TITLE))
         world.expect_terminal_active("afterwards")
+        clipboard.copy(image, "image/png")
+        provider.say_nothing()
+        world.desktop.press(SHORTCUT)
+        escape_ends_it(world, provider)
+        expect("the image is still on the clipboard", "image/png" in clipboard.offered())
 
 
 @contextmanager

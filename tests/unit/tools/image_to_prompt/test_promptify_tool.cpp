@@ -41,7 +41,7 @@ class TestPromptifyTool : public QObject {
     at_->copyImage(promptifyTestImage().data);
     tool_->activate();
     QTRY_COMPARE(at_->http.sent.size(), 1U);
-    QCOMPARE(at_->toast(), u"Generating general purpose prompt…||180"_s);
+    QCOMPARE(at_->toast(), u"Generating general purpose prompt…|Esc or a click here cancels|180"_s);
     QCOMPARE(at_->toasts.shown.back().first.icon, u"wand.and.stars"_s);
     const HttpRequest& request = at_->http.sent.front();
     QCOMPARE(request.url, QUrl(u"http://127.0.0.1:9/ai-prompt"_s));
@@ -72,6 +72,22 @@ class TestPromptifyTool : public QObject {
     QVERIFY(!at_->result.handleKey({.keyCode = 8}));
     QVERIFY(at_->result.handleKey({.keyCode = keycode::kEscape}));
     QVERIFY(!at_->result.isShown() && !at_->result.handleKey({.keyCode = 8, .command = true}));
+  }
+
+  void escapeAndAClickOnTheToastEndIt() {
+    at_->copyImage(kPNG);
+    for (const bool isEscape : {true, false}) {
+      tool_->activate();
+      QTRY_VERIFY(!at_->http.waiting.empty());
+      const auto leave = isEscape ? at_->targets.onEscape : at_->toasts.shown.back().first.onTap;
+      const int dismissed = at_->toasts.dismissals;
+      leave();
+      QCOMPARE(at_->toasts.dismissals, dismissed + 1);
+      QVERIFY(at_->http.answer(200, json("{'prompt': 'too late'}")));
+      leave();
+      QCOMPARE(at_->toasts.dismissals, dismissed + 1);
+    }
+    QVERIFY(at_->pasteboard.texts.isEmpty() && !at_->result.isShown() && !at_->targets.onEscape);
   }
 
   void whatIsNoPromptIsSaid() {
@@ -132,7 +148,7 @@ class TestPromptifyTool : public QObject {
     at_->modes.handleKey({.keyCode = keycode::kUp});
     at_->modes.handleKey({.keyCode = keycode::kReturn});
     QTRY_COMPARE(at_->http.sent.size(), 1U);
-    QCOMPARE(at_->toast(), u"Generating image focused prompt…||180"_s);
+    QCOMPARE(at_->toast(), u"Generating image focused prompt…|Esc or a click here cancels|180"_s);
     QVERIFY(at_->http.sent.front().body.contains("filename=\"selection.png\""));
     QVERIFY(at_->http.sent.front().body.contains("name=\"mode\"\r\n\r\nimage\r\n"));
 
