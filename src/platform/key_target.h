@@ -35,7 +35,7 @@ class KeyTargets {
   virtual KeyTarget current() const { return KeyTarget::none; }
   /// Null where nobody can tell.
   virtual std::unique_ptr<InputWatch> watchInput() const { return nullptr; }
-  /// Calls `pressed`, on a later turn of the event loop, after each press of Escape without modifiers. Whoever has the
-  /// keys gets it too. Null where nobody can tell.
+  /// Calls `pressed`, on a later turn of the event loop, after each press of Escape without modifiers that is not for a
+  /// panel of ours. Whoever has the keys gets it too. Null where nobody can tell.
   virtual std::unique_ptr<EscapeWatch> watchEscape(const std::function<void()>& /*pressed*/) const { return nullptr; }
 };

@@ -20,10 +20,11 @@ bool isModifierHeld(const X11Session& session) {
 }  // namespace
 
 X11EscapeWatch::X11EscapeWatch(const X11Session& session, std::shared_ptr<X11RawInput> rawInput,
-                               std::function<void()> pressed)
+                               std::function<bool()> isIgnored, std::function<void()> pressed)
     : session_(session),
       rawInput_(std::move(rawInput)),
       keyPresses_(rawInput_->selectKeyPresses()),
+      isIgnored_(std::move(isIgnored)),
       pressed_(std::move(pressed)),
       escape_(X11KeyMap::current(session).keyCode(findKeyByQtKey(Qt::Key_Escape)->mac).value_or(0)) {
   QCoreApplication::instance()->installNativeEventFilter(this);
@@ -31,7 +32,9 @@ X11EscapeWatch::X11EscapeWatch(const X11Session& session, std::shared_ptr<X11Raw
 
 bool X11EscapeWatch::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
   const auto raw = rawInput_->read(*static_cast<const xcb_generic_event_t*>(message));
-  if (!raw || raw->type != XCB_INPUT_RAW_KEY_PRESS || raw->detail != escape_ || isModifierHeld(session_)) return false;
+  const bool isEscape = raw && raw->type == XCB_INPUT_RAW_KEY_PRESS && raw->detail == escape_;
+  // Asked now: the panel that gets the key will be closed by it.
+  if (!isEscape || isIgnored_() || isModifierHeld(session_)) return false;
   // Who hears of it may end the watch.
   QMetaObject::invokeMethod(&context_, [pressed = pressed_] { pressed(); }, Qt::QueuedConnection);
   return false;

@@ -37,7 +37,7 @@ KeyTarget X11KeyTargets::current() const {
 
 std::unique_ptr<EscapeWatch> X11KeyTargets::watchEscape(const std::function<void()>& pressed) const {
   if (!rawInput_->isAvailable()) return nullptr;
-  return std::make_unique<X11EscapeWatch>(session_, rawInput_, pressed);
+  return std::make_unique<X11EscapeWatch>(session_, rawInput_, isPanelTyping_, pressed);
 }
 
 /// The window with the focus and those around it, from the inside.

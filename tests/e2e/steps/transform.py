@@ -54,6 +54,10 @@ def stops_waiting(world, clipboard):
     """Escape in the editor, which gets it too, while the provider thinks."""
     clipboard.provider.say_nothing()
     choose(world, "Ctrl+a")
+    world.desktop.press("Ctrl+Alt+k")
+    world.keyed("Ask AI")
+    world.desktop.press("Escape")
+    until("it closes another panel first", lambda: not world.titled("Ask AI"))
     escape_ends_it(world, clipboard.provider)
     clipboard.expect_back()
 
