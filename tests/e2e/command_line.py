@@ -246,8 +246,10 @@ class BringsItselfForward(unittest.TestCase):
 
 FILES = ["settings.json", "app-settings.json", "FrequentCLIs/commands.json"]
 BAD_CONTENTS = {
+    "empty": b"",
     "not JSON": b"{ this is not",
     "not UTF-8": b'{"toolOrder": ["\xff\xfe"]}',
+    "another shape": b'"text"',
     "wrong types": b'{"hotkeys": 5, "toolUsage": {"uplink": "x"}, "appearance": [], "toolSortMode": {}}',
     "endlessly nested": b"[" * 100_000,
 }

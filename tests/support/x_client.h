@@ -73,6 +73,15 @@ class XClient {
     xcb_ungrab_key(connection_, code, root_, static_cast<std::uint16_t>(modifiers));
     sync();
   }
+  /// Until it is released, the server does nothing for anybody else.
+  void holdServer() {
+    xcb_grab_server(connection_);
+    sync();
+  }
+  void releaseServer() {
+    xcb_ungrab_server(connection_);
+    sync();
+  }
   bool takeWholeKeyboard() {
     const auto cookie =
         xcb_grab_keyboard(connection_, false, root_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
@@ -116,11 +125,13 @@ class XClient {
     constexpr std::uint32_t kWithdrawn = 0;
     return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())) != kWithdrawn;
   }
-  /// Where the server has the corner of a window on the screen, whatever its program believes.
-  QPoint cornerOf(xcb_window_t window) {
-    const auto cookie = xcb_translate_coordinates(connection_, window, root_, 0, 0);
-    const Owned<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(connection_, cookie, nullptr));
-    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint(-1, -1);
+  /// Where the server has a window on the screen, whatever its program believes.
+  QRect placeOf(xcb_window_t window) {
+    const Owned<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
+    const Owned<xcb_get_geometry_reply_t> shape(
+        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    return corner && shape ? QRect(corner->dst_x, corner->dst_y, shape->width, shape->height) : QRect();
   }
   xcb_window_t focusedWindow() {
     const Owned<xcb_get_input_focus_reply_t> reply(

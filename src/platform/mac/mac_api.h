@@ -36,7 +36,7 @@ bool pressKey(void* source, uint32_t keyCode, uint32_t carbonModifiers);
 /// Whether some program keeps all keys to itself, for a password say.
 bool isSecureInputOn();
 /// Calls `pressed` on the main thread after each press of the key without modifiers in another application, which gets
-/// it too. Null when the system refuses. End with stopWatchingKey.
+/// it too. Null when the system refuses; told of nothing unless isAccessibilityTrusted(). End with stopWatchingKey.
 void* watchKey(uint32_t keyCode, void (*pressed)(void* context), void* context);
 void stopWatchingKey(void* watch);
 

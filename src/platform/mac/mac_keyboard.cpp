@@ -41,6 +41,8 @@ class MacKeyTargets final : public KeyTargets {
  public:
   KeyTarget current() const override { return static_cast<KeyTarget>(mac::activeProcess()); }
   std::unique_ptr<EscapeWatch> watchEscape(const std::function<void()>& pressed) const override {
+    // Whoever is not trusted may watch, and is told of nothing.
+    if (!mac::isAccessibilityTrusted()) return nullptr;
     auto watch = std::make_unique<MacEscapeWatch>(pressed);
     return watch->isWatching() ? std::move(watch) : nullptr;
   }

@@ -4,7 +4,9 @@
 #include <QTest>
 
 #include <algorithm>
+#include <atomic>
 #include <map>
+#include <thread>
 
 #include "platform/carbon_modifiers.h"
 #include "platform/platform.h"
@@ -94,6 +96,21 @@ class X11HotkeysTest : public QObject {
     QVERIFY(!other.take(kU, kCtrlAlt));
     hotkeys_->unregisterHotkey(2);
     QVERIFY(other.take(kU, kCtrlAlt));
+  }
+
+  /// Another program may ask for it the moment after.
+  void whatIsGivenBackIsFreeWhenTheCallReturns() {
+    QVERIFY(hotkeys_->registerHotkey(1, kMacU, kControlOption));
+    XClient busy;
+    busy.holdServer();
+    std::atomic<bool> isHeld = true;
+    const std::jthread release([&busy, &isHeld] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      isHeld = false;
+      busy.releaseServer();
+    });
+    hotkeys_->unregisterHotkey(1);
+    QVERIFY(!isHeld);
   }
 
   void oneCombinationHasOneOwner() {

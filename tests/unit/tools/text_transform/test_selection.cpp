@@ -198,6 +198,39 @@ class SelectionTest : public QObject {
     world.pass(300ms);
     QCOMPARE(world.outcomes.at(0).error().description(), u"held"_s);
   }
+
+  void typingStopsInTheMiddle() {
+    World world;
+    world.events.isSlow = true;
+    world.replace(u"result"_s);
+    world.pass(150ms);
+    QVERIFY(!world.events.stops.at(0).stop_requested());
+    world.job.cancel();
+    QVERIFY(world.events.stops[0].stop_requested());
+    world.events.waiting(std::unexpected(KeyEventError{u"stopped"_s}));
+    QVERIFY(world.pasteboard.contents == holding("earlier"));
+    world.pass(300ms);
+    QVERIFY(world.outcomes.empty());
+  }
+
+  void aCancelledReplacementLeavesTheEarlierClipboard_data() {
+    QTest::addColumn<int>("after");
+    QTest::addColumn<QString>("typed");
+    QTest::addRow("before it is typed") << 100 << u""_s;
+    QTest::addRow("after") << 200 << u"result"_s;
+  }
+  void aCancelledReplacementLeavesTheEarlierClipboard() {
+    QFETCH(const int, after);
+    QFETCH(const QString, typed);
+    World world;
+    world.replace(u"result"_s);
+    world.pass(std::chrono::milliseconds(after));
+    world.job.cancel();
+    world.pass(300ms);
+    QCOMPARE(world.typed(), typed);
+    QVERIFY(world.outcomes.empty());
+    QVERIFY(world.pasteboard.contents == holding("earlier"));
+  }
 };
 
 QTEST_GUILESS_MAIN(SelectionTest)
